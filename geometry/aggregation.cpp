@@ -1,0 +1,151 @@
+// How atom areas add up to residues, chains and the structure, bound and chain by chain.
+#include "geometry/atom_space_calculations.h"
+#include "model/addition.h"
+#include "model/pdb_peptide.h"
+
+#include <string>
+
+namespace {
+
+enum class ePolarity { polar, nonPolar };
+enum class ePosition { backbone, sideChain };
+
+struct sAtomClass {
+    ePolarity polarity;
+    ePosition position;
+};
+
+/// Classes by name alone: the areas are split this way, whereas the depth and protrusion statistics
+/// count positions.
+sAtomClass classOf(const std::string& name) {
+    const auto backboneIf = [](bool isBackbone) {
+        return isBackbone ? ePosition::backbone : ePosition::sideChain;
+    };
+    switch (name.empty() ? '\0' : name.front()) {
+    case 'N':
+        return {ePolarity::polar, backboneIf(name == "N" || name == "NXT")};
+    case 'O':
+        return {ePolarity::polar,
+                backboneIf(name == "O" || name == "OXT" || name == "O1P" || name == "O2P")};
+    case 'C':
+        return {ePolarity::nonPolar, backboneIf(name == "CA" || name == "C")};
+    case 'P':
+        return {ePolarity::nonPolar, ePosition::backbone};
+    default:
+        return {ePolarity::nonPolar, ePosition::sideChain};
+    }
+}
+
+template <typename Owner>
+void clearAreas(Owner& owner) {
+    owner.totalAsa = owner.sideChainAsa = owner.backboneAsa = 0.0;
+    owner.polarAsa = owner.nonPolarAsa = 0.0;
+}
+
+template <typename Owner>
+void addAreas(Owner& owner, const cChainResidue& residue) {
+    owner.totalAsa += residue.totalAsa;
+    owner.sideChainAsa += residue.sideChainAsa;
+    owner.backboneAsa += residue.backboneAsa;
+    owner.polarAsa += residue.polarAsa;
+    owner.nonPolarAsa += residue.nonPolarAsa;
+}
+
+} // namespace
+
+void cChainResidue::setAsa() {
+    clearAreas(*this);
+    for (unsigned i = 0; i < atomCount; ++i) {
+        const double area = atoms[i].asa;
+        const sAtomClass atomClass = classOf(atoms[i].atomName);
+        totalAsa += area;
+        (atomClass.polarity == ePolarity::polar ? polarAsa : nonPolarAsa) += area;
+        (atomClass.position == ePosition::backbone ? backboneAsa : sideChainAsa) += area;
+    }
+}
+
+void cChainResidue::setRelativeAsa(const std::map<std::string, sAsa>& standards) {
+    const auto entry = standards.find(residueName);
+    if (entry == standards.end()) {
+        return;
+    }
+    const sAsa& standard = entry->second;
+    relativeTotalAsa = totalAsa / standard.total * 100.0;
+    relativeSideChainAsa =
+        standard.sideChain != 0.0 ? sideChainAsa / standard.sideChain * 100.0 : 0.0;
+    relativeBackboneAsa = backboneAsa / standard.backbone * 100.0;
+    relativePolarAsa = polarAsa / standard.polar * 100.0;
+    relativeNonPolarAsa = nonPolarAsa / standard.nonPolar * 100.0;
+}
+
+void cChainResidue::setHydrophobicity(const std::map<std::string, double>& scale) {
+    const auto entry = scale.find(residueName);
+    if (entry != scale.end()) {
+        hydrophobicity = entry->second;
+    }
+}
+
+void cProteinChain::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
+    clearAreas(*this);
+    calculateAtomASA(atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
+    for (unsigned i = 0; i < residueCount; ++i) {
+        residues[i].setAsa();
+        addAreas(*this, residues[i]);
+    }
+    unboundProbeRadius = probeRadius;
+    unboundZSlice = zSlice;
+}
+
+void cProteinChain::setASASummingResidueAsa() {
+    clearAreas(*this);
+    for (unsigned i = 0; i < residueCount; ++i) {
+        addAreas(*this, residues[i]);
+    }
+}
+
+void cProteinChain::setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards) {
+    for (unsigned i = 0; i < residueCount; ++i) {
+        residues[i].setRelativeAsa(standards);
+    }
+}
+
+void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
+    calculateAtomASA(atoms.data(), static_cast<unsigned>(atoms.size()), maxPoint, minPoint,
+                     probeRadius, zSlice);
+    clearAreas(*this);
+    for (cChainResidue& residue : residues) {
+        if (residue.residueType != eResidueType::other) {
+            residue.setAsa();
+            addAreas(*this, residue);
+        }
+    }
+    for (cProteinChain& chain : chains) {
+        chain.setASASummingResidueAsa();
+        chain.forgetUnboundAreas();
+    }
+}
+
+void cPdbPeptide::setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice) {
+    clearAreas(*this);
+    for (cProteinChain& chain : chains) {
+        if (!chain.holdsUnboundAreas(probeRadius, zSlice)) {
+            chain.setAccessibleSurfaceArea(probeRadius, zSlice);
+        }
+    }
+}
+
+void cPdbPeptide::setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards) {
+    for (cChainResidue& residue : residues) {
+        if (residue.residueType != eResidueType::other) {
+            residue.setRelativeAsa(standards);
+        }
+    }
+}
+
+void cPdbPeptide::setHydrophobicity(std::map<std::string, double> scale) {
+    for (cChainResidue& residue : residues) {
+        if (residue.residueType != eResidueType::other) {
+            residue.setHydrophobicity(scale);
+        }
+    }
+}

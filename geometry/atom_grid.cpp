@@ -1,0 +1,240 @@
+#include "geometry/atom_grid.h"
+
+#include <cassert>
+#include <iostream>
+#include <limits>
+
+namespace {
+
+/// Cells per axis: one more than the extent needs, so that the last atom is inside.
+std::uint32_t cellsAlong(double extent, std::int32_t cellSize) {
+    const double cells = std::ceil(extent / cellSize) + 1.0;
+    return cells < 4294967295.0 ? static_cast<std::uint32_t>(cells) : 4294967295U;
+}
+
+std::uint32_t clampedCell(double cell, std::uint32_t cells) {
+    if (!(cell > 0.0)) {
+        return 0;
+    }
+    return cell < cells ? static_cast<std::uint32_t>(cell) : cells;
+}
+
+double squaredDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry) {
+    const double dx = atom.x - entry.x;
+    const double dy = atom.y - entry.y;
+    const double dz = atom.z - entry.z;
+    return dx * dx + dy * dy + dz * dz;
+}
+
+} // namespace
+
+cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
+                     int insertCount) {
+    layOut(atomCount, maxPoint, minPoint);
+    const unsigned inserted = insertCount == -1 ? atomCount : static_cast<unsigned>(insertCount);
+    copies.reserve(inserted);
+    entries.reserve(inserted);
+    for (unsigned i = 0; i < inserted; ++i) {
+        append(atoms[i]);
+        copies.push_back(atoms[i]);
+    }
+    sortIntoCells();
+}
+
+cCentreGrid::cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                         const sPoint& minPoint) {
+    layOut(atomCount, maxPoint, minPoint);
+    for (unsigned i = 0; i < atomCount; ++i) {
+        append(atoms[i]);
+    }
+    sortIntoCells();
+}
+
+void cAtomGrid::layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint) {
+    offsetX = -minPoint.x;
+    offsetY = -minPoint.y;
+    offsetZ = -minPoint.z;
+    const double dx = std::abs(maxPoint.x - minPoint.x);
+    const double dy = std::abs(maxPoint.y - minPoint.y);
+    const double dz = std::abs(maxPoint.z - minPoint.z);
+    const double volumePerAtom = dx * dy * dz / atomCount;
+    constexpr std::int32_t largestCell = 1 << 30;
+    while (cellSize < largestCell && volumePerAtom > std::pow(cellSize, 3.0)) {
+        cellSize *= 2;
+    }
+    cellsX = cellsAlong(dx, cellSize);
+    cellsY = cellsAlong(dy, cellSize);
+    cellsZ = cellsAlong(dz, cellSize);
+    cellCount = cellsX * cellsY * cellsZ;
+}
+
+void cAtomGrid::append(const cResidueAtom& atom) {
+    entries.push_back({atom.x, atom.y, atom.z, atom.radius, atom.zMax, atom.zMin,
+                       static_cast<std::uint32_t>(entries.size())});
+}
+
+cAtomGrid::sCell cAtomGrid::cellOf(const sEntry& entry) const {
+    const auto cell = [this](double relative, std::uint32_t cells) {
+        return std::min(clampedCell(std::floor(relative / cellSize), cells), cells - 1);
+    };
+    return {cell(entry.x + offsetX, cellsX), cell(entry.y + offsetY, cellsY),
+            cell(entry.z + offsetZ, cellsZ)};
+}
+
+std::uint64_t cAtomGrid::cellKeyOf(const sEntry& entry) const {
+    const sCell cell = cellOf(entry);
+    return cellKey(cell.x, cell.y, cell.z);
+}
+
+bool cAtomGrid::isInBox(const sEntry& entry, const sCellBox& box) const {
+    const sCell cell = cellOf(entry);
+    return cell.x >= box.loX && cell.x < box.hiX && cell.y >= box.loY && cell.y < box.hiY &&
+           cell.z >= box.loZ && cell.z < box.hiZ;
+}
+
+void cAtomGrid::sortIntoCells() {
+    cellBegins.clear();
+    keys.clear();
+    std::vector<sEntry> inserted(entries.size());
+    for (const sEntry& entry : entries) {
+        inserted[entry.index] = entry;
+    }
+    const double cells = static_cast<double>(cellsX) * cellsY * cellsZ;
+    if (cells <= 4.0 * static_cast<double>(entries.size()) + 4096.0) {
+        sortDense(inserted);
+    } else {
+        sortSparse(inserted);
+    }
+}
+
+void cAtomGrid::sortDense(const std::vector<sEntry>& inserted) {
+    const std::size_t cells = static_cast<std::size_t>(cellsX) * cellsY * cellsZ;
+    cellBegins.assign(cells + 2, 0);
+    for (const sEntry& entry : inserted) {
+        ++cellBegins[cellKeyOf(entry) + 2];
+    }
+    for (std::size_t cell = 2; cell < cells + 2; ++cell) {
+        cellBegins[cell] += cellBegins[cell - 1];
+    }
+    // Backwards, because the last inserted atom of a cell comes first. Placing an entry moves its
+    // cell's slot one on, so that in the end slot c + 1 holds the end of cell c.
+    for (auto entry = inserted.rbegin(); entry != inserted.rend(); ++entry) {
+        entries[cellBegins[cellKeyOf(*entry) + 1]++] = *entry;
+    }
+    cellBegins.pop_back();
+}
+
+void cAtomGrid::sortSparse(const std::vector<sEntry>& inserted) {
+    std::vector<std::pair<std::uint64_t, std::uint32_t>> order;
+    order.reserve(inserted.size());
+    for (const sEntry& entry : inserted) {
+        order.emplace_back(cellKeyOf(entry), entry.index);
+    }
+    std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
+        return a.first != b.first ? a.first < b.first : a.second > b.second;
+    });
+    keys.reserve(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        keys.push_back(order[i].first);
+        entries[i] = inserted[order[i].second];
+    }
+}
+
+unsigned cAtomGrid::getGridIndex(double x, double y, double z) const {
+    const auto cell = [this](double relative) {
+        return static_cast<std::uint32_t>(static_cast<std::int64_t>(std::floor(relative / cellSize)));
+    };
+    return (cell(x) * cellsY + cell(y)) * cellsZ + cell(z);
+}
+
+void cAtomGrid::insertAtom(const cResidueAtom& atom) {
+    append(atom);
+    copies.push_back(atom);
+    sortIntoCells();
+}
+
+bool cAtomGrid::findAtom(double x, double y, double z, cResidueAtom& out) const {
+    const auto cell = [this](double relative) {
+        return static_cast<double>(static_cast<std::int64_t>(relative / cellSize));
+    };
+    const unsigned index =
+        getGridIndex(cell(x + offsetX), cell(y + offsetY), cell(z + offsetZ));
+    for (std::size_t i = firstEntryAt(std::min<std::uint64_t>(index, cellCount));
+         i < entries.size() && cellKeyOf(entries[i]) == index; ++i) {
+        if (entries[i].x == x && entries[i].y == y && entries[i].z == z) {
+            out = copies[entries[i].index];
+            return true;
+        }
+    }
+    return false;
+}
+
+cAtomGrid::sCellBox cAtomGrid::cellsAround(double x, double y, double z, double reach) const {
+    const auto low = [&](double relative, std::uint32_t cells) {
+        return clampedCell(std::trunc((relative - reach) / cellSize), cells);
+    };
+    const auto high = [&](double relative, std::uint32_t cells) {
+        return clampedCell(std::ceil((relative + reach) / cellSize), cells);
+    };
+    const double px = x + offsetX;
+    const double py = y + offsetY;
+    const double pz = z + offsetZ;
+    return {low(px, cellsX),  low(py, cellsY),  low(pz, cellsZ),
+            high(px, cellsX), high(py, cellsY), high(pz, cellsZ)};
+}
+
+unsigned cAtomGrid::getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe,
+                                                 double maxRadius, cResidueAtom* out,
+                                                 [[maybe_unused]] std::size_t capacity) const {
+    unsigned count = 0;
+    forEachInRangeByRadius(atom, probe, maxRadius, [&](const sEntry& entry) {
+        assert(count < capacity);
+        out[count++] = atomOf(entry);
+    });
+    return count;
+}
+
+unsigned cAtomGrid::getNeighboursInRangeByCenter(const cResidueAtom& atom, double range,
+                                                 cResidueAtom* out,
+                                                 [[maybe_unused]] std::size_t capacity) const {
+    unsigned count = 0;
+    forEachInRangeByCenter(atom, range, [&](const sEntry& entry) {
+        assert(count < capacity);
+        out[count++] = atomOf(entry);
+    });
+    return count;
+}
+
+const cAtomGrid::sEntry* cAtomGrid::nearest(const cResidueAtom& atom, double* distance) const {
+    const sEntry* best = nullptr;
+    double bestSquared = std::numeric_limits<double>::infinity();
+    // Boxes of growing reach; beyond the extent of the grid a further step cannot find more.
+    for (double reach = cellSize;; reach *= 2.0) {
+        const sCellBox box = cellsAround(atom.x, atom.y, atom.z, reach);
+        forEachRun(box, [&](const sEntry* first, const sEntry* last) {
+            for (; first != last; ++first) {
+                const double squared = squaredDistance(atom, *first);
+                if (squared < bestSquared && squared > 0.0) {
+                    bestSquared = squared;
+                    best = first;
+                }
+            }
+        });
+        const bool coversGrid = box.loX == 0 && box.loY == 0 && box.loZ == 0 &&
+                                box.hiX == cellsX && box.hiY == cellsY && box.hiZ == cellsZ;
+        // A little less than the reach, so that rounding at the rim of the box cannot matter.
+        if (std::sqrt(bestSquared) <= 0.999 * reach || coversGrid) {
+            break;
+        }
+    }
+    if (best != nullptr) {
+        *distance = centreDistance(atom, *best);
+    }
+    return best;
+}
+
+void cAtomGrid::printGrid() const {
+    for (const sEntry& entry : entries) {
+        std::cout << atomOf(entry).serial;
+    }
+}

@@ -1,0 +1,203 @@
+// A uniform cubic grid over a set of atoms for neighbour queries in time proportional to density.
+#pragma once
+
+#include "model/residue_atom.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+/// The grid keeps copies of its atoms, so the array that it was built from may be written to while
+/// the grid lives. Atoms are stored cell by cell, x slowest and z fastest, within a cell the last
+/// inserted first; every query returns them in this order. Building costs O(n log n) at worst,
+/// memory O(n) whatever the extent of the atoms. Queries may run at the same time.
+class cAtomGrid {
+  public:
+    /// What the calculations need of an atom, packed for scanning. Å throughout.
+    struct sEntry {
+        double x;
+        double y;
+        double z;
+        double radius; ///< without probe
+        double zMax;   ///< z + radius
+        double zMin;   ///< z - radius
+        std::uint32_t index; ///< position in the order of insertion
+    };
+
+    /// A half-open box of cells.
+    struct sCellBox {
+        std::uint32_t loX, loY, loZ;
+        std::uint32_t hiX, hiY, hiZ;
+        bool isEmpty() const { return hiX <= loX || hiY <= loY || hiZ <= loZ; }
+    };
+
+    /// The corners are those of the atoms' bounding box, the maximum first. The cell size follows
+    /// `atomCount`; only the first `insertCount` atoms are inserted, all of them for -1.
+    cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
+              int insertCount);
+    cAtomGrid(const cAtomGrid&) = delete;
+    cAtomGrid& operator=(const cAtomGrid&) = delete;
+
+    /// Index of the cell of a point given relative to the minimum corner.
+    unsigned getGridIndex(double x, double y, double z) const;
+
+    /// Adds a copy of the atom, which must lie within the bounding box. Costs O(n); not to be mixed
+    /// with queries of other threads.
+    void insertAtom(const cResidueAtom& atom);
+
+    /// Looks an atom up by its exact coordinates. The cell is computed by dividing by the cell size
+    /// twice, so atoms beyond the first cells are found only while the cell size is 1.
+    bool findAtom(double x, double y, double z, cResidueAtom& out) const;
+
+    /// Copies all atoms whose spheres, enlarged by `probe`, intersect the atom's likewise enlarged
+    /// sphere to `out`, which must have room for them, and returns their number. The cells searched
+    /// reach `probe` + 2 `maxRadius` + 1 Å from the atom; neighbours in other cells are not found.
+    unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+                                          cResidueAtom* out, std::size_t capacity = SIZE_MAX) const;
+    /// The same for all atoms whose centres lie within `range` Å of the atom's, other than at it.
+    unsigned getNeighboursInRangeByCenter(const cResidueAtom& atom, double range, cResidueAtom* out,
+                                          std::size_t capacity = SIZE_MAX) const;
+
+    /// The cells that a query around a point looks at, `reach` Å to each side.
+    sCellBox cellsAround(double x, double y, double z, double reach) const;
+
+    /// Calls `visit(first, last)` for every run of entries of the box that lie together in memory, in
+    /// query order.
+    template <typename Visit>
+    void forEachRun(const sCellBox& box, Visit visit) const;
+
+    /// Calls `visit(entry)` for every neighbour by centre, in query order, without copying atoms.
+    template <typename Visit>
+    void forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const;
+    /// The same for every neighbour by radius.
+    template <typename Visit>
+    void forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+                                Visit visit) const;
+
+    /// The entry nearest to the atom, other than at its very place; null when there is none.
+    const sEntry* nearest(const cResidueAtom& atom, double* distance) const;
+
+    const std::vector<sEntry>& entriesInCellOrder() const { return entries; }
+    const cResidueAtom& atomOf(const sEntry& entry) const { return copies[entry.index]; }
+
+    /// Writes the serial of every atom to standard output, in cell order, without separators.
+    void printGrid() const;
+
+    std::uint32_t cellCount = 0; ///< product of the three numbers of cells, modulo 2^32
+    std::int32_t cellSize = 1;   ///< edge of a cell in Å, a power of two
+    std::uint32_t cellsX = 0;
+    std::uint32_t cellsY = 0;
+    std::uint32_t cellsZ = 0;
+    double offsetX = 0.0; ///< negated minimum corner, Å
+    double offsetY = 0.0;
+    double offsetZ = 0.0;
+
+  protected:
+    cAtomGrid() = default;
+    void layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint);
+    void append(const cResidueAtom& atom);
+    void sortIntoCells();
+
+  private:
+    std::uint64_t cellKey(std::uint32_t ix, std::uint32_t iy, std::uint32_t iz) const {
+        return (static_cast<std::uint64_t>(ix) * cellsY + iy) * cellsZ + iz;
+    }
+    struct sCell {
+        std::uint32_t x, y, z;
+    };
+    sCell cellOf(const sEntry& entry) const;
+    std::uint64_t cellKeyOf(const sEntry& entry) const;
+    bool isInBox(const sEntry& entry, const sCellBox& box) const;
+    void sortDense(const std::vector<sEntry>& inserted);
+    void sortSparse(const std::vector<sEntry>& inserted);
+    /// Position of the first entry whose cell key is not below `key`.
+    std::size_t firstEntryAt(std::uint64_t key) const;
+
+    std::vector<sEntry> entries;      // in cell order
+    std::vector<cResidueAtom> copies; // in order of insertion
+    // Where each cell begins, while the box has not many more cells than atoms; otherwise empty, and
+    // cells are searched in `keys`, so that a few far-flung atoms never ask for memory by volume.
+    std::vector<std::uint32_t> cellBegins;
+    std::vector<std::uint64_t> keys;
+};
+
+/// The same grid without atom copies, for calculations that need only centres and radii.
+class cCentreGrid : public cAtomGrid {
+  public:
+    cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                const sPoint& minPoint);
+};
+
+inline std::size_t cAtomGrid::firstEntryAt(std::uint64_t key) const {
+    if (!cellBegins.empty()) {
+        return cellBegins[key];
+    }
+    return static_cast<std::size_t>(std::lower_bound(keys.begin(), keys.end(), key) - keys.begin());
+}
+
+template <typename Visit>
+void cAtomGrid::forEachRun(const sCellBox& box, Visit visit) const {
+    if (box.isEmpty()) {
+        return;
+    }
+    const double columns =
+        static_cast<double>(box.hiX - box.loX) * static_cast<double>(box.hiY - box.loY);
+    if (columns > static_cast<double>(entries.size()) + 64.0) {
+        // A box with more columns than atoms: asking every atom is cheaper than every column.
+        for (const sEntry& entry : entries) {
+            if (isInBox(entry, box)) {
+                visit(&entry, &entry + 1);
+            }
+        }
+        return;
+    }
+    for (std::uint32_t ix = box.loX; ix < box.hiX; ++ix) {
+        for (std::uint32_t iy = box.loY; iy < box.hiY; ++iy) {
+            // Cells along z follow each other, so a column of cells is one run of entries.
+            const std::uint64_t firstKey = cellKey(ix, iy, box.loZ);
+            const std::size_t first = firstEntryAt(firstKey);
+            const std::size_t last = firstEntryAt(firstKey + (box.hiZ - box.loZ));
+            if (first < last) {
+                visit(entries.data() + first, entries.data() + last);
+            }
+        }
+    }
+}
+
+inline double centreDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry) {
+    const double dx = atom.x - entry.x;
+    const double dy = atom.y - entry.y;
+    const double dz = atom.z - entry.z;
+    return std::sqrt(dx * dx + dy * dy + dz * dz);
+}
+
+template <typename Visit>
+void cAtomGrid::forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const {
+    forEachRun(cellsAround(atom.x, atom.y, atom.z, range + 1.0),
+               [&](const sEntry* first, const sEntry* last) {
+                   for (; first != last; ++first) {
+                       const double distance = centreDistance(atom, *first);
+                       if (range >= distance && distance != 0.0) {
+                           visit(*first);
+                       }
+                   }
+               });
+}
+
+template <typename Visit>
+void cAtomGrid::forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+                                       Visit visit) const {
+    forEachRun(cellsAround(atom.x, atom.y, atom.z, probe + 2.0 * maxRadius + 1.0),
+               [&](const sEntry* first, const sEntry* last) {
+                   for (; first != last; ++first) {
+                       const double distance = centreDistance(atom, *first);
+                       if (atom.radius + probe + first->radius + probe >= distance &&
+                           distance != 0.0) {
+                           visit(*first);
+                       }
+                   }
+               });
+}

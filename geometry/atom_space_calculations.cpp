@@ -1,0 +1,88 @@
+#include "geometry/atom_space_calculations.h"
+
+#include "geometry/atom_grid.h"
+#include "geometry/surface_kernel.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/enumerable_thread_specific.h>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+/// Calls `work(entry)` for every entry of the grid, in parallel. Cell order keeps neighbours near each
+/// other in memory. Isolated, so that a thread that waits here never starts on another structure.
+template <typename Work>
+void forEveryEntry(const cAtomGrid& grid, Work work) {
+    constexpr std::size_t entriesPerTask = 256;
+    const auto& entries = grid.entriesInCellOrder();
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, entries.size(), entriesPerTask),
+                          [&](const tbb::blocked_range<std::size_t>& range) {
+                              for (std::size_t i = range.begin(); i < range.end(); ++i) {
+                                  work(entries[i]);
+                              }
+                          });
+    });
+}
+
+} // namespace
+
+void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                      const sPoint& minPoint, double probeRadius, double zSlice) {
+    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint);
+    const cSurfaceKernel kernel(grid, probeRadius, zSlice);
+    tbb::enumerable_thread_specific<sSurfaceScratch> scratches;
+    forEveryEntry(grid, [&](const cAtomGrid::sEntry& entry) {
+        if (probeRadius + entry.radius != 0.0) {
+            atoms[entry.index].asa = kernel.areaOf(entry, scratches.local());
+        }
+    });
+}
+
+void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount) {
+    std::vector<cResidueAtom> surface;
+    std::vector<cResidueAtom*> buried;
+    for (unsigned i = 0; i < atomCount; ++i) {
+        if (atoms[i].asa != 0.0) {
+            atoms[i].depthIndex = 0.0;
+            surface.push_back(atoms[i]);
+        } else {
+            buried.push_back(&atoms[i]);
+        }
+    }
+    if (surface.empty()) {
+        return;
+    }
+    sPoint maxPoint;
+    sPoint minPoint;
+    const auto surfaceCount = static_cast<unsigned>(surface.size());
+    setMinMaxPoints(surface.data(), surfaceCount, &maxPoint, &minPoint);
+    const cCentreGrid grid(surface.data(), surfaceCount, maxPoint, minPoint);
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_for(std::size_t{0}, buried.size(), [&](std::size_t i) {
+            double depth = 0.0;
+            grid.nearest(*buried[i], &depth);
+            buried[i]->depthIndex = depth;
+        });
+    });
+}
+
+void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                                  const sPoint& minPoint, double sphereRadius, double atomVolume) {
+    constexpr double volumeOfUnitSphere = 4.1887902047863905;
+    const double sphereVolume = std::pow(sphereRadius, 3.0) * volumeOfUnitSphere;
+    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint);
+    forEveryEntry(grid, [&](const cAtomGrid::sEntry& entry) {
+        cResidueAtom& atom = atoms[entry.index];
+        unsigned neighbours = 0;
+        grid.forEachInRangeByCenter(atom, sphereRadius,
+                                    [&](const cAtomGrid::sEntry&) { ++neighbours; });
+        const double occupied = std::min(neighbours * atomVolume, sphereVolume);
+        atom.protrusionIndex = (sphereVolume - occupied) / occupied;
+    });
+}

@@ -1,0 +1,55 @@
+// Circles in a slice plane and the arcs that they cover of each other.
+#pragma once
+
+#include <vector>
+
+/// An interval of angles on a circle, radians in [0, 2π]. Segments compare by their start alone.
+class cCircleSegment {
+  public:
+    cCircleSegment(double startAngle, double endAngle) : start(startAngle), end(endAngle) {}
+
+    double start;
+    double end; ///< not less than start
+};
+
+inline bool operator==(const cCircleSegment& a, const cCircleSegment& b) {
+    return a.start == b.start;
+}
+inline bool operator!=(const cCircleSegment& a, const cCircleSegment& b) {
+    return a.start != b.start;
+}
+inline bool operator<(const cCircleSegment& a, const cCircleSegment& b) {
+    return a.start < b.start;
+}
+inline bool operator>(const cCircleSegment& a, const cCircleSegment& b) {
+    return a.start > b.start;
+}
+
+/// How another circle lies towards this one.
+enum eCircleLocation : int { apart = 0, otherInside = 1, crossing = 2, insideOther = 3 };
+
+/// The slice of one atom's enlarged sphere; Å.
+class cCircle {
+  public:
+    cCircle(double xCentre, double yCentre, double circleRadius)
+        : x(xCentre), y(yCentre), radius(circleRadius) {}
+
+    /// Touching from outside counts as apart, touching from inside as inside the other.
+    int locationTowardsMe(const cCircle& other) const;
+    /// Half the angle (radians) of this circle that `other` covers, by the law of cosines; 0 when
+    /// it covers nothing, π when it covers all.
+    double crossSectionAngle(const cCircle& other) const;
+    /// Fills `segments` with the covered arcs, sorted by start and closed by [2π, 2π].
+    void createArcs(const cCircle* others, unsigned count);
+    /// The circumference in Å that no other circle covers, the angle cut to 0.001 rad.
+    double getFreeArcLength(const cCircle* others, unsigned count);
+
+    double x;
+    double y;
+    double radius;
+    bool enclosed = false; ///< lies wholly inside at least one other circle
+    std::vector<cCircleSegment> segments;
+
+  private:
+    double planarDistance(const cCircle& other) const;
+};

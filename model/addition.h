@@ -1,0 +1,36 @@
+// Residue name sets and the readers of the parameter tables (radii, standard areas, hydrophobicity).
+#pragma once
+
+#include <iosfwd>
+#include <map>
+#include <set>
+#include <string>
+
+/// Standard surface areas of one residue type, Å².
+struct sAsa {
+    double total = 0.0;
+    double sideChain = 0.0;
+    double backbone = 0.0;
+    double polar = 0.0;
+    double nonPolar = 0.0;
+};
+
+/// Inserts the names of the 20 standard amino acids.
+void createAminoAcidNamesSet(std::set<std::string>& names);
+/// Inserts the one-letter names of the nucleotides.
+void createNucleicAcidNamesSet(std::set<std::string>& names);
+
+// The readers clear the map, fill it and return 0, or return the 1-based number of the first line
+// that breaks the table's grammar and leave the map empty. Empty lines and lines that begin with "#"
+// are skipped but counted. Of two entries with one key the first is kept.
+
+/// Van der Waals radii in Å: residue name + "_" + atom name in columns 1-8, then the value.
+int getVdWrRadii(std::istream& in, std::map<std::string, double>& radii);
+/// Standard areas in Å²: name, total, backbone, side chain, non-polar, polar, separated by spaces.
+int getStandardAsa(std::istream& in, std::map<std::string, sAsa>& standards);
+/// Hydrophobicity: residue name in columns 1-3, the value from column 5 on.
+int getHydrophobicity(std::istream& in, std::map<std::string, double>& scale);
+
+/// The names of the 20 standard amino acids that a table lacks; empty when it is complete.
+std::set<std::string> checkForStandardPeptides(std::map<std::string, double> scale);
+std::set<std::string> checkForStandardPeptides(std::map<std::string, sAsa> standards);

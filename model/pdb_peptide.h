@@ -1,0 +1,78 @@
+// One structure as read from a PDB file: the owner of its atoms, residues, chains and contacts.
+#pragma once
+
+#include "contacts/residue_contact.h"
+#include "model/protein_chain.h"
+
+#include <iosfwd>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+/// One structure. Owns all lists; residues, chains and atoms only point into them, and those
+/// pointers stay valid for structures of any size. Copies are deep.
+class cPdbPeptide {
+  public:
+    cPdbPeptide() = default;
+    cPdbPeptide(const cPdbPeptide& other);
+    cPdbPeptide& operator=(const cPdbPeptide& other);
+    cPdbPeptide(cPdbPeptide&&) noexcept = default;
+    cPdbPeptide& operator=(cPdbPeptide&&) noexcept = default;
+    ~cPdbPeptide() = default;
+
+    /// Fills an empty structure from PDB text. `radii` maps residue name + "_" + atom name to a van
+    /// der Waals radius in Å; keys that were looked up in vain are added to `missingRadii` (never
+    /// those of OXT) and their atoms get 1.6 Å. Only the first model of a file is read.
+    /// Returns 0, or the 1-based number of the line at which reading stopped with an error: then
+    /// the structure holds a part of the file and is to be discarded. A file without ATOM lines
+    /// leaves the structure empty and returns 0.
+    int loadFromStream(std::istream& in, std::map<std::string, double> radii,
+                       std::set<std::string>& missingRadii);
+
+    /// Areas of the complex as it stands: every atom may cover every other. Probe radius and slice
+    /// thickness in Å. Residues of no known type keep their sums.
+    void setAccessibleSurfaceArea(double probeRadius, double zSlice);
+    /// Areas of every chain taken alone; the sums of the whole structure stay 0. A call that finds
+    /// these areas current for the same two parameters costs nothing.
+    void setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice);
+    void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
+    void setHydrophobicity(std::map<std::string, double> scale);
+    /// Depth and protrusion within the complex; residues of no known type are left out.
+    void setDepthIndex();
+    void setProtrusionIndex(double sphereRadius, double atomVolume);
+
+    /// Finds the residue pairs of different chains that touch by a criterion, records each in both
+    /// directions, marks both residues as binding and sorts the contact list. Distances in Å.
+    /// `searchValue` is the threshold of the distance criteria and the search distance of the
+    /// table-driven one, which alone uses `vdwThreshold` and `map`.
+    void resolveContacts(eInteractionCriterion criterion, double searchValue, double vdwThreshold,
+                         const contactMap* map);
+    void resolveThresholdContacts(double threshold);
+    void resolvePRISMContacts(double threshold);
+    /// Mind the order: the van der Waals threshold first, the search distance second.
+    void resolveHovikKRBContacts(double vdwThreshold, double searchValue, const contactMap& map);
+    /// Marks every residue whose area in the complex differs by more than `deltaAsa` Å² from its
+    /// area in its chain alone. The areas of the complex must have been computed with the same two
+    /// parameters before. Makes no contact records.
+    void resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice);
+
+    std::string name; ///< identification code of the entry, empty if none
+    sPoint maxPoint;  ///< bounding box of the atom centres, Å
+    sPoint minPoint;
+    std::vector<cResidueAtom> atoms;       ///< every protein atom, in file order
+    std::vector<cResidueAtom> heteroAtoms; ///< Cu, Fe, Mg and Zn, radius 0
+    std::vector<cChainResidue> residues;
+    std::vector<cProteinChain> chains;
+    std::vector<cResidueContact> contacts;
+
+    double totalAsa = 0.0; ///< Å²
+    double sideChainAsa = 0.0;
+    double backboneAsa = 0.0;
+    double polarAsa = 0.0;
+    double nonPolarAsa = 0.0;
+
+  private:
+    /// Points residues, chains and atoms at this object's own lists, by their counts.
+    void rebuildLinks();
+};

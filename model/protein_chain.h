@@ -1,0 +1,56 @@
+// One chain: a window into the structure's residue and atom lists with the chain's own results.
+#pragma once
+
+#include "model/chain_residue.h"
+
+#include <limits>
+#include <map>
+#include <string>
+
+/// One chain. Copies share the residues and atoms, which stay the property of the structure.
+class cProteinChain {
+  public:
+    cProteinChain() = default;
+    cProteinChain(std::string peptide, std::string id, cChainResidue* firstResidue,
+                  unsigned residuesInChain, cResidueAtom* firstAtom, unsigned atomsInChain);
+
+    /// Areas of the chain taken alone: atoms of other chains neither cover nor neighbour its atoms.
+    /// Probe radius and slice thickness in Å.
+    void setAccessibleSurfaceArea(double probeRadius, double zSlice);
+    /// Sums the residues' areas as they stand, -1.0 of residues never computed included.
+    void setASASummingResidueAsa();
+    void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
+    /// Depth within the chain alone, for every residue whatever its type.
+    void setDepthIndex();
+    /// Protrusion within the chain alone, for every residue whatever its type. Radius in Å, volume
+    /// of one atom in Å³.
+    void setProtrusionIndex(double sphereRadius, double atomVolume);
+
+    std::string peptideName;
+    std::string chainId; ///< one character, "*" for a blank id
+    unsigned atomCount = 0;
+    unsigned residueCount = 0;
+    cChainResidue* residues = nullptr;
+    cResidueAtom* atoms = nullptr;
+    sPoint maxPoint; ///< bounding box of the atom centres, Å
+    sPoint minPoint;
+
+    double totalAsa = 0.0; ///< Å²
+    double sideChainAsa = 0.0;
+    double backboneAsa = 0.0;
+    double polarAsa = 0.0;
+    double nonPolarAsa = 0.0;
+
+  private:
+    friend class cPdbPeptide;
+    bool holdsUnboundAreas(double probeRadius, double zSlice) const {
+        return unboundProbeRadius == probeRadius && unboundZSlice == zSlice;
+    }
+    void forgetUnboundAreas() {
+        unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
+    }
+
+    // The parameters for which the atoms hold chain-alone areas; not a number while they do not.
+    double unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
+    double unboundZSlice = std::numeric_limits<double>::quiet_NaN();
+};

@@ -1,0 +1,27 @@
+// String helpers of the readers: trimming, splitting, comparing and locale-free numbers.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The text without leading and trailing blanks and tabs.
+std::string trimString(std::string text);
+/// The same without a copy; the view is into `text`.
+std::string_view trimmedView(std::string_view text);
+
+/// The maximal runs of characters other than the space character; a tab does not separate.
+std::vector<std::string> splitString(const std::string& text);
+
+/// -1, 0 or 1 as `a` sorts before, with or after `b` when case is ignored.
+int caseInvarStrCmp(const std::string& a, const std::string& b);
+/// Whether two texts are equal when case is ignored.
+bool equalIgnoringCase(std::string_view a, std::string_view b);
+
+/// Whether the whole text is a plain decimal number: an optional sign, digits with at most one point
+/// among them, the last character a digit. No exponent, no blanks.
+bool isPlainDecimal(std::string_view text);
+
+/// What strtod reads in the C locale, whatever locale the process runs in: the toolkit switches to
+/// the user's, where a decimal comma would cut every number short.
+double toNumber(std::string_view text);

@@ -1,0 +1,96 @@
+#include "run/file_path.h"
+
+#include <QByteArray>
+#include <QChar>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
+namespace {
+
+constexpr char16_t firstEscape = 0xDC80;
+constexpr char16_t lastEscape = 0xDCFF;
+
+bool isEscape(char16_t unit) {
+    return unit >= firstEscape && unit <= lastEscape;
+}
+
+/// Length of the valid UTF-8 character at the start of the bytes; 0 when there is none.
+std::size_t characterLength(std::string_view bytes) {
+    for (std::size_t length = 1; length <= 4 && length <= bytes.size(); ++length) {
+        const QByteArray part(bytes.data(), static_cast<qsizetype>(length));
+        if (part.isValidUtf8()) {
+            return length;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+QString pathFromBytes(std::string_view bytes) {
+    const QByteArray whole(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    if (whole.isValidUtf8()) {
+        return QString::fromUtf8(whole);
+    }
+    QString path;
+    while (!bytes.empty()) {
+        const std::size_t length = characterLength(bytes);
+        if (length == 0) {
+            const auto byte = static_cast<unsigned char>(bytes.front());
+            path += QChar(static_cast<char16_t>(0xDC00 + byte));
+            bytes.remove_prefix(1);
+        } else {
+            path += QString::fromUtf8(bytes.data(), static_cast<qsizetype>(length));
+            bytes.remove_prefix(length);
+        }
+    }
+    return path;
+}
+
+std::string pathToBytes(const QString& path) {
+    std::string bytes;
+    qsizetype begin = 0;
+    const auto appendText = [&](qsizetype end) {
+        const QByteArray text = QStringView(path).mid(begin, end - begin).toUtf8();
+        bytes.append(text.constData(), static_cast<std::size_t>(text.size()));
+    };
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        const char16_t unit = path[i].unicode();
+        // A low surrogate behind a high one is half of a proper character.
+        const bool isPaired = i > begin && path[i - 1].isHighSurrogate();
+        if (isEscape(unit) && !isPaired) {
+            appendText(i);
+            bytes.push_back(static_cast<char>(unit - 0xDC00));
+            begin = i + 1;
+        }
+    }
+    appendText(path.size());
+    return bytes;
+}
+
+QString displayedPath(const QString& path) {
+    return QString::fromUtf8(QByteArray::fromStdString(pathToBytes(path)));
+}
+
+bool openRegularFile(std::ifstream& in, const QString& path) {
+    const std::string name = pathToBytes(path);
+    struct stat status {};
+    if (name.find('\0') != std::string::npos || ::stat(name.c_str(), &status) != 0 ||
+        !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    in.open(name, std::ios::in);
+    return in.is_open();
+}
+
+QString baseNameOf(const QString& path) {
+    return QFileInfo(path).baseName();
+}
+
+QString withTrailingSeparator(const QString& directory) {
+    if (directory.endsWith(u'/') || directory.endsWith(u'\\')) {
+        return directory;
+    }
+    return directory + u'/';
+}

@@ -1,0 +1,73 @@
+#include "run/parameter_tables.h"
+
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+QString badLineText(const char* table, int line) {
+    return QStringLiteral("%1 file not properly formatted!\nError in line: %2")
+        .arg(QString::fromLatin1(table))
+        .arg(line);
+}
+
+QString incompleteText(const char* table, const std::set<std::string>& missing) {
+    if (missing.empty()) {
+        return {};
+    }
+    QString text = QStringLiteral("Did not find entries for all 20 standard amino acids in %1 file! "
+                                  "Missing: ")
+                       .arg(QString::fromLatin1(table));
+    for (const std::string& name : missing) {
+        text += QString::fromStdString(name) + ' ';
+    }
+    return text;
+}
+
+QString invalidPathText(const char* table) {
+    return QStringLiteral("Not a valid %1 file path!\nPlease make sure that the path of the specified "
+                          "%1 file is correct!\n")
+        .arg(QString::fromLatin1(table));
+}
+
+} // namespace
+
+QString readRadiiTable(std::istream& in, std::map<std::string, double>& radii) {
+    const int badLine = getVdWrRadii(in, radii);
+    return badLine != 0 ? badLineText("Radii", badLine) : QString();
+}
+
+QString readStandardAsaTable(std::istream& in, std::map<std::string, sAsa>& standards) {
+    const int badLine = getStandardAsa(in, standards);
+    return badLine != 0 ? badLineText("Standard ASA", badLine)
+                        : incompleteText("standard asa", checkForStandardPeptides(standards));
+}
+
+QString readHydrophobicityTable(std::istream& in, std::map<std::string, double>& scale) {
+    const int badLine = getHydrophobicity(in, scale);
+    // The doubled word is what users and their scripts know this message by.
+    return badLine != 0 ? badLineText("Hydrophobicity", badLine)
+                        : incompleteText("hydrophobicity file", checkForStandardPeptides(scale));
+}
+
+QString readContactRules(std::istream& in, contactMap& rules) {
+    int line = 0;
+    try {
+        createStringContactMap(in, rules, &line);
+    } catch (const std::out_of_range&) {
+        return badLineText("Contact rules", line);
+    }
+    return {};
+}
+
+QString invalidRadiiPathText() {
+    return invalidPathText("radii");
+}
+
+QString invalidStandardAsaPathText() {
+    return invalidPathText("standard asa");
+}
+
+QString invalidHydrophobicityPathText() {
+    return invalidPathText("hydrophobicity");
+}

@@ -1,0 +1,9 @@
+// The namespace declarations that the root element of every XML report carries.
+#pragma once
+
+#include <string_view>
+
+inline constexpr std::string_view reportNamespaces =
+    R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
+    R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
+    R"( xmlns="http://kelmo.example/krb/namespaces/PDB")";

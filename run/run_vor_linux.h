@@ -1,0 +1,57 @@
+// The worker of the interaction module: contacts between chains and binding residues, file by file.
+#pragma once
+
+#include "contacts/residue_contact.h"
+#include "run/analysis_run.h"
+
+#include <iosfwd>
+#include <map>
+#include <string>
+
+/// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and stops.
+class cRunVOR : public cAnalysisRun {
+    Q_OBJECT
+  public:
+    explicit cRunVOR(QObject* parent = nullptr);
+    ~cRunVOR() override;
+
+    eInteractionCriterion criterion = noCriterion;
+    double threshold = 0.0;   ///< Å for the distance criteria, Å² for the change of area
+    double zSlice = 0.0;      ///< slice thickness of the area criterion, Å
+    double probeRadius = 0.0; ///< probe of the area criterion, Å
+    bool xmlOutput = false;
+    bool tableOutput = false;
+    bool writeContacts = false;
+    bool writeBindingResidues = false;
+    bool writeBindingStatus = false;
+    contactMap contactRules; ///< for the table-driven criterion
+    std::map<std::string, double> radii;
+    std::string radiiFileName;
+    QString outputDirectory;
+    QStringList inputFiles;
+
+    /// The names by which the reports call types and criteria.
+    static std::string getContactTypeString(eContactType type);
+    static std::string getInteractionCriterionString(eInteractionCriterion criterion);
+
+    /// The report writers read the settings above and the structure, nothing else.
+    void writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide);
+    void writeHotSpotsXml(cXmlWriter& writer, cPdbPeptide& peptide);
+    void writeResidueBindingStatusXml(cXmlWriter& writer, cPdbPeptide& peptide);
+    void writeContactsTable(std::ostream& out, cPdbPeptide& peptide);
+    void writeHotSpotsTable(std::ostream& out, cPdbPeptide& peptide);
+    void writeResidueBindingStatusTable(std::ostream& out, cPdbPeptide& peptide);
+
+  protected:
+    const QStringList& pathsToAnalyse() const override { return inputFiles; }
+    QString reportDirectory() const override;
+    eFileOutcome analyse(const QString& path, const QString& timeStamp) override;
+
+  private:
+    bool resolve();
+    bool writeReports(const QString& reportBase);
+    bool writeXmlReports(const QString& reportBase);
+    bool writeTableReports(const QString& reportBase);
+    void writeXmlHeader(cXmlWriter& writer, const char* root, const cPdbPeptide& peptide) const;
+    void writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) const;
+};

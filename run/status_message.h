@@ -1,0 +1,22 @@
+// A coloured line of text by which the analyses tell the user how they get on.
+#pragma once
+
+#include <QColor>
+#include <QMetaType>
+#include <QString>
+
+/// The colour tells the kind: black is progress, yellow a warning, red an error; blue and green are
+/// the window's own start and end.
+class cStatusMessage {
+  public:
+    cStatusMessage();
+    cStatusMessage(QColor messageColour, QString messageText);
+
+    QColor colour;
+    QString text;
+};
+
+Q_DECLARE_METATYPE(cStatusMessage)
+
+/// Lets messages travel to other threads by reference-typed signals; may be called any number of times.
+void registerStatusMessageType();

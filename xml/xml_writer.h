@@ -1,0 +1,45 @@
+// An output file that writes indented XML elements, one per line.
+#pragma once
+
+#include "xml/number_text.h"
+
+#include <fstream>
+#include <locale>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+/// Keeps no stack of open elements and escapes nothing: the order of the tags and well-formed text are
+/// the caller's. Everything written with `<<` goes to the same file. Lines end in one line feed and
+/// are not flushed one by one. Closing sets the fail state when the file could not be completed.
+class cXmlWriter : public std::ofstream {
+  public:
+    /// Truncates the file and writes the XML declaration; a file that cannot be opened leaves the
+    /// stream failed.
+    explicit cXmlWriter(const char* fileName);
+
+    bool isFileOpen() const { return is_open(); }
+
+    /// `indent` blanks, the name between angle brackets, a line end.
+    void writeStart(std::string name, int indent);
+    /// The end tag; without `newLine` the next output continues on its line.
+    void writeEnd(std::string name, int indent, bool newLine);
+    /// Start tag, value and end tag on one line. The stream's formatting state applies to the value.
+    template <typename T>
+    void writeElement(std::string name, T value, int indent) {
+        writeIndent(indent);
+        writeTag("<", name);
+        if constexpr (std::is_same_v<T, double>) {
+            writeNumber(value);
+        } else {
+            *this << value;
+        }
+        writeTag("</", name);
+        put('\n');
+    }
+
+  private:
+    void writeIndent(int indent);
+    void writeTag(std::string_view opening, std::string_view name);
+    void writeNumber(double value);
+};
