@@ -28,8 +28,8 @@ double squaredDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry)
 
 } // namespace
 
-cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
-                     int insertCount) {
+cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint,
+                     sPoint minPoint, int insertCount) {
     layOut(atomCount, maxPoint, minPoint);
     const unsigned inserted = insertCount == -1 ? atomCount : static_cast<unsigned>(insertCount);
     copies.reserve(inserted);
@@ -105,6 +105,21 @@ void cAtomGrid::sortIntoCells() {
     } else {
         sortSparse(inserted);
     }
+    fillColumns();
+}
+
+void cAtomGrid::fillColumns() {
+    constexpr std::size_t widestVector = 16;
+    const auto fill = [this](std::vector<double>& column, double sEntry::*quantity) {
+        column.assign(entries.size() + widestVector, 0.0);
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            column[i] = entries[i].*quantity;
+        }
+    };
+    fill(columns.x, &sEntry::x);
+    fill(columns.y, &sEntry::y);
+    fill(columns.z, &sEntry::z);
+    fill(columns.radius, &sEntry::radius);
 }
 
 void cAtomGrid::sortDense(const std::vector<sEntry>& inserted) {
@@ -142,7 +157,8 @@ void cAtomGrid::sortSparse(const std::vector<sEntry>& inserted) {
 
 unsigned cAtomGrid::getGridIndex(double x, double y, double z) const {
     const auto cell = [this](double relative) {
-        return static_cast<std::uint32_t>(static_cast<std::int64_t>(std::floor(relative / cellSize)));
+        return static_cast<std::uint32_t>(
+            static_cast<std::int64_t>(std::floor(relative / cellSize)));
     };
     return (cell(x) * cellsY + cell(y)) * cellsZ + cell(z);
 }
@@ -157,8 +173,7 @@ bool cAtomGrid::findAtom(double x, double y, double z, cResidueAtom& out) const 
     const auto cell = [this](double relative) {
         return static_cast<double>(static_cast<std::int64_t>(relative / cellSize));
     };
-    const unsigned index =
-        getGridIndex(cell(x + offsetX), cell(y + offsetY), cell(z + offsetZ));
+    const unsigned index = getGridIndex(cell(x + offsetX), cell(y + offsetY), cell(z + offsetZ));
     for (std::size_t i = firstEntryAt(std::min<std::uint64_t>(index, cellCount));
          i < entries.size() && cellKeyOf(entries[i]) == index; ++i) {
         if (entries[i].x == x && entries[i].y == y && entries[i].z == z) {
@@ -220,8 +235,8 @@ const cAtomGrid::sEntry* cAtomGrid::nearest(const cResidueAtom& atom, double* di
                 }
             }
         });
-        const bool coversGrid = box.loX == 0 && box.loY == 0 && box.loZ == 0 &&
-                                box.hiX == cellsX && box.hiY == cellsY && box.hiZ == cellsZ;
+        const bool coversGrid = box.loX == 0 && box.loY == 0 && box.loZ == 0 && box.hiX == cellsX &&
+                                box.hiY == cellsY && box.hiZ == cellsZ;
         // A little less than the reach, so that rounding at the rim of the box cannot matter.
         if (std::sqrt(bestSquared) <= 0.999 * reach || coversGrid) {
             break;

@@ -21,10 +21,16 @@ class cAtomGrid {
         double x;
         double y;
         double z;
-        double radius; ///< without probe
-        double zMax;   ///< z + radius
-        double zMin;   ///< z - radius
+        double radius;       ///< without probe
+        double zMax;         ///< z + radius
+        double zMin;         ///< z - radius
         std::uint32_t index; ///< position in the order of insertion
+    };
+
+    /// The same in one array per quantity, in cell order, with room behind the last atom for a
+    /// whole vector to be loaded from any of them.
+    struct sColumns {
+        std::vector<double> x, y, z, radius;
     };
 
     /// A half-open box of cells.
@@ -64,8 +70,8 @@ class cAtomGrid {
     /// The cells that a query around a point looks at, `reach` Å to each side.
     sCellBox cellsAround(double x, double y, double z, double reach) const;
 
-    /// Calls `visit(first, last)` for every run of entries of the box that lie together in memory, in
-    /// query order.
+    /// Calls `visit(first, last)` for every run of entries of the box that lie together in memory,
+    /// in query order.
     template <typename Visit>
     void forEachRun(const sCellBox& box, Visit visit) const;
 
@@ -81,6 +87,7 @@ class cAtomGrid {
     const sEntry* nearest(const cResidueAtom& atom, double* distance) const;
 
     const std::vector<sEntry>& entriesInCellOrder() const { return entries; }
+    const sColumns& columnsInCellOrder() const { return columns; }
     const cResidueAtom& atomOf(const sEntry& entry) const { return copies[entry.index]; }
 
     /// Writes the serial of every atom to standard output, in cell order, without separators.
@@ -113,13 +120,16 @@ class cAtomGrid {
     bool isInBox(const sEntry& entry, const sCellBox& box) const;
     void sortDense(const std::vector<sEntry>& inserted);
     void sortSparse(const std::vector<sEntry>& inserted);
+    void fillColumns();
     /// Position of the first entry whose cell key is not below `key`.
     std::size_t firstEntryAt(std::uint64_t key) const;
 
-    std::vector<sEntry> entries;      // in cell order
+    std::vector<sEntry> entries; // in cell order
+    sColumns columns;
     std::vector<cResidueAtom> copies; // in order of insertion
-    // Where each cell begins, while the box has not many more cells than atoms; otherwise empty, and
-    // cells are searched in `keys`, so that a few far-flung atoms never ask for memory by volume.
+    // Where each cell begins, while the box has not many more cells than atoms; otherwise empty,
+    // and cells are searched in `keys`, so that a few far-flung atoms never ask for memory by
+    // volume.
     std::vector<std::uint32_t> cellBegins;
     std::vector<std::uint64_t> keys;
 };

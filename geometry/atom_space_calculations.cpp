@@ -10,12 +10,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace {
 
-/// Calls `work(entry)` for every entry of the grid, in parallel. Cell order keeps neighbours near each
-/// other in memory. Isolated, so that a thread that waits here never starts on another structure.
+/// Calls `work(entry)` for every entry of the grid, in parallel. Cell order keeps neighbours near
+/// each other in memory. Isolated, so that a thread that waits here never starts on another
+/// structure.
 template <typename Work>
 void forEveryEntry(const cAtomGrid& grid, Work work) {
     constexpr std::size_t entriesPerTask = 256;
@@ -28,6 +30,23 @@ void forEveryEntry(const cAtomGrid& grid, Work work) {
                               }
                           });
     });
+}
+
+/// The largest square whose root is not above the range, so that squares can be compared in place
+/// of distances with the same outcome; negative for a negative range, which nothing is within.
+double squaredRangeOf(double range) {
+    if (range < 0.0) {
+        return -1.0;
+    }
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    double squared = range * range;
+    while (std::sqrt(squared) > range) {
+        squared = std::nextafter(squared, 0.0);
+    }
+    while (std::sqrt(std::nextafter(squared, infinity)) <= range) {
+        squared = std::nextafter(squared, infinity);
+    }
+    return squared;
 }
 
 } // namespace
@@ -77,12 +96,18 @@ void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const
     constexpr double volumeOfUnitSphere = 4.1887902047863905;
     const double sphereVolume = std::pow(sphereRadius, 3.0) * volumeOfUnitSphere;
     const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint);
+    const double squaredRange = squaredRangeOf(sphereRadius);
+    const cAtomGrid::sEntry* const entries = grid.entriesInCellOrder().data();
     forEveryEntry(grid, [&](const cAtomGrid::sEntry& entry) {
-        cResidueAtom& atom = atoms[entry.index];
         unsigned neighbours = 0;
-        grid.forEachInRangeByCenter(atom, sphereRadius,
-                                    [&](const cAtomGrid::sEntry&) { ++neighbours; });
+        const auto box = grid.cellsAround(entry.x, entry.y, entry.z, sphereRadius + 1.0);
+        grid.forEachRun(box, [&](const cAtomGrid::sEntry* first, const cAtomGrid::sEntry* last) {
+            neighbours +=
+                countInRange(grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
+                             static_cast<std::size_t>(last - entries), {entry.x, entry.y, entry.z},
+                             squaredRange);
+        });
         const double occupied = std::min(neighbours * atomVolume, sphereVolume);
-        atom.protrusionIndex = (sphereVolume - occupied) / occupied;
+        atoms[entry.index].protrusionIndex = (sphereVolume - occupied) / occupied;
     });
 }

@@ -4,19 +4,19 @@
 #include "model/residue_atom.h"
 
 /// Sets `asa` (Å²) of every atom: Lee & Richards, J Mol Biol 55:379 (1971), slices of `zSlice` Å,
-/// spheres enlarged by `probeRadius` Å. The corners are those of the atoms' bounding box. The results
-/// do not depend on the number of threads. An atom without any neighbour gets 0.
+/// spheres enlarged by `probeRadius` Å. The corners are those of the atoms' bounding box. The
+/// results do not depend on the number of threads. An atom without any neighbour gets 0.
 void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                       const sPoint& minPoint, double probeRadius, double zSlice);
 
-/// Sets `depthIndex` (Å): 0 for an atom with surface, otherwise the distance to the nearest atom with
-/// surface (Pintar, Carugo & Pongor, Bioinformatics 19:313, 2003). Reads `asa`, so the areas come
-/// first. Without any surface atom nothing is written; an atom all of whose surface atoms stand at
-/// its own place gets 0.
+/// Sets `depthIndex` (Å): 0 for an atom with surface, otherwise the distance to the nearest atom
+/// with surface (Pintar, Carugo & Pongor, Bioinformatics 19:313, 2003). Reads `asa`, so the areas
+/// come first. Without any surface atom nothing is written; an atom all of whose surface atoms
+/// stand at its own place gets 0.
 void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount);
 
-/// Sets `protrusionIndex`: free over occupied volume of a sphere of `sphereRadius` Å around the atom,
-/// each other atom in it occupying `atomVolume` Å³ (Pintar, Carugo & Pongor, Bioinformatics 18:980,
-/// 2002). Infinite for an atom alone in its sphere.
+/// Sets `protrusionIndex`: free over occupied volume of a sphere of `sphereRadius` Å around the
+/// atom, each other atom in it occupying `atomVolume` Å³ (Pintar, Carugo & Pongor, Bioinformatics
+/// 18:980, 2002). Infinite for an atom alone in its sphere.
 void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                                   const sPoint& minPoint, double sphereRadius, double atomVolume);

@@ -1,4 +1,5 @@
-// Depth and protrusion statistics of residues, and the chain- and structure-wide operations on them.
+// Depth and protrusion statistics of residues, and the chain- and structure-wide operations on
+// them.
 #include "geometry/atom_space_calculations.h"
 #include "model/pdb_peptide.h"
 
@@ -42,8 +43,9 @@ bool isSideChain(const cChainResidue& residue, unsigned i) {
     return i >= backboneCount(residue) && residue.atoms[i].atomName != "OXT";
 }
 
-/// What side-chain sums are divided by. Only a last "OXT" lessens it: one elsewhere is left out of the
-/// sums but still counted here. Wraps for a residue shorter than its backbone, whose sums are 0.
+/// What side-chain sums are divided by. Only a last "OXT" lessens it: one elsewhere is left out of
+/// the sums but still counted here. Wraps for a residue shorter than its backbone, whose sums are
+/// 0.
 unsigned sideChainDivisor(const cChainResidue& residue) {
     const bool lastIsOxt = residue.atoms[residue.atomCount - 1].atomName == "OXT";
     return residue.atomCount - backboneCount(residue) - (lastIsOxt ? 1U : 0U);

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdint>
 
-/// The number of planes through a sphere: at the centre and every `zSlice` Å (which must be positive)
-/// from it below `top`, the height of the enlarged sphere's upper pole; -1 when that is not above the
-/// centre. The heights are summed up, not multiplied, as the planes themselves are.
+/// The number of planes through a sphere: at the centre and every `zSlice` Å (which must be
+/// positive) from it below `top`, the height of the enlarged sphere's upper pole; -1 when that is
+/// not above the centre. The heights are summed up, not multiplied, as the planes themselves are.
 inline int slicesBelow(double top, double centre, double zSlice) {
     int planes = 0;
     if (top > centre) {
@@ -20,8 +20,8 @@ inline int slicesBelow(double top, double centre, double zSlice) {
 }
 
 /// The cut of a plane z = `height` through a sphere of radius `enlarged` (van der Waals plus probe)
-/// about `centre`; Å. Every expression is evaluated in the order written: the numbers in the reports
-/// are cut to fixed decimals, so another order could move a last digit.
+/// about `centre`; Å. Every expression is evaluated in the order written: the numbers in the
+/// reports are cut to fixed decimals, so another order could move a last digit.
 struct sSlicePlane {
     sSlicePlane(double planeHeight, double centre, double enlargedRadius, double zSlice)
         : height(planeHeight), enlarged(enlargedRadius) {
@@ -41,8 +41,8 @@ struct sSlicePlane {
         thickness = (half <= toPole ? half : toPole) + half;
     }
 
-    /// Whether the enlarged sphere of another atom meets the plane in a circle, and the square of that
-    /// circle's radius. A square that rounding leaves at 0 or below is no circle.
+    /// Whether the enlarged sphere of another atom meets the plane in a circle, and the square of
+    /// that circle's radius. A square that rounding leaves at 0 or below is no circle.
     template <typename Atom>
     bool meets(const Atom& other, double probeRadius, double* squaredRadius) const {
         if (!(height < probeRadius + other.zMax) || !(other.zMin - probeRadius < height)) {

@@ -1,4 +1,4 @@
-// Dispatch per instruction set: this file includes itself once for every target.
+// Dispatch per instruction set: the loops are included once for every target.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "geometry/surface_arcs-inl.h"
 #include <hwy/foreach_target.h>
@@ -14,8 +14,12 @@
 #include <cmath>
 
 namespace surface_arcs {
+HWY_EXPORT(countRun);
+HWY_EXPORT(findTouching);
+HWY_EXPORT(prepareNeighbours);
 HWY_EXPORT(computeCosines);
 HWY_EXPORT(computeAngles);
+HWY_EXPORT(collectArcs);
 HWY_EXPORT(computeArcs);
 HWY_EXPORT(sweepFreeAngle);
 } // namespace surface_arcs
@@ -24,8 +28,10 @@ namespace {
 
 /// Widest vector that any instruction set has, in doubles.
 constexpr std::size_t vectorLanes = 8;
-/// Factor by which radii are multiplied in the query, for every neighbour.
+/// The largest atom radius that neighbour queries allow for, Å.
 constexpr double largestRadius = 2.0;
+/// By how much spheres may be apart and still be looked at, Å.
+constexpr double touchingMargin = 1e-6;
 
 // Circles smaller and axes nearer than this are left to the plain form, so that the cosines of the
 // others are good to 1e-10.
@@ -43,25 +49,14 @@ std::size_t paddedSize(std::size_t count) {
     return (count + vectorLanes - 1) / vectorLanes * vectorLanes;
 }
 
-template <typename... Vectors>
-void growTo(std::size_t size, Vectors&... vectors) {
-    const auto grow = [size](auto& vector) {
-        if (vector.size() < size) {
-            vector.resize(2 * size);
-        }
-    };
-    (grow(vectors), ...);
-}
-
-/// Fills the places from `count` to `padded` with neighbours that cover nothing.
+/// Fills the places behind the last neighbour with neighbours that cover nothing.
 void padNeighbours(sSurfaceScratch& scratch) {
     scratch.padded = paddedSize(scratch.count);
     for (std::size_t i = scratch.count; i < scratch.padded; ++i) {
-        scratch.towardsX[i] = 1.0;
+        scratch.towardsX[i] = 1e6;
         scratch.towardsY[i] = 0.0;
         scratch.z[i] = 0.0;
-        scratch.offset[i] = 1e30;
-        scratch.halfOverDistance[i] = 1.0;
+        scratch.enlarged[i] = 0.0;
     }
 }
 
@@ -90,49 +85,57 @@ bool ringCovers(const sSurfaceScratch& scratch) {
     return !ring.empty();
 }
 
+/// The link from one neighbour to the next in turning order.
+sSurfaceScratch::sLink linkBetween(const sSurfaceScratch& scratch, std::size_t from,
+                                   std::size_t to) {
+    const double x = scratch.towardsX[from];
+    const double y = scratch.towardsY[from];
+    const double nextX = scratch.towardsX[to];
+    const double nextY = scratch.towardsY[to];
+    const double overDistances =
+        4.0 * scratch.halfOverDistance[from] * scratch.halfOverDistance[to];
+    return {from, (x * nextX + y * nextY) * overDistances, x * nextY - y * nextX < 0.0};
+}
+
 /// Remembers the arcs that a gapless sweep went along, the widest arc first.
 void rememberRing(sSurfaceScratch& scratch, std::size_t widest) {
     scratch.ring.clear();
-    const auto& candidate = scratch.ringCandidate;
-    if (candidate.size() + 1 > longestRing) {
+    if (scratch.sweepEnds.size() + 1 > longestRing) {
         return;
     }
-    const auto angleOf = [&](std::size_t i) { return scratch.arcAngle[i]; };
-    for (std::size_t i = 0; i <= candidate.size(); ++i) {
-        const std::size_t arc = i == 0 ? widest : candidate[i - 1];
-        const std::size_t next = i == candidate.size() ? widest : candidate[i];
-        double turn = angleOf(next) - angleOf(arc);
-        if (turn < 0.0) {
-            turn += 6.283185307179586;
-        }
-        scratch.ring.push_back(
-            {scratch.arcOwner[arc], std::cos(turn), turn > 3.141592653589793});
+    std::size_t from = scratch.arcOwner[widest];
+    const std::size_t start = from;
+    const auto arcEnds = scratch.arcEnd.begin();
+    for (const double end : scratch.sweepEnds) {
+        const auto arc =
+            std::find(arcEnds, arcEnds + static_cast<std::ptrdiff_t>(scratch.arcs), end);
+        const std::size_t to = scratch.arcOwner[static_cast<std::size_t>(arc - arcEnds)];
+        scratch.ring.push_back(linkBetween(scratch, from, to));
+        from = to;
     }
-}
-
-/// Collects the neighbours that cover an arc of the plane's circle; returns their number and whether
-/// the end of some arc is uncertain.
-std::size_t collectArcs(sSurfaceScratch& scratch, bool* isUncertain, std::size_t* widest) {
-    std::size_t arcs = 0;
-    std::size_t uncertain = 0;
-    double widestCosine = 2.0;
-    for (std::size_t i = 0; i < scratch.count; ++i) {
-        const double cosine = scratch.cosine[i];
-        scratch.arcOwner[arcs] = i;
-        scratch.arcCosine[arcs] = cosine;
-        scratch.arcAngle[arcs] = scratch.angle[i];
-        uncertain += std::abs(std::abs(cosine) - 1.0) < uncertainCosine ? 1U : 0U;
-        if (cosine < widestCosine) {
-            widestCosine = cosine;
-            *widest = arcs;
-        }
-        arcs += cosine < 1.0 ? 1U : 0U;
-    }
-    *isUncertain = uncertain != 0;
-    return arcs;
+    scratch.ring.push_back(linkBetween(scratch, from, start));
 }
 
 } // namespace
+
+void sSurfaceScratch::reserve(std::size_t neighbours) {
+    const std::size_t needed = neighbours + 2 * vectorLanes;
+    if (needed <= capacity) {
+        return;
+    }
+    capacity = 2 * needed;
+    for (auto* values : {&towardsX, &towardsY, &z, &enlarged, &offset, &halfOverDistance, &angle,
+                         &cosine, &arcCosine, &arcAngle, &arcStart, &arcEnd}) {
+        values->resize(capacity);
+    }
+    position.resize(capacity);
+    arcOwner.resize(capacity);
+}
+
+unsigned countInRange(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
+                      const sPoint& point, double squaredRange) {
+    return HWY_DYNAMIC_DISPATCH(surface_arcs::countRun)(columns, first, last, point, squaredRange);
+}
 
 cSurfaceKernel::cSurfaceKernel(const cAtomGrid& atomGrid, double probeRadius, double zSlice)
     : grid(atomGrid), probe(probeRadius), slice(zSlice),
@@ -143,55 +146,50 @@ cSurfaceKernel::cSurfaceKernel(const cAtomGrid& atomGrid, double probeRadius, do
 }
 
 void cSurfaceKernel::gatherTouching(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const {
-    constexpr double margin = 1e-6;
-    const double enlarged = probe + atom.radius;
-    const double queryProbe = 2.0 * probe;
     scratch.count = 0;
-    scratch.hasCoaxialNeighbour = false;
     scratch.anglesAreKnown = false;
     scratch.allNeighboursAreKnown = false;
     scratch.ring.clear();
-    const auto box = grid.cellsAround(atom.x, atom.y, atom.z,
-                                      std::min(reach, enlarged + largestEnlarged + 1000.0 * margin));
+    const double touchingReach = probe + atom.radius + largestEnlarged + 1000.0 * touchingMargin;
+    const auto box = grid.cellsAround(atom.x, atom.y, atom.z, std::min(reach, touchingReach));
+    const cAtomGrid::sEntry* const entries = grid.entriesInCellOrder().data();
     grid.forEachRun(box, [&](const cAtomGrid::sEntry* first, const cAtomGrid::sEntry* last) {
-        const std::size_t room =
-            paddedSize(scratch.count + static_cast<std::size_t>(last - first) + 1);
-        growTo(room, scratch.towardsX, scratch.towardsY, scratch.z, scratch.offset,
-               scratch.halfOverDistance, scratch.angle, scratch.cosine, scratch.touching,
-               scratch.arcCosine, scratch.arcAngle, scratch.arcStart, scratch.arcEnd,
-               scratch.arcOwner);
-        for (; first != last; ++first) {
-            const double dx = atom.x - first->x;
-            const double dy = atom.y - first->y;
-            const double dz = atom.z - first->z;
-            const double squared = dx * dx + dy * dy + dz * dz;
-            const double otherEnlarged = probe + first->radius;
-            const double touchingDistance = enlarged + otherEnlarged + margin;
-            if (squared > touchingDistance * touchingDistance || !(otherEnlarged > 0.0)) {
-                continue;
-            }
-            const double distance = std::sqrt(squared);
-            if (distance == 0.0 ||
-                !(atom.radius + queryProbe + first->radius + queryProbe >= distance)) {
-                continue;
-            }
-            const double planarSquared = dx * dx + dy * dy;
-            const double planar = std::sqrt(planarSquared);
-            const std::size_t i = scratch.count++;
-            scratch.touching[i] = *first;
-            scratch.towardsX[i] = -dx;
-            scratch.towardsY[i] = -dy;
-            scratch.z[i] = first->z;
-            scratch.offset[i] = planarSquared - otherEnlarged * otherEnlarged;
-            scratch.halfOverDistance[i] = 0.5 / planar;
-            scratch.hasCoaxialNeighbour |= planar < smallestAxisDistance;
-        }
+        scratch.reserve(scratch.count + static_cast<std::size_t>(last - first));
+        HWY_DYNAMIC_DISPATCH(surface_arcs::findTouching)
+        (grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
+         static_cast<std::size_t>(last - entries), atom, probe, touchingMargin, scratch);
     });
-    growTo(paddedSize(scratch.count + 1), scratch.towardsX, scratch.towardsY, scratch.z,
-           scratch.offset, scratch.halfOverDistance, scratch.angle, scratch.cosine,
-           scratch.touching, scratch.arcCosine, scratch.arcAngle, scratch.arcStart, scratch.arcEnd,
-           scratch.arcOwner);
+    scratch.reserve(scratch.count);
+    if (4.0 * probe < 2.0 * touchingMargin) {
+        dropNonNeighbours(atom, scratch);
+    }
     padNeighbours(scratch);
+    scratch.hasCoaxialNeighbour =
+        HWY_DYNAMIC_DISPATCH(surface_arcs::prepareNeighbours)(scratch) < smallestAxisDistance;
+}
+
+/// Almost without a probe the margin is wider than the range of a neighbour query: who is outside
+/// that range is no neighbour, however near it comes to touching.
+void cSurfaceKernel::dropNonNeighbours(const cAtomGrid::sEntry& atom,
+                                       sSurfaceScratch& scratch) const {
+    const double queryProbe = 2.0 * probe;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < scratch.count; ++i) {
+        const cAtomGrid::sEntry& other = grid.entriesInCellOrder()[scratch.position[i]];
+        const double dx = atom.x - other.x;
+        const double dy = atom.y - other.y;
+        const double dz = atom.z - other.z;
+        if (atom.radius + queryProbe + other.radius + queryProbe >=
+            std::sqrt(dx * dx + dy * dy + dz * dz)) {
+            scratch.position[kept] = scratch.position[i];
+            for (auto* values :
+                 {&scratch.towardsX, &scratch.towardsY, &scratch.z, &scratch.enlarged}) {
+                (*values)[kept] = (*values)[i];
+            }
+            ++kept;
+        }
+    }
+    scratch.count = kept;
 }
 
 const std::vector<cAtomGrid::sEntry>&
@@ -214,16 +212,15 @@ cSurfaceKernel::allNeighbours(const cAtomGrid::sEntry& atom, sSurfaceScratch& sc
 bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
                                        sSurfaceScratch& scratch) const {
     double squaredRadius = 0.0;
-    const auto isMet = [&](const cAtomGrid::sEntry& entry) {
-        return plane.meets(entry, probe, &squaredRadius);
-    };
-    const auto touchingEnd =
-        scratch.touching.begin() + static_cast<std::ptrdiff_t>(scratch.count);
-    if (std::any_of(scratch.touching.begin(), touchingEnd, isMet)) {
-        return true;
+    for (std::size_t i = 0; i < scratch.count; ++i) {
+        if (plane.meets(grid.entriesInCellOrder()[scratch.position[i]], probe, &squaredRadius)) {
+            return true;
+        }
     }
     const auto& all = allNeighbours(atom, scratch);
-    return std::any_of(all.begin(), all.end(), isMet);
+    return std::any_of(all.begin(), all.end(), [&](const cAtomGrid::sEntry& entry) {
+        return plane.meets(entry, probe, &squaredRadius);
+    });
 }
 
 double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
@@ -245,42 +242,41 @@ double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cAtomGrid::sEnt
 
 double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
                                  sSurfaceScratch& scratch) const {
-    const double radius = plane.circleRadius;
-    if (scratch.hasCoaxialNeighbour || radius < smallestCircle) {
+    if (scratch.hasCoaxialNeighbour || plane.circleRadius < smallestCircle) {
         return plainArea(plane, atom, scratch);
     }
-    const double smallestCosine =
-        HWY_DYNAMIC_DISPATCH(surface_arcs::computeCosines)(scratch, plane.height, radius);
+    const double smallestCosine = HWY_DYNAMIC_DISPATCH(surface_arcs::computeCosines)(
+        scratch, plane.height, plane.circleRadius);
     // Gaps that an inexact cosine hides are far below the last digit that counts.
     if (smallestCosine <= -1.0 || ringCovers(scratch)) {
         return 0.0;
     }
     if (smallestCosine > 1.0 + uncertainCosine) {
         constexpr double fullTurn = 6283 / 1000.0;
-        return meetsAnyNeighbour(plane, atom, scratch) ? plane.areaOf(fullTurn * radius) : 0.0;
+        return meetsAnyNeighbour(plane, atom, scratch) ? plane.areaOf(fullTurn * plane.circleRadius)
+                                                       : 0.0;
     }
+    if (smallestCosine >= 1.0) {
+        return plainArea(plane, atom, scratch);
+    }
+    return arcArea(plane, atom, scratch);
+}
+
+/// The area of a slice whose circle some neighbour crosses.
+double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+                               sSurfaceScratch& scratch) const {
     if (!scratch.anglesAreKnown) {
         HWY_DYNAMIC_DISPATCH(surface_arcs::computeAngles)(scratch);
         scratch.anglesAreKnown = true;
     }
-    bool isUncertain = false;
-    std::size_t widest = 0;
-    const std::size_t arcs = collectArcs(scratch, &isUncertain, &widest);
-    if (arcs == 0) {
-        return plainArea(plane, atom, scratch);
-    }
-    const std::size_t padded = paddedSize(arcs);
-    growTo(padded, scratch.arcCosine, scratch.arcAngle, scratch.arcStart, scratch.arcEnd,
-           scratch.arcOwner);
-    std::fill(scratch.arcCosine.begin() + static_cast<std::ptrdiff_t>(arcs),
-              scratch.arcCosine.begin() + static_cast<std::ptrdiff_t>(padded), 1.0);
-    // Padding arcs repeat the widest one's direction with no width at all.
-    std::fill(scratch.arcAngle.begin() + static_cast<std::ptrdiff_t>(arcs),
-              scratch.arcAngle.begin() + static_cast<std::ptrdiff_t>(padded),
-              scratch.arcAngle[widest]);
-    HWY_DYNAMIC_DISPATCH(surface_arcs::computeArcs)(scratch, padded, scratch.arcAngle[widest]);
+    const bool isUncertain =
+        HWY_DYNAMIC_DISPATCH(surface_arcs::collectArcs)(scratch, uncertainCosine);
+    const auto cosines = scratch.arcCosine.begin();
+    const auto widest = static_cast<std::size_t>(
+        std::min_element(cosines, cosines + static_cast<std::ptrdiff_t>(scratch.arcs)) - cosines);
+    HWY_DYNAMIC_DISPATCH(surface_arcs::computeArcs)(scratch, scratch.arcAngle[widest]);
     const double free = 1000.0 * HWY_DYNAMIC_DISPATCH(surface_arcs::sweepFreeAngle)(
-                                     scratch, padded, scratch.arcEnd[widest]);
+                                     scratch, scratch.arcEnd[widest]);
     const double error = isUncertain ? uncertainError : usualError;
     if (free < 1.0 - error) {
         rememberRing(scratch, widest);
@@ -290,7 +286,7 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cAtomGrid::sEnt
     if (free - whole < error || whole + 1.0 - free < error) {
         return plainArea(plane, atom, scratch);
     }
-    return plane.areaOf(whole / 1000.0 * radius);
+    return plane.areaOf(whole / 1000.0 * plane.circleRadius);
 }
 
 double cSurfaceKernel::areaOf(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const {

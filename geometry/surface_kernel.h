@@ -4,37 +4,45 @@
 #include "geometry/atom_grid.h"
 
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <vector>
 
-/// Arrays that one thread reuses from atom to atom. Touching neighbours stand in arrays of their
-/// own, padded to whole vectors with neighbours that cover nothing.
+struct sSlicePlane;
+
+/// Arrays that one thread reuses from atom to atom. The touching neighbours of an atom and the arcs
+/// of a plane stand in one array per quantity, padded to whole vectors with what covers nothing.
 struct sSurfaceScratch {
+    /// Makes room for this many neighbours and a whole vector behind them.
+    void reserve(std::size_t neighbours);
+
+    std::size_t capacity = 0;
     std::size_t count = 0;  ///< touching neighbours of the current atom
     std::size_t padded = 0; ///< the same, rounded up to whole vectors
     bool hasCoaxialNeighbour = false;
     bool anglesAreKnown = false;
 
+    std::vector<std::uint64_t> position;    ///< of the neighbour in the grid's order
     std::vector<double> towardsX, towardsY; ///< from the atom to the neighbour in the plane, Å
     std::vector<double> z;                  ///< height of the neighbour, Å
-    std::vector<double> offset;             ///< squared planar distance minus squared enlarged radius
-    std::vector<double> halfOverDistance;   ///< 1 / (2 planar distance)
-    std::vector<double> angle;              ///< direction of the neighbour, radians
-    std::vector<double> cosine;             ///< of the covered half-angle in the current plane
-    std::vector<cAtomGrid::sEntry> touching;
+    std::vector<double> enlarged;           ///< radius plus probe, Å
+    std::vector<double> offset;           ///< squared planar distance minus squared enlarged radius
+    std::vector<double> halfOverDistance; ///< 1 / (2 planar distance)
+    std::vector<double> angle;            ///< direction of the neighbour, radians
+    std::vector<double> cosine;           ///< of the covered half-angle in the current plane
 
-    std::vector<double> arcCosine, arcAngle, arcStart, arcEnd; ///< the crossing ones of a plane
-    std::vector<std::size_t> arcOwner;
+    std::size_t arcs = 0; ///< of the current plane
+    std::vector<std::uint64_t> arcOwner;
+    std::vector<double> arcCosine, arcAngle, arcStart, arcEnd;
+    std::vector<double> sweepEnds; ///< where the last sweep got to, step by step
 
-    /// A ring of arcs that covered an earlier plane wholly, in turning order, with the angle from each
-    /// to the next. It often covers the next plane as well.
+    /// A ring of arcs that covered an earlier plane wholly, in turning order, with the angle from
+    /// each to the next. It often covers the next plane as well.
     struct sLink {
         std::size_t neighbour;
         double cosineToNext;
         bool isReflex; ///< the angle to the next is above π
     };
     std::vector<sLink> ring;
-    std::vector<std::size_t> ringCandidate;
 
     std::vector<cAtomGrid::sEntry> allNeighbours;
     bool allNeighboursAreKnown = false;
@@ -42,10 +50,10 @@ struct sSurfaceScratch {
 
 /// Computes areas for the atoms of one grid; may be used by several threads, each with its scratch.
 ///
-/// Of a slice only three digits of its free angle count. So the angle is computed in whatever way is
-/// fast, together with a bound on its error, and only where that bound straddles a last digit is the
-/// slice computed again in the plain form. Hence the results are those of the plain form, whatever
-/// vector width the machine has.
+/// Of a slice only three digits of its free angle count. So the angle is computed in whatever way
+/// is fast, together with a bound on its error, and only where that bound straddles a last digit is
+/// the slice computed again in the plain form. Hence the results are those of the plain form,
+/// whatever vector width the machine has.
 class cSurfaceKernel {
   public:
     /// Å; the grid must outlive the kernel.
@@ -56,18 +64,26 @@ class cSurfaceKernel {
 
   private:
     void gatherTouching(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const;
+    void dropNonNeighbours(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const;
     const std::vector<cAtomGrid::sEntry>& allNeighbours(const cAtomGrid::sEntry& atom,
                                                         sSurfaceScratch& scratch) const;
-    bool meetsAnyNeighbour(const struct sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    bool meetsAnyNeighbour(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
                            sSurfaceScratch& scratch) const;
-    double plainArea(const struct sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    double plainArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
                      sSurfaceScratch& scratch) const;
-    double sliceArea(const struct sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    double sliceArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
                      sSurfaceScratch& scratch) const;
+    double arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+                   sSurfaceScratch& scratch) const;
 
     const cAtomGrid& grid;
     double probe;
     double slice;
-    double reach;             ///< of a neighbour query, Å
+    double reach;                 ///< of a neighbour query, Å
     double largestEnlarged = 0.0; ///< radius plus probe of the grid's largest atom, Å
 };
+
+/// The number of entries of a run of a grid, [first, last) in its order, whose distance from a
+/// point is not 0 and whose squared distance (Å²) is at most `squaredRange`.
+unsigned countInRange(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
+                      const sPoint& point, double squaredRange);

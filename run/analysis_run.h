@@ -1,4 +1,5 @@
-// What both analysis workers share: the walk over the input files, safe points, messages and reports.
+// What both analysis workers share: the walk over the input files, safe points, messages and
+// reports.
 #pragma once
 
 #include "model/pdb_peptide.h"
@@ -26,9 +27,9 @@ enum class eFileOutcome {
     stopped   ///< a stop was asked for; only reports that were whole before it exist
 };
 
-/// A worker thread that takes its input files one by one. A stop takes effect at safe points between
-/// the steps of a file and nowhere else; afterwards nothing is half-written and the worker can be
-/// started again.
+/// A worker thread that takes its input files one by one. A stop takes effect at safe points
+/// between the steps of a file and nowhere else; afterwards nothing is half-written and the worker
+/// can be started again.
 class cAnalysisRun : public QThread {
     Q_OBJECT
   public:

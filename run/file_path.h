@@ -17,8 +17,8 @@ std::string pathToBytes(const QString& path);
 /// The path for people: what is no UTF-8 shows as the replacement character.
 QString displayedPath(const QString& path);
 
-/// Opens a regular file for reading; anything else (a directory, a pipe, a device) is refused, because
-/// reading it might never end.
+/// Opens a regular file for reading; anything else (a directory, a pipe, a device) is refused,
+/// because reading it might never end.
 bool openRegularFile(std::ifstream& in, const QString& path);
 
 /// The file name without its directory and without everything from its first dot on.

@@ -1,11 +1,10 @@
 // The reports of the structure module: cRunKEV's XML documents and tables.
 #include "run/crunkev_linux.h"
 #include "run/report_namespaces.h"
-#include "xml/number_text.h"
+#include "run/table_number.h"
 #include "xml/xml_text.h"
 
 #include <array>
-#include <cmath>
 #include <string_view>
 
 namespace {
@@ -18,16 +17,6 @@ void appendField(std::string& text, std::string_view field, std::size_t width) {
         text.append(width - field.size(), ' ');
     }
     text.append(field);
-}
-
-void appendNumber(std::string& text, double value, std::size_t width) {
-    constexpr int tableDigits = 5;
-    if (std::isnan(value)) {
-        // Tables show no sign here, unlike the XML reports.
-        appendField(text, "nan", width);
-    } else {
-        appendField(text, cNumberText(value, tableDigits).view(), width);
-    }
 }
 
 /// A blank belongs to the text of these fields and is padded with it.
@@ -46,13 +35,13 @@ template <typename Owner>
 void appendAreas(std::string& text, const Owner& owner) {
     for (const double area : {owner.totalAsa, owner.backboneAsa, owner.sideChainAsa, owner.polarAsa,
                               owner.nonPolarAsa}) {
-        appendNumber(text, area, numberWidth);
+        appendTableNumber(text, area, numberWidth);
     }
 }
 
 void appendParameter(std::string& text, std::string_view label, double value) {
     text.append(label);
-    appendNumber(text, value, 0);
+    appendTableNumber(text, value, 0);
     text += '\n';
 }
 
@@ -78,10 +67,10 @@ void writeAreaGroup(cXmlWriter& writer, const char* name, const std::array<doubl
 
 template <typename Owner>
 void writeAreas(cXmlWriter& writer, const Owner& owner, int indent) {
-    writeAreaGroup(writer, "asa",
-                   {owner.totalAsa, owner.backboneAsa, owner.sideChainAsa, owner.nonPolarAsa,
-                    owner.polarAsa},
-                   indent);
+    writeAreaGroup(
+        writer, "asa",
+        {owner.totalAsa, owner.backboneAsa, owner.sideChainAsa, owner.nonPolarAsa, owner.polarAsa},
+        indent);
 }
 
 void writeStatistics(cXmlWriter& writer, const char* name, const std::array<double, 6>& values,
@@ -214,8 +203,8 @@ void cRunKEV::writePeptideAttributeTable(QTextStream& stream, cPdbPeptide& pepti
     std::string text;
     writeTableHeader(text, peptide, analysisType);
     writeColumnTitles(text);
-    // Rows are put together here and handed on in blocks: padding field by field in the stream would
-    // take several times as long for the same bytes.
+    // Rows are put together here and handed on in blocks: padding field by field in the stream
+    // would take several times as long for the same bytes.
     constexpr std::size_t blockSize = 1 << 16;
     const auto handOn = [&] {
         writeBytes(stream, text);
@@ -271,12 +260,12 @@ void cRunKEV::writeColumnTitles(std::string& text) const {
     appendField(text, "res id|", narrowWidth);
     appendField(text, "res name|", narrowWidth);
     if (writeAsa) {
-        appendTitles<5>(text,
-                        {"total ASA|", "b-bone ASA|", "s-chain ASA|", "polar ASA|", "n-polar ASA|"});
+        appendTitles<5>(
+            text, {"total ASA|", "b-bone ASA|", "s-chain ASA|", "polar ASA|", "n-polar ASA|"});
     }
     if (calculateRelativeAsa) {
-        appendTitles<5>(text, {"total RASA|", "b-bone RASA|", "s-chain RASA|", "polar RASA|",
-                               "n-polar RASA|"});
+        appendTitles<5>(
+            text, {"total RASA|", "b-bone RASA|", "s-chain RASA|", "polar RASA|", "n-polar RASA|"});
     }
     if (calculateDepth) {
         appendTitles<6>(text, {"average DPX|", "s_avg DPX|", "s-ch avg DPX|", "s-ch s_avg DPX|",
@@ -308,21 +297,21 @@ void cRunKEV::writeTableRow(std::string& text, const cProteinChain& chain,
         for (const double value :
              {residue.relativeTotalAsa, residue.relativeBackboneAsa, residue.relativeSideChainAsa,
               residue.relativePolarAsa, residue.relativeNonPolarAsa}) {
-            appendNumber(text, value, numberWidth);
+            appendTableNumber(text, value, numberWidth);
         }
     }
     if (calculateDepth) {
         for (const double value : depthStatistics(residue)) {
-            appendNumber(text, value, numberWidth);
+            appendTableNumber(text, value, numberWidth);
         }
     }
     if (calculateProtrusion) {
         for (const double value : protrusionStatistics(residue)) {
-            appendNumber(text, value, numberWidth);
+            appendTableNumber(text, value, numberWidth);
         }
     }
     if (calculateHydrophobicity) {
-        appendNumber(text, residue.hydrophobicity, numberWidth);
+        appendTableNumber(text, residue.hydrophobicity, numberWidth);
     }
     text += '\n';
 }

@@ -15,9 +15,10 @@ QString incompleteText(const char* table, const std::set<std::string>& missing) 
     if (missing.empty()) {
         return {};
     }
-    QString text = QStringLiteral("Did not find entries for all 20 standard amino acids in %1 file! "
-                                  "Missing: ")
-                       .arg(QString::fromLatin1(table));
+    QString text =
+        QStringLiteral("Did not find entries for all 20 standard amino acids in %1 file! "
+                       "Missing: ")
+            .arg(QString::fromLatin1(table));
     for (const std::string& name : missing) {
         text += QString::fromStdString(name) + ' ';
     }
@@ -25,8 +26,9 @@ QString incompleteText(const char* table, const std::set<std::string>& missing) 
 }
 
 QString invalidPathText(const char* table) {
-    return QStringLiteral("Not a valid %1 file path!\nPlease make sure that the path of the specified "
-                          "%1 file is correct!\n")
+    return QStringLiteral(
+               "Not a valid %1 file path!\nPlease make sure that the path of the specified "
+               "%1 file is correct!\n")
         .arg(QString::fromLatin1(table));
 }
 

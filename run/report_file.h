@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// A new file beside the reports, under a name of its own, that commit() renames. Without a commit it
-/// is removed when the object goes; a process that is killed leaves it behind unlocked, for
+/// A new file beside the reports, under a name of its own, that commit() renames. Without a commit
+/// it is removed when the object goes; a process that is killed leaves it behind unlocked, for
 /// removeAbandonedReports() of a later run to sweep up.
 class cReportFile {
   public:

@@ -8,7 +8,8 @@
 #include <map>
 #include <string>
 
-/// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and stops.
+/// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and
+/// stops.
 class cRunVOR : public cAnalysisRun {
     Q_OBJECT
   public:

@@ -18,5 +18,6 @@ class cStatusMessage {
 
 Q_DECLARE_METATYPE(cStatusMessage)
 
-/// Lets messages travel to other threads by reference-typed signals; may be called any number of times.
+/// Lets messages travel to other threads by reference-typed signals; may be called any number of
+/// times.
 void registerStatusMessageType();

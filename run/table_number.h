@@ -1,0 +1,8 @@
+// Numbers of the table reports: what a QTextStream with five significant digits writes.
+#pragma once
+
+#include <string>
+
+/// Appends the number, right-aligned in `width` characters. Exact ties round away from zero, zero
+/// and not-a-number have no sign: the toolkit's ways, unlike the streams of the XML reports.
+void appendTableNumber(std::string& text, double value, std::size_t width);

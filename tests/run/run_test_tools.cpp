@@ -1,0 +1,198 @@
+#include "tests/run/run_test_tools.h"
+
+#include "run/parameter_tables.h"
+#include "tests/xml/scratch_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include <sys/inotify.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+std::string atomLine(const std::string& atomName, const std::string& residueName, char chain,
+                     const std::string& residueNumber, double x, double y, double z) {
+    std::array<char, 128> line{};
+    std::snprintf(line.data(), line.size(), "ATOM  %5d  %-3s %3s %c%5s   %8.3f%8.3f%8.3f\n", 1,
+                  atomName.c_str(), residueName.c_str(), chain, (residueNumber + ' ').c_str(), x, y,
+                  z);
+    return line.data();
+}
+
+std::string twoGlycines() {
+    return "HEADER    TEST" + std::string(48, ' ') + "1TST\n" +
+           atomLine("N", "GLY", 'A', "1", 0, 0, 0) + atomLine("CA", "GLY", 'A', "1", 1.5, 0, 0) +
+           atomLine("C", "GLY", 'A', "1", 2, 1.5, 0) + atomLine("O", "GLY", 'A', "1", 1, 2.5, 0) +
+           atomLine("N", "GLY", 'B', "2", 0, 0, 4) + atomLine("CA", "GLY", 'B', "2", 1.5, 0, 4) +
+           atomLine("C", "GLY", 'B', "2", 2, 1.5, 4) + atomLine("O", "GLY", 'B', "2", 1, 2.5, 4) +
+           "END\n";
+}
+
+std::map<std::string, double> glycineRadii() {
+    return {{"GLY_N", 1.7}, {"GLY_CA", 1.7}, {"GLY_C", 1.7}, {"GLY_O", 1.7}};
+}
+
+namespace {
+
+template <typename Table, typename Read>
+void readShipped(const char* name, Table& table, Read read) {
+    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/" + name);
+    EXPECT_TRUE(in.is_open()) << name;
+    EXPECT_EQ(read(in, table).toStdString(), "") << name;
+}
+
+} // namespace
+
+const sShippedTables& shippedTables() {
+    static const sShippedTables tables = [] {
+        sShippedTables read;
+        readShipped("protor.radii", read.radii, readRadiiTable);
+        readShipped("ala-x-ala.asa", read.standards, readStandardAsaTable);
+        readShipped("kyte-doolittle.hpb", read.scale, readHydrophobicityTable);
+        readShipped("aa_contacts.txt", read.rules, readContactRules);
+        return read;
+    }();
+    return tables;
+}
+
+std::string samplePath(const std::string& name) {
+    return std::string(KELMO_SOURCE_DIR) + "/data/samples/" + name;
+}
+
+void switchEverythingOn(cRunKEV& run) {
+    const sShippedTables& tables = shippedTables();
+    run.setOutputTypes(true, true);
+    run.setAnalysisTypes(true, true);
+    run.setASAAttributes(true, 1.4, 0.25, true);
+    run.setRASAAttributes(true, tables.standards);
+    run.setDPXAttributes(true);
+    run.setCXAttributes(true, 10.0, 20.1);
+    run.setHydrophobicityAttributes(true, tables.scale);
+    run.setRadii(tables.radii);
+    run.setRadiiFilename("protor.radii");
+    run.setRASAFilename("ala-x-ala.asa");
+    run.setHydroFilename("kyte-doolittle.hpb");
+}
+
+void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion) {
+    run.criterion = criterion;
+    run.threshold = criterion == maximumDistance ? 5.0 : criterion == prism ? 0.5 : 1.0;
+    run.zSlice = 0.25;
+    run.probeRadius = 1.4;
+    run.xmlOutput = true;
+    run.tableOutput = true;
+    run.writeContacts = true;
+    run.writeBindingResidues = true;
+    run.writeBindingStatus = true;
+    run.contactRules = shippedTables().rules;
+    run.radii = shippedTables().radii;
+    run.radiiFileName = "protor.radii";
+}
+
+bool runToEnd(cAnalysisRun& run) {
+    constexpr unsigned long minute = 60'000;
+    run.start();
+    return run.wait(minute);
+}
+
+std::map<std::string, std::string> filesIn(const std::filesystem::path& directory) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+        if (entry.is_regular_file()) {
+            files[entry.path().filename().string()] = contentOf(entry.path());
+        }
+    }
+    return files;
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& directory) {
+    std::vector<std::string> names;
+    for (const auto& [name, content] : filesIn(directory)) {
+        names.push_back(name);
+    }
+    return names;
+}
+
+QStringList pathList(const std::vector<std::string>& paths) {
+    QStringList list;
+    for (const std::string& path : paths) {
+        list.append(QString::fromStdString(path));
+    }
+    return list;
+}
+
+int openDescriptorCount() {
+    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(descriptors), end(descriptors)));
+}
+
+bool areWellFormed(const std::vector<std::string>& files) {
+    std::string command = std::string(XMLLINT_PROGRAM) + " --noout";
+    for (const std::string& file : files) {
+        command += " '" + file + "'";
+    }
+    return std::system(command.c_str()) == 0;
+}
+
+cFullDisk::cFullDisk(unsigned long maxFileSize) {
+    std::signal(SIGXFSZ, SIG_IGN); // the write fails then instead of ending the process
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    previousLimit = limit.rlim_cur;
+    limit.rlim_cur = maxFileSize;
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+}
+
+cFullDisk::~cFullDisk() {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = previousLimit;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, SIG_DFL);
+}
+
+cDirectoryWatch::cDirectoryWatch(const std::filesystem::path& directory)
+    : descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    EXPECT_GE(
+        ::inotify_add_watch(descriptor, directory.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO), 0);
+}
+
+cDirectoryWatch::~cDirectoryWatch() {
+    ::close(descriptor);
+}
+
+std::vector<cDirectoryWatch::sEvent> cDirectoryWatch::events() {
+    alignas(inotify_event) std::array<char, 1 << 16> buffer;
+    for (;;) {
+        const ssize_t length = ::read(descriptor, buffer.data(), buffer.size());
+        if (length <= 0) {
+            return recorded;
+        }
+        for (std::size_t begin = 0; begin < static_cast<std::size_t>(length);) {
+            inotify_event event{};
+            std::memcpy(&event, buffer.data() + begin, sizeof event);
+            EXPECT_EQ(event.mask & IN_Q_OVERFLOW, 0U) << "events were lost";
+            recorded.push_back(
+                {(event.mask & IN_MOVED_TO) != 0, buffer.data() + begin + sizeof event});
+            begin += sizeof event + event.len;
+        }
+    }
+}
+
+std::vector<std::string> cDirectoryWatch::renamedTo() {
+    std::vector<std::string> names;
+    for (const sEvent& event : events()) {
+        if (event.isRenamed) {
+            names.push_back(event.name);
+        }
+    }
+    return names;
+}
