@@ -8,7 +8,9 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <numbers>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -20,9 +22,10 @@ namespace {
 constexpr double probeRadius = 1.4; // Å
 constexpr double zSlice = 0.25;     // Å
 
-// 32 copies of a two-chain antibody fragment: 64 chains and about 102,000 atoms.
-constexpr int copyCount = 32;
-constexpr double shellRadius = 80.0; // Å; neighbouring copies interlock
+// Copies of a two-chain antibody fragment, 3183 atoms each, on a shell on which neighbours
+// interlock.
+constexpr int standardCopyCount = 32;        // 64 chains and 101,856 atoms
+constexpr double standardShellRadius = 80.0; // Å
 constexpr std::string_view chainIds =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789abcdefghijklmnopqrstuvwxyz+-";
 
@@ -59,7 +62,9 @@ sPoint centreOf(const std::vector<std::string>& lines) {
 /// Turns a copy around the axes of the shell and moves it to its place on a spiral of equal areas.
 class cPlacement {
   public:
-    explicit cPlacement(int copy) {
+    cPlacement(int copy, int copyCount)
+        : shellRadius(standardShellRadius *
+                      std::sqrt(static_cast<double>(copyCount) / standardCopyCount)) {
         const double height = 1.0 - (2.0 * copy + 1.0) / copyCount;
         const double longitude = copy * std::numbers::pi * (3.0 - std::sqrt(5.0));
         const double across = std::sqrt(1.0 - height * height);
@@ -78,22 +83,23 @@ class cPlacement {
     }
 
   private:
+    double shellRadius;         // Å
     std::array<sPoint, 3> axes; // images of x, y and z; the last points outwards
 };
 
-std::string assemblyText() {
+std::string assemblyText(int copyCount) {
     const std::vector<std::string> lines = sampleAtomLines();
     const sPoint centre = centreOf(lines);
     std::string text;
     for (int copy = 0; copy < copyCount; ++copy) {
-        const cPlacement place(copy);
+        const cPlacement place(copy, copyCount);
         for (std::string line : lines) {
             const sPoint p = place({std::stod(line.substr(30, 8)) - centre.x,
                                     std::stod(line.substr(38, 8)) - centre.y,
                                     std::stod(line.substr(46, 8)) - centre.z});
-            const bool isFirstChain = line[21] == lines.front()[21];
-            line[21] = chainIds[static_cast<std::size_t>(2 * copy + (isFirstChain ? 0 : 1))];
-            char coordinates[25];
+            const int chain = 2 * copy + (line[21] == lines.front()[21] ? 0 : 1);
+            line[21] = chainIds[static_cast<std::size_t>(chain) % chainIds.size()];
+            char coordinates[64];
             std::snprintf(coordinates, sizeof coordinates, "%8.3f%8.3f%8.3f", p.x, p.y, p.z);
             line.replace(30, 24, coordinates);
             text += line + "\n";
@@ -102,35 +108,42 @@ std::string assemblyText() {
     return text;
 }
 
-const std::string& sharedAssemblyText() {
-    static const std::string text = assemblyText();
+const std::string& sharedAssemblyText(int copyCount) {
+    static std::map<int, std::string> texts;
+    std::string& text = texts[copyCount];
+    if (text.empty()) {
+        text = assemblyText(copyCount);
+    }
     return text;
 }
 
-cPdbPeptide readAssembly() {
+const std::map<std::string, double>& sharedRadii() {
     static const std::map<std::string, double> radii = [] {
         std::map<std::string, double> read;
         std::ifstream in = openFile("data/protor.radii");
         getVdWrRadii(in, read);
         return read;
     }();
-    std::istringstream in(sharedAssemblyText());
-    std::set<std::string> missingRadii;
-    cPdbPeptide assembly;
-    if (assembly.loadFromStream(in, radii, missingRadii) != 0) {
-        throw std::runtime_error("the assembly cannot be read");
-    }
-    return assembly;
+    return radii;
 }
 
-/// Runs `resolve` on an assembly without contacts, over and over.
+void readFromText(const std::string& text, cPdbPeptide& assembly) {
+    std::istringstream in(text);
+    std::set<std::string> missingRadii;
+    if (assembly.loadFromStream(in, sharedRadii(), missingRadii) != 0) {
+        throw std::runtime_error("the assembly cannot be read");
+    }
+}
+
+/// Runs `resolve` on an assembly without contacts, over and over. The argument is the number of
+/// copies.
 template <typename Resolve>
 void measure(benchmark::State& state, Resolve resolve) {
-    cPdbPeptide assembly = readAssembly();
+    cPdbPeptide assembly;
+    readFromText(sharedAssemblyText(static_cast<int>(state.range(0))), assembly);
     for (auto _ : state) {
         state.PauseTiming();
-        assembly.contacts.clear();
-        assembly.contacts.shrink_to_fit();
+        assembly.contacts = {};
         state.ResumeTiming();
         resolve(assembly);
     }
@@ -139,16 +152,17 @@ void measure(benchmark::State& state, Resolve resolve) {
     state.counters["records"] = static_cast<double>(assembly.contacts.size());
 }
 
-void readAssemblyFromText(benchmark::State& state) {
-    sharedAssemblyText();
+void readAssembly(benchmark::State& state) {
+    const std::string& text = sharedAssemblyText(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        cPdbPeptide assembly = readAssembly();
+        cPdbPeptide assembly;
+        readFromText(text, assembly);
         benchmark::DoNotOptimize(assembly.atoms.data());
     }
 }
 
 void maximumDistanceContacts(benchmark::State& state) {
-    measure(state, [](cPdbPeptide& assembly) { assembly.resolveThresholdContacts(5.0); });
+    measure(state, [](cPdbPeptide& assembly) { assembly.resolveThresholdContacts(4.5); });
 }
 
 void prismContacts(benchmark::State& state) {
@@ -175,12 +189,22 @@ void dovrethWithBoundSurface(benchmark::State& state) {
     });
 }
 
-BENCHMARK(readAssemblyFromText)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(maximumDistanceContacts)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(prismContacts)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(vordaContacts)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(boundSurface)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(dovrethWithBoundSurface)->Unit(benchmark::kMillisecond)->UseRealTime();
+void severalSizes(benchmark::internal::Benchmark* contactBenchmark) {
+    contactBenchmark->ArgName("copies")->Arg(standardCopyCount)->Arg(4 * standardCopyCount);
+    contactBenchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+void standardSize(benchmark::internal::Benchmark* surfaceBenchmark) {
+    surfaceBenchmark->ArgName("copies")->Arg(standardCopyCount);
+    surfaceBenchmark->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+BENCHMARK(readAssembly)->Apply(severalSizes);
+BENCHMARK(maximumDistanceContacts)->Apply(severalSizes);
+BENCHMARK(prismContacts)->Apply(severalSizes);
+BENCHMARK(vordaContacts)->Apply(severalSizes);
+BENCHMARK(boundSurface)->Apply(standardSize);
+BENCHMARK(dovrethWithBoundSurface)->Apply(standardSize);
 
 } // namespace
 

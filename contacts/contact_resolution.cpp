@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -285,12 +287,14 @@ void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double search
         const cVordaTest test(map != nullptr ? *map : noRules, nameIndices, vdwThreshold);
         pairs = findPairs(searches, range, test);
     }
+    contacts.reserve(contacts.size() + 2 * pairs.size());
     for (const sTouchingPair& pair : pairs) {
         record(pair, criterion, contacts);
         pair.first->residue->isBinding = true;
         pair.second->residue->isBinding = true;
     }
-    std::sort(contacts.begin(), contacts.end());
+    // Stable, so that records that compare equal stand in the order of the file with every library.
+    std::stable_sort(contacts.begin(), contacts.end());
 }
 
 void cPdbPeptide::resolveThresholdContacts(double threshold) {

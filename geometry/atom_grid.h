@@ -153,9 +153,9 @@ void cAtomGrid::forEachRun(const sCellBox& box, Visit visit) const {
     if (box.isEmpty()) {
         return;
     }
-    const double columns =
+    const double cellColumns =
         static_cast<double>(box.hiX - box.loX) * static_cast<double>(box.hiY - box.loY);
-    if (columns > static_cast<double>(entries.size()) + 64.0) {
+    if (cellColumns > static_cast<double>(entries.size()) + 64.0) {
         // A box with more columns than atoms: asking every atom is cheaper than every column.
         for (const sEntry& entry : entries) {
             if (isInBox(entry, box)) {

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Reads a table line by line, handing each line that matches the grammar to `addEntry`; returns 0 or
-/// the number of the first line that does not match.
+/// Reads a table line by line, handing each line that matches the grammar to `addEntry`; returns 0
+/// or the number of the first line that does not match.
 template <typename Map, typename AddEntry>
 int readTable(std::istream& in, const char* grammar, Map& table, AddEntry addEntry) {
     const QRegularExpression pattern(

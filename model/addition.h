@@ -1,4 +1,5 @@
-// Residue name sets and the readers of the parameter tables (radii, standard areas, hydrophobicity).
+// Residue name sets and the readers of the parameter tables (radii, standard areas,
+// hydrophobicity).
 #pragma once
 
 #include <iosfwd>
@@ -21,8 +22,8 @@ void createAminoAcidNamesSet(std::set<std::string>& names);
 void createNucleicAcidNamesSet(std::set<std::string>& names);
 
 // The readers clear the map, fill it and return 0, or return the 1-based number of the first line
-// that breaks the table's grammar and leave the map empty. Empty lines and lines that begin with "#"
-// are skipped but counted. Of two entries with one key the first is kept.
+// that breaks the table's grammar and leave the map empty. Empty lines and lines that begin with
+// "#" are skipped but counted. Of two entries with one key the first is kept.
 
 /// Van der Waals radii in Å: residue name + "_" + atom name in columns 1-8, then the value.
 int getVdWrRadii(std::istream& in, std::map<std::string, double>& radii);

@@ -19,7 +19,8 @@ cPdbPeptide& cPdbPeptide::operator=(const cPdbPeptide& other) {
 }
 
 void cPdbPeptide::rebuildLinks() {
-    // Residues and chains follow each other without gaps, so the counts alone say where each starts.
+    // Residues and chains follow each other without gaps, so the counts alone say where each
+    // starts.
     cResidueAtom* atom = atoms.data();
     for (cChainResidue& residue : residues) {
         residue.atoms = atom;

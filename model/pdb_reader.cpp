@@ -44,8 +44,8 @@ bool isMetal(std::string_view atomName) {
     return atomName == "CU" || atomName == "FE" || atomName == "MG" || atomName == "ZN";
 }
 
-/// Looks radii up by the raw name columns of a line. Structures name the same few hundred atoms over
-/// and over, so the answer for each spelling is worked out once.
+/// Looks radii up by the raw name columns of a line. Structures name the same few hundred atoms
+/// over and over, so the answer for each spelling is worked out once.
 class cRadiusLookup {
   public:
     cRadiusLookup(const std::map<std::string, double>& radiiTable, std::set<std::string>& missing)
@@ -93,8 +93,8 @@ class cRadiusLookup {
     std::unordered_map<std::uint64_t, double> answers;
 };
 
-/// The state of one pass over a file. Residues and chains are recorded by their counts; the structure
-/// links them to its lists when the pass is over and no list grows any more.
+/// The state of one pass over a file. Residues and chains are recorded by their counts; the
+/// structure links them to its lists when the pass is over and no list grows any more.
 class cPdbReader {
   public:
     cPdbReader(cPdbPeptide& target, const std::map<std::string, double>& radiiTable,
@@ -154,9 +154,9 @@ class cPdbReader {
         }
         // A missing radius is listed even when the line turns out to be in error.
         const double radius = radii.radiusOf(line);
-        const bool isPlain = std::all_of(
-            coordinateFields.begin(), coordinateFields.end(),
-            [&](sField field) { return isPlainDecimal(trimmedField(line, field)); });
+        const bool isPlain =
+            std::all_of(coordinateFields.begin(), coordinateFields.end(),
+                        [&](sField field) { return isPlainDecimal(trimmedField(line, field)); });
         if (!isPlain) {
             return false;
         }
@@ -235,8 +235,9 @@ class cPdbReader {
     std::size_t chainFirstResidue = 0;
 };
 
-/// Room for as many atoms as a stream of this length can hold, so that the list never has to be moved
-/// to a larger place while both copies stand in memory. Room that is never used costs nothing.
+/// Room for as many atoms as a stream of this length can hold, so that the list never has to be
+/// moved to a larger place while both copies stand in memory. Room that is never used costs
+/// nothing.
 void reserveFor(std::istream& in, cPdbPeptide& peptide) {
     constexpr std::size_t usualAtoms = 100000;
     constexpr std::size_t usualResidues = 25000;

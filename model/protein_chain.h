@@ -46,9 +46,7 @@ class cProteinChain {
     bool holdsUnboundAreas(double probeRadius, double zSlice) const {
         return unboundProbeRadius == probeRadius && unboundZSlice == zSlice;
     }
-    void forgetUnboundAreas() {
-        unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
-    }
+    void forgetUnboundAreas() { unboundProbeRadius = std::numeric_limits<double>::quiet_NaN(); }
 
     // The parameters for which the atoms hold chain-alone areas; not a number while they do not.
     double unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();

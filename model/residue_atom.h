@@ -24,12 +24,13 @@ class cResidueAtom {
     /// is never its own neighbour.
     bool isInRangeByCenter(const cResidueAtom& other, double range) const;
 
-    /// True when the spheres, each enlarged by `probe` Å, touch or overlap and the centres are not at
-    /// the same place.
+    /// True when the spheres, each enlarged by `probe` Å, touch or overlap and the centres are not
+    /// at the same place.
     bool doesIntersect(const cResidueAtom& other, double probe) const;
 
     /// Sets `sliceCount` to the number of planes, `zSlice` Å apart and symmetric about the centre,
-    /// that cut the sphere enlarged by `probeRadius` Å; -1 when the enlarged radius is not positive.
+    /// that cut the sphere enlarged by `probeRadius` Å; -1 when the enlarged radius is not
+    /// positive.
     void sliceOnZ(double zSlice, double probeRadius);
 
     /// Computes `asa` after Lee & Richards (J Mol Biol 55:379, 1971) from the atoms whose enlarged
@@ -46,16 +47,16 @@ class cResidueAtom {
     double x = 0.0;               ///< centre, Å
     double y = 0.0;
     double z = 0.0;
-    double radius = 0.0; ///< van der Waals radius without probe, Å
-    double zMax = 0.0;   ///< z + radius
-    double zMin = 0.0;   ///< z - radius
-    int sliceCount = 0;  ///< slices still to be visited by the surface calculation
+    double radius = 0.0;              ///< van der Waals radius without probe, Å
+    double zMax = 0.0;                ///< z + radius
+    double zMin = 0.0;                ///< z - radius
+    int sliceCount = 0;               ///< slices still to be visited by the surface calculation
     cChainResidue* residue = nullptr; ///< owning residue; not owned
 };
 
 /// Distance of the centres, Å.
 double centreDistance(const cResidueAtom& a, const cResidueAtom& b);
 
-/// Bounding box of the centres (radii are not added) of `n` >= 1 atoms: the third parameter receives
-/// the largest, the fourth the smallest coordinates.
+/// Bounding box of the centres (radii are not added) of `n` >= 1 atoms: the third parameter
+/// receives the largest, the fourth the smallest coordinates.
 void setMinMaxPoints(const cResidueAtom* atoms, unsigned n, sPoint* maxPoint, sPoint* minPoint);

@@ -9,9 +9,10 @@
 #include <string_view>
 #include <type_traits>
 
-/// Keeps no stack of open elements and escapes nothing: the order of the tags and well-formed text are
-/// the caller's. Everything written with `<<` goes to the same file. Lines end in one line feed and
-/// are not flushed one by one. Closing sets the fail state when the file could not be completed.
+/// Keeps no stack of open elements and escapes nothing: the order of the tags and well-formed text
+/// are the caller's. Everything written with `<<` goes to the same file. Lines end in one line feed
+/// and are not flushed one by one. Closing sets the fail state when the file could not be
+/// completed.
 class cXmlWriter : public std::ofstream {
   public:
     /// Truncates the file and writes the XML declaration; a file that cannot be opened leaves the
@@ -24,7 +25,8 @@ class cXmlWriter : public std::ofstream {
     void writeStart(std::string name, int indent);
     /// The end tag; without `newLine` the next output continues on its line.
     void writeEnd(std::string name, int indent, bool newLine);
-    /// Start tag, value and end tag on one line. The stream's formatting state applies to the value.
+    /// Start tag, value and end tag on one line. The stream's formatting state applies to the
+    /// value.
     template <typename T>
     void writeElement(std::string name, T value, int indent) {
         writeIndent(indent);

@@ -1,4 +1,5 @@
-// Total areas of the samples against FreeSASA's, an independent implementation of the same definition.
+// Total areas of the samples against FreeSASA's, an independent implementation of the same
+// definition.
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
 

@@ -1,0 +1,174 @@
+// What the documentation shows is what the program does: examples of tables parse, report excerpts are
+// lines of real reports, links lead somewhere.
+#include "contacts/residue_contact.h"
+#include "model/addition.h"
+#include "run/crunkev_linux.h"
+
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path sourceDirectory(KELMO_SOURCE_DIR);
+
+std::string contentOf(const fs::path& path) {
+    std::ifstream in(path);
+    EXPECT_TRUE(in.is_open()) << path;
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// The fenced blocks of a page, without their fences.
+std::vector<std::string> fencedBlocks(const fs::path& page) {
+    std::vector<std::string> blocks;
+    std::istringstream in(contentOf(page));
+    bool isInside = false;
+    for (std::string line; std::getline(in, line);) {
+        if (line.starts_with("```")) {
+            isInside = !isInside;
+            if (isInside) {
+                blocks.emplace_back();
+            }
+        } else if (isInside) {
+            blocks.back() += line + '\n';
+        }
+    }
+    return blocks;
+}
+
+std::string onlyBlock(const std::string& page) {
+    const auto blocks = fencedBlocks(sourceDirectory / "docs/formats" / page);
+    EXPECT_EQ(blocks.size(), 1U) << page;
+    return blocks.empty() ? std::string() : blocks.front();
+}
+
+std::vector<fs::path> pages() {
+    std::vector<fs::path> found;
+    for (const char* name : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md"}) {
+        found.push_back(sourceDirectory / name);
+    }
+    for (const auto& entry : fs::recursive_directory_iterator(sourceDirectory / "docs")) {
+        if (entry.path().extension() == ".md") {
+            found.push_back(entry.path());
+        }
+    }
+    return found;
+}
+
+/// The bound reports of a sample with everything switched on and the shipped tables.
+class cSampleReports {
+  public:
+    explicit cSampleReports(const std::string& sample)
+        : directory(fs::path(testing::TempDir()) / "kelmo-documentation") {
+        fs::create_directories(directory);
+        cRunKEV worker;
+        std::map<std::string, double> radii;
+        std::map<std::string, sAsa> standards;
+        std::map<std::string, double> scale;
+        std::ifstream radiiFile(sourceDirectory / "data/protor.radii");
+        std::ifstream standardsFile(sourceDirectory / "data/ala-x-ala.asa");
+        std::ifstream scaleFile(sourceDirectory / "data/kyte-doolittle.hpb");
+        EXPECT_EQ(getVdWrRadii(radiiFile, radii), 0);
+        EXPECT_EQ(getStandardAsa(standardsFile, standards), 0);
+        EXPECT_EQ(getHydrophobicity(scaleFile, scale), 0);
+        worker.setRadii(radii);
+        worker.setOutputDirectoryName(QString::fromStdString(directory.string()));
+        worker.setOutputTypes(true, true);
+        worker.setAnalysisTypes(true, true);
+        worker.setASAAttributes(true, 1.4, 0.25, true);
+        worker.setDPXAttributes(true);
+        worker.setCXAttributes(true, 10.0, 20.1);
+        worker.setRASAAttributes(true, standards);
+        worker.setHydrophobicityAttributes(true, scale);
+        const auto path = sourceDirectory / "data/samples" / (sample + ".pdb");
+        EXPECT_EQ(worker.analyseFile(QString::fromStdString(path.string()), "200703141530"),
+                  eFileOutcome::analysed);
+        for (const auto& entry : fs::directory_iterator(directory)) {
+            text += contentOf(entry.path()) + '\n';
+        }
+    }
+    ~cSampleReports() { fs::remove_all(directory); }
+    cSampleReports(const cSampleReports&) = delete;
+    cSampleReports& operator=(const cSampleReports&) = delete;
+
+    bool hasLine(const std::string& line) const {
+        return ('\n' + text).find('\n' + line + '\n') != std::string::npos;
+    }
+
+  private:
+    fs::path directory;
+    std::string text;
+};
+
+} // namespace
+
+TEST(Documentation, ExampleOfARadiiFileIsRead) {
+    std::istringstream in(onlyBlock("radii.md"));
+    std::map<std::string, double> radii;
+    EXPECT_EQ(getVdWrRadii(in, radii), 0);
+    EXPECT_EQ(radii.at("ALA_CA"), 1.88);
+}
+
+TEST(Documentation, ExampleOfAStandardAreaFileIsRead) {
+    std::istringstream in(onlyBlock("standard-areas.md"));
+    std::map<std::string, sAsa> standards;
+    EXPECT_EQ(getStandardAsa(in, standards), 0);
+    EXPECT_EQ(standards.at("ALA").backbone, 44.24);
+    EXPECT_EQ(standards.at("GLY").sideChain, 0.0);
+}
+
+TEST(Documentation, ExampleOfAHydrophobicityFileIsRead) {
+    std::istringstream in(onlyBlock("hydrophobicity.md"));
+    std::map<std::string, double> scale;
+    EXPECT_EQ(getHydrophobicity(in, scale), 0);
+    EXPECT_EQ(scale.at("GLY"), -0.4);
+}
+
+TEST(Documentation, ExampleOfContactRulesIsRead) {
+    std::istringstream in(onlyBlock("contact-rules.md"));
+    contactMap rules;
+    createStringContactMap(in, rules);
+    ASSERT_EQ(rules.at("ALA_ARG").size(), 2U);
+    EXPECT_EQ(rules.at("ALA_ARG")[1].atomName2, "NE");
+    EXPECT_EQ(rules.at("ARG_ALA")[0].maxDistance, 4.5);
+}
+
+TEST(Documentation, ReportExcerptsOfTheReadmeAreLinesOfRealReports) {
+    const cSampleReports reports("1a0q");
+    std::size_t lines = 0;
+    for (const std::string& block : fencedBlocks(sourceDirectory / "README.md")) {
+        if (block.find("<residue>") == std::string::npos &&
+            block.find("chain id|") == std::string::npos) {
+            continue;
+        }
+        std::istringstream in(block);
+        for (std::string line; std::getline(in, line); ++lines) {
+            EXPECT_TRUE(reports.hasLine(line)) << line;
+        }
+    }
+    EXPECT_GT(lines, 10U);
+}
+
+TEST(Documentation, LinksLeadToFilesOfTheProject) {
+    const std::regex link(R"(\]\(([^)#:]+)(#[^)]*)?\))");
+    std::size_t links = 0;
+    for (const fs::path& page : pages()) {
+        const std::string text = contentOf(page);
+        for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end;
+             ++match, ++links) {
+            EXPECT_TRUE(fs::exists(page.parent_path() / (*match)[1].str()))
+                << page << " links to " << (*match)[1];
+        }
+    }
+    EXPECT_GT(links, 5U);
+}
