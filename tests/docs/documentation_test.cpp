@@ -1,5 +1,5 @@
-// What the documentation shows is what the program does: examples of tables parse, report excerpts are
-// lines of real reports, links lead somewhere.
+// What the documentation shows is what the program does: examples of tables parse, report excerpts
+// are lines of real reports, links lead somewhere.
 #include "contacts/residue_contact.h"
 #include "model/addition.h"
 #include "run/crunkev_linux.h"
