@@ -25,13 +25,13 @@ esac
 
 build_preset "$preset" kelmo-batch
 reports=build/sample-reports
+stamp=$(date +%Y%m%d%H%M)
 mkdir -p "$reports"
 echo "Structure analysis (KEV) of data/samples ..."
-"build/$preset/bin/kelmo-batch" kev --output-dir "$reports" data/samples/*.pdb
+"build/$preset/bin/kelmo-batch" kev --stamp "$stamp" --output-dir "$reports" data/samples/*.pdb
 echo "Interaction analysis (VOR) of data/samples ..."
-"build/$preset/bin/kelmo-batch" vor --output-dir "$reports" data/samples/*.pdb
+"build/$preset/bin/kelmo-batch" vor --stamp "$stamp" --output-dir "$reports" data/samples/*.pdb
 
 echo
-echo "The newest reports in $root/$reports:"
-newest=$(find "$reports" -name '*.tbl' -printf '%f\n' | sed -E 's/.*_([0-9]{12})_.*/\1/' | sort | tail -n 1)
-(cd "$reports" && printf '  %s\n' *_"$newest"_*)
+echo "The reports are in $root/$reports:"
+(cd "$reports" && printf '  %s\n' *_"$stamp"_*)

@@ -1,11 +1,7 @@
 // An output file that writes indented XML elements, one per line.
 #pragma once
 
-#include "xml/number_text.h"
-
 #include <fstream>
-#include <locale>
-#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -22,26 +18,28 @@ class cXmlWriter : public std::ofstream {
     bool isFileOpen() const { return is_open(); }
 
     /// `indent` blanks, the name between angle brackets, a line end.
-    void writeStart(std::string name, int indent);
+    void writeStart(std::string_view name, int indent);
     /// The end tag; without `newLine` the next output continues on its line.
-    void writeEnd(std::string name, int indent, bool newLine);
+    void writeEnd(std::string_view name, int indent, bool newLine);
     /// Start tag, value and end tag on one line. The stream's formatting state applies to the
     /// value.
     template <typename T>
-    void writeElement(std::string name, T value, int indent) {
-        writeIndent(indent);
-        writeTag("<", name);
+    void writeElement(std::string_view name, T value, int indent) {
         if constexpr (std::is_same_v<T, double>) {
-            writeNumber(value);
-        } else {
-            *this << value;
+            if (hasDefaultFormat()) {
+                writeNumber(name, value, indent);
+                return;
+            }
         }
-        writeTag("</", name);
-        put('\n');
+        writeIndent(indent);
+        writeTag("<", name, "");
+        *this << value;
+        writeTag("</", name, "\n");
     }
 
   private:
+    bool hasDefaultFormat() const;
+    void writeNumber(std::string_view name, double value, int indent);
     void writeIndent(int indent);
-    void writeTag(std::string_view opening, std::string_view name);
-    void writeNumber(double value);
+    void writeTag(std::string_view opening, std::string_view name, std::string_view lineEnd);
 };
