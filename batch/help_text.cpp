@@ -1,0 +1,47 @@
+#include "batch/help_text.h"
+
+std::string_view helpText() {
+    return R"(Usage: kelmo-batch kev [OPTION]... [PDB]...
+       kelmo-batch vor [OPTION]... [PDB]...
+       kelmo-batch --help | --version
+
+Analyses PDB files and writes the reports, without a window.
+
+  kev                    surface areas, depth, protrusion and hydrophobicity
+  vor                    contacts between the chains of each structure
+
+Options:
+  --config FILE          take the settings from a configuration file (default:
+                         all attributes and reports; for vor by maximum
+                         distance, 4.5 A)
+  --set KEY=VALUE        override one setting of the configuration; repeatable
+  --output-dir DIR       write the reports to DIR, which must exist (default:
+                         the configuration's output_dir, else the current
+                         directory)
+  --list FILE            analyse the PDB files that FILE names, one a line;
+                         repeatable and in order with the other files
+  --contact-rules FILE   vor by contact_criterion 4: the table of contact rules
+                         (default: aa_contacts.txt in the current directory,
+                         else the one that comes with the program)
+  --jobs N               use N cores (default: all; 1 uses a single thread)
+  --stamp YYYYMMDDHHMM   the time stamp in the names of the reports (default:
+                         the time of the start)
+  --quiet                show warnings and errors only
+  --no-progress          draw no progress bar (default: on a terminal only)
+  --help                 show this text and exit
+  --version              show the version and exit
+  --                     what follows are PDB files, whatever they begin with
+
+Messages go to standard error. With NO_COLOR set they have no colours.
+
+Exit status:
+  0    all files were analysed and all reports written
+  1    a file could not be analysed or a report not written
+  2    nothing was started: wrong options, settings or tables
+  130  stopped by Ctrl-C; what was written is whole
+)";
+}
+
+std::string versionText() {
+    return "kelmo-batch " KELMO_VERSION "\n";
+}

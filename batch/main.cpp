@@ -1,0 +1,97 @@
+// kelmo-batch: the analyses of Kelmo from the command line. No application object of the toolkit is
+// made: nothing here has an event loop, and it would warn of every locale that is not UTF-8.
+
+#include "batch/batch_run.h"
+#include "batch/configuration.h"
+#include "batch/help_text.h"
+#include "batch/input_paths.h"
+#include "batch/kev_batch.h"
+#include "batch/options.h"
+#include "batch/output_directory.h"
+#include "batch/stop_signal.h"
+#include "batch/summary.h"
+#include "batch/usage_error.h"
+#include "batch/vor_batch.h"
+#include "run/report_file.h"
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <string_view>
+
+#include <tbb/info.h>
+
+namespace {
+
+int print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (std::fflush(stdout) != 0) {
+        throw cUsageError("Could not write to standard output");
+    }
+    return allDone;
+}
+
+sReporterManner mannerFor(const sOptions& options) {
+    sReporterManner manner = mannerOfStandardError();
+    manner.isQuiet = options.isQuiet;
+    manner.hasProgressBar = manner.hasProgressBar && options.isProgressWanted && !options.isQuiet;
+    return manner;
+}
+
+int analyse(const sOptions& options) {
+    const cConfiguration configuration = readConfiguration(options);
+    const QStringList paths = inputPaths(options.inputs);
+    const sPreparedRun prepared = options.module == eModule::kev
+                                      ? prepareKev(options, configuration, paths)
+                                      : prepareVor(options, configuration, paths);
+    checkWritable(prepared.outputDirectory);
+
+    cReporter reporter(mannerFor(options));
+    for (const QString& note : prepared.notes) {
+        reporter.show({Qt::black, note});
+    }
+    for (const QString& warning : sameBaseNameWarnings(paths)) {
+        reporter.show({Qt::yellow, warning});
+    }
+    removeAbandonedReports(prepared.outputDirectory);
+
+    const cStopSignal stop;
+    const QString timeStamp = options.timeStamp.has_value()
+                                  ? QString::fromStdString(*options.timeStamp)
+                                  : cAnalysisRun::currentTimeStamp();
+    cBatchRun run(paths, timeStamp, options.jobs.value_or(tbb::info::default_concurrency()),
+                  prepared.makeWorker, reporter, stop.flag());
+    const std::vector<sFileResult> results = run.run();
+    reporter.show(summaryMessages(paths, results));
+    return exitStatus(results);
+}
+
+int answer(const sOptions& options) {
+    switch (options.request) {
+    case eRequest::help:
+        return print(helpText());
+    case eRequest::version:
+        return print(versionText());
+    case eRequest::analysis:
+        break;
+    }
+    return analyse(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A limit on the size of files is then an error of the report concerned, not the end of the
+    // run.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return answer(parseOptions(argc, argv));
+    } catch (const cUsageError& error) {
+        cReporter(mannerOfStandardError()).show({Qt::red, error.text()});
+        return notStarted;
+    } catch (const std::exception& error) {
+        cReporter(mannerOfStandardError())
+            .show({Qt::red, QStringLiteral("The run broke off: ") + error.what()});
+        return someMissing;
+    }
+}

@@ -1,0 +1,204 @@
+#include "batch/options.h"
+
+#include "batch/shown_text.h"
+#include "batch/usage_error.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+#include <getopt.h>
+
+// The arguments are taken apart by getopt_long() of the C library. It is the one parser at hand
+// that keeps options and paths in the order in which they stand and leaves their bytes alone: the
+// toolkit's parser collects the paths apart from the options, and CLI11 would split a file named
+// "[a,b]" in two.
+
+namespace {
+
+enum eOptionCode : int {
+    pathCode = 1, // given by getopt_long() itself
+    configCode = 256,
+    setCode,
+    outputDirCode,
+    listCode,
+    contactRulesCode,
+    jobsCode,
+    stampCode,
+    quietCode,
+    noProgressCode,
+    helpCode,
+    versionCode
+};
+
+constexpr std::array<option, 12> longOptions{{
+    {"config", required_argument, nullptr, configCode},
+    {"set", required_argument, nullptr, setCode},
+    {"output-dir", required_argument, nullptr, outputDirCode},
+    {"list", required_argument, nullptr, listCode},
+    {"contact-rules", required_argument, nullptr, contactRulesCode},
+    {"jobs", required_argument, nullptr, jobsCode},
+    {"stamp", required_argument, nullptr, stampCode},
+    {"quiet", no_argument, nullptr, quietCode},
+    {"no-progress", no_argument, nullptr, noProgressCode},
+    {"help", no_argument, nullptr, helpCode},
+    {"version", no_argument, nullptr, versionCode},
+    {nullptr, 0, nullptr, 0},
+}};
+
+[[noreturn]] void refuse(const QString& text) {
+    throw cUsageError(text + "\nkelmo-batch --help lists the options.");
+}
+
+void setOnce(std::optional<std::string>& place, const char* name) {
+    if (place.has_value()) {
+        refuse(QStringLiteral("Option --%1 is given twice").arg(QLatin1String(name)));
+    }
+    place = optarg;
+}
+
+int jobsFrom(std::string_view text) {
+    int jobs = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+    if (error != std::errc() || end != text.data() + text.size() || jobs < 1 ||
+        jobs > maximumJobs) {
+        refuse(QStringLiteral("Option --jobs needs a whole number from 1 to %1, not \"%2\"")
+                   .arg(maximumJobs)
+                   .arg(shownPath(text)));
+    }
+    return jobs;
+}
+
+void checkTimeStamp(std::string_view text) {
+    constexpr std::size_t stampLength = 12;
+    const bool isDigits =
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (!isDigits || text.size() != stampLength) {
+        refuse(QStringLiteral("Option --stamp needs 12 digits, YYYYMMDDHHMM, not \"%1\"")
+                   .arg(shownPath(text)));
+    }
+}
+
+void takeJobs(sOptions& options) {
+    if (options.jobs.has_value()) {
+        refuse("Option --jobs is given twice");
+    }
+    options.jobs = jobsFrom(optarg);
+}
+
+void takeContactRules(sOptions& options) {
+    if (options.module != eModule::vor) {
+        refuse("Option --contact-rules belongs to vor");
+    }
+    setOnce(options.contactRules, "contact-rules");
+}
+
+/// What getopt_long() just returned, its value in `optarg`.
+void take(int code, sOptions& options) {
+    switch (code) {
+    case pathCode:
+        options.inputs.push_back({sInputSource::eKind::pdbFile, optarg});
+        break;
+    case listCode:
+        options.inputs.push_back({sInputSource::eKind::listFile, optarg});
+        break;
+    case configCode:
+        setOnce(options.configuration, "config");
+        break;
+    case setCode:
+        options.overrides.emplace_back(optarg);
+        break;
+    case outputDirCode:
+        setOnce(options.outputDirectory, "output-dir");
+        break;
+    case contactRulesCode:
+        takeContactRules(options);
+        break;
+    case jobsCode:
+        takeJobs(options);
+        break;
+    case stampCode:
+        setOnce(options.timeStamp, "stamp");
+        checkTimeStamp(optarg);
+        break;
+    case quietCode:
+        options.isQuiet = true;
+        break;
+    case noProgressCode:
+        options.isProgressWanted = false;
+        break;
+    case helpCode:
+        options.request = eRequest::help;
+        break;
+    case versionCode:
+        options.request = eRequest::version;
+        break;
+    default:
+        break;
+    }
+}
+
+/// getopt_long() takes every unambiguous beginning of a name, which would make each new option a
+/// risk for old scripts.
+void refuseAbbreviation(std::string_view argument, int index) {
+    const std::string_view name = longOptions[static_cast<std::size_t>(index)].name;
+    if (argument.substr(2, argument.find('=') - 2) != name) {
+        refuse("Unknown option " + shownPath(argument));
+    }
+}
+
+void refuseIfFaulty(int code, std::string_view argument) {
+    if (code == ':') {
+        refuse("Option " + shownPath(argument) + " needs a value");
+    }
+    if (code == '?') {
+        // The parser names an option that it knows: then the value was too much.
+        refuse(optopt >= configCode ? "Option " + shownPath(argument) + " takes no value"
+                                    : "Unknown option " + shownPath(argument));
+    }
+}
+
+/// `argv[0]` is passed over, as always.
+void readArguments(int argc, char** argv, sOptions& options) {
+    optind = 0; // starts the parser anew
+    while (options.request == eRequest::analysis) {
+        const int position = std::max(optind, 1);
+        int index = -1;
+        // "-" keeps paths and options in order, ":" leaves the messages to us.
+        const int code = ::getopt_long(argc, argv, "-:", longOptions.data(), &index);
+        if (code == -1) {
+            break;
+        }
+        refuseIfFaulty(code, argv[position]);
+        if (code != pathCode) {
+            refuseAbbreviation(argv[position], index);
+        }
+        take(code, options);
+    }
+    for (; options.request == eRequest::analysis && optind < argc; ++optind) {
+        options.inputs.push_back({sInputSource::eKind::pdbFile, argv[optind]});
+    }
+}
+
+} // namespace
+
+sOptions parseOptions(int argc, char** argv) {
+    sOptions options;
+    if (argc < 2) {
+        refuse("Say what to do: kelmo-batch kev or kelmo-batch vor");
+    }
+    const std::string_view first = argv[1];
+    if (first == "--help") {
+        options.request = eRequest::help;
+    } else if (first == "--version") {
+        options.request = eRequest::version;
+    } else if (first == "kev" || first == "vor") {
+        options.module = first == "kev" ? eModule::kev : eModule::vor;
+        readArguments(argc - 1, argv + 1, options);
+    } else {
+        refuse("The first argument must be kev or vor, not \"" + shownPath(first) + '"');
+    }
+    return options;
+}

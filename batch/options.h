@@ -1,0 +1,39 @@
+// The command line of kelmo-batch.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+enum class eRequest { analysis, help, version };
+
+/// The structure analyser and the interaction analyser.
+enum class eModule { kev, vor };
+
+/// Something on the command line that names PDB files; the path as bytes of any encoding.
+struct sInputSource {
+    enum class eKind { pdbFile, listFile };
+
+    eKind kind = eKind::pdbFile;
+    std::string path;
+};
+
+/// What the user asked for. Texts are bytes as the system handed them over.
+struct sOptions {
+    eRequest request = eRequest::analysis;
+    eModule module = eModule::kev;
+    std::optional<std::string> configuration;
+    std::vector<std::string> overrides; ///< "KEY=VALUE", in order
+    std::optional<std::string> outputDirectory;
+    std::optional<std::string> contactRules;
+    std::optional<std::string> timeStamp; ///< 12 digits
+    std::optional<int> jobs;              ///< 1 to `maximumJobs`
+    bool isQuiet = false;
+    bool isProgressWanted = true;
+    std::vector<sInputSource> inputs; ///< in the order of the command line
+};
+
+inline constexpr int maximumJobs = 1024;
+
+/// Reads the arguments as main() gets them. Not for two threads at once. Throws cUsageError.
+sOptions parseOptions(int argc, char** argv);

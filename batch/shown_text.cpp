@@ -1,0 +1,20 @@
+#include "batch/shown_text.h"
+
+#include "run/file_path.h"
+
+QString onOneLine(QString text) {
+    for (QChar& character : text) {
+        if (character.category() == QChar::Other_Control) {
+            character = u'?';
+        }
+    }
+    return text;
+}
+
+QString shownPath(const QString& path) {
+    return onOneLine(displayedPath(path));
+}
+
+QString shownPath(std::string_view bytes) {
+    return shownPath(pathFromBytes(bytes));
+}

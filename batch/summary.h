@@ -1,0 +1,18 @@
+// The last words of a run: what failed, what is missing, and the exit status.
+#pragma once
+
+#include "batch/batch_run.h"
+
+/// The exit status of the program.
+enum eExitStatus : int {
+    allDone = 0,
+    someMissing = 1,
+    notStarted = 2,
+    stoppedBySignal = 130 ///< as shells give it for Ctrl-C
+};
+
+/// One line for every file that failed and every report that is missing, and one for the whole.
+std::vector<cStatusMessage> summaryMessages(const QStringList& paths,
+                                            const std::vector<sFileResult>& results);
+
+eExitStatus exitStatus(const std::vector<sFileResult>& results);

@@ -1,0 +1,134 @@
+// The cores of a run: the same reports whatever their number, and no more threads than asked for.
+#include "tests/batch/batch_fixture.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+class BatchJobs : public cBatchFixture {
+  protected:
+    /// Links that many files, the samples in turn; returns their names.
+    std::vector<std::string> linkFiles(int count) const {
+        const std::vector<std::string> codes{"2hhb", "1ubq", "1a0q"};
+        std::vector<std::string> names;
+        for (int i = 0; i < count; ++i) {
+            names.push_back("in/file" + std::to_string(i) + ".pdb");
+            directory.linkSample(codes[static_cast<std::size_t>(i) % codes.size()], names.back());
+        }
+        return names;
+    }
+
+    std::map<std::string, std::string> reportsWith(const std::string& module, int jobs,
+                                                   std::vector<std::string> arguments) const {
+        const auto out = directory.makeDirectory(module + "-out" + std::to_string(jobs));
+        arguments.insert(arguments.begin(), {module, "--stamp=200703141530", "--output-dir",
+                                             out.string(), "--jobs", std::to_string(jobs)});
+        EXPECT_EQ(runAlone(arguments).exitStatus, 0);
+        return filesIn(out);
+    }
+
+    /// The largest number of threads seen while the program runs.
+    std::size_t mostThreads(const std::string& jobs, const std::vector<std::string>& names) const {
+        std::vector<std::string> arguments{"kev", "--output-dir=out", "--set=z_slice=0.02",
+                                           "--jobs", jobs};
+        arguments.insert(arguments.end(), names.begin(), names.end());
+        sProcessManner manner;
+        manner.directory = directory.path();
+        cBatchProcess process(arguments, manner);
+        std::size_t most = 0;
+        while (!process.hasEnded()) {
+            most = std::max(most, process.threadCount());
+        }
+        EXPECT_EQ(process.finish().exitStatus, 0);
+        return most;
+    }
+};
+
+} // namespace
+
+TEST_F(BatchJobs, ReportsDoNotDependOnTheNumber) {
+    const auto names = linkFiles(12);
+    for (const std::string module : {"kev", "vor"}) {
+        const auto expected = reportsWith(module, 1, names);
+        EXPECT_EQ(expected.size(), names.size() * (module == "kev" ? 4U : 6U));
+        for (const int jobs : {2, 4, 16}) {
+            EXPECT_TRUE(reportsWith(module, jobs, names) == expected) << module << jobs;
+        }
+    }
+}
+
+TEST_F(BatchJobs, SingleFileIsTheSameOnSeveralCores) {
+    const auto expected = reportsWith("kev", 1, {haemoglobin});
+    EXPECT_EQ(expected.size(), 4U);
+    EXPECT_TRUE(reportsWith("kev", 4, {haemoglobin}) == expected);
+}
+
+TEST_F(BatchJobs, AreaCriterionIsTheSameOnSeveralCores) {
+    const auto expected =
+        reportsWith("vor", 1, {"--set=contact_criterion=3", haemoglobin, antibody});
+    EXPECT_EQ(expected.size(), 12U);
+    EXPECT_TRUE(reportsWith("vor", 4, {"--set=contact_criterion=3", haemoglobin, antibody}) ==
+                expected);
+}
+
+TEST_F(BatchJobs, OfFilesWithTheSameBaseNameTheLastOneRemains) {
+    // The first is by far the slowest: worked on at the same time, it would end last.
+    const std::vector<std::string> names{"a/x.pdb", "b/x.pdb", "c/x.pdb", "d/y.pdb", "e/z.pdb"};
+    directory.linkSample("2hhb", names[0]);
+    directory.linkSample("1a0q", names[1]);
+    for (std::size_t i = 2; i < names.size(); ++i) {
+        directory.linkSample("1ubq", names[i]);
+    }
+    const auto expected = reportsWith("kev", 1, names);
+    EXPECT_TRUE(contains(expected.at("x_200703141530_bound.tbl"), "pdb_id: 1UBQ"));
+    for (const int jobs : {2, 4, 8}) {
+        EXPECT_TRUE(reportsWith("kev", jobs, names) == expected) << jobs;
+    }
+}
+
+TEST_F(BatchJobs, MoreJobsThanCoresAreNoReasonForAMessage) {
+    auto names = linkFiles(3);
+    names.insert(names.begin(), {"--jobs=64", "--quiet"});
+    const sProcessOutcome outcome = run("kev", names);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(BatchJobs, MessagesOfAFileStayTogether) {
+    auto names = linkFiles(12);
+    names.insert(names.begin(), "--jobs=4");
+    const sProcessOutcome outcome = run("kev", names);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    std::istringstream in(outcome.err);
+    const std::string begin = "Analysing structure of peptide from ";
+    int pairs = 0;
+    for (std::string line; std::getline(in, line);) {
+        if (!line.starts_with(begin)) {
+            continue;
+        }
+        const std::string name = line.substr(begin.size(), line.size() - begin.size() - 3);
+        std::getline(in, line);
+        EXPECT_EQ(line, "Structure of peptide from " + name + " analyzed");
+        ++pairs;
+    }
+    EXPECT_EQ(pairs, 12);
+    EXPECT_TRUE(outcome.err.ends_with("12 of 12 files analysed, 0 failed, 0 reports missing\n"));
+}
+
+TEST_F(BatchJobs, OneJobIsOneThread) {
+    const auto names = linkFiles(6);
+    EXPECT_EQ(mostThreads("1", names), 1U);
+}
+
+TEST_F(BatchJobs, NJobsAreAtMostNThreads) {
+    const auto names = linkFiles(6);
+    const std::size_t threads = mostThreads("3", names);
+    EXPECT_GT(threads, 1U);
+    EXPECT_LE(threads, 3U);
+}
+
+TEST_F(BatchJobs, MoreJobsThanFilesHelpWithinAFile) {
+    const std::size_t threads = mostThreads("2", {haemoglobin});
+    EXPECT_EQ(threads, 2U);
+}

@@ -1,0 +1,110 @@
+// Stopping a run: whole reports only, the exit status, and how far it came.
+#include "tests/batch/batch_fixture.h"
+
+#include <QRegularExpression>
+
+#include <csignal>
+
+namespace {
+
+class BatchStop : public cBatchFixture {
+  protected:
+    static constexpr int fileCount = 400;
+
+    std::vector<std::string> longRun(const std::string& jobs) const {
+        std::vector<std::string> arguments{
+            "kev", "--output-dir=out", "--stamp=200703141530", "--set=z_slice=0.02", "--jobs",
+            jobs};
+        for (int i = 0; i < fileCount; ++i) {
+            arguments.push_back("in/f" + std::to_string(i) + ".pdb");
+            directory.linkSample("2hhb", arguments.back());
+        }
+        return arguments;
+    }
+
+    sProcessOutcome stopped(const std::string& jobs, int signalNumber) const {
+        sProcessManner manner;
+        manner.directory = directory.path();
+        cBatchProcess process(longRun(jobs), manner);
+        EXPECT_TRUE(process.waitForMessage("analyzed"));
+        process.sendSignal(signalNumber);
+        return process.finish();
+    }
+
+    /// What a report of this kind must hold: all files are the same structure.
+    std::map<std::string, std::string> wholeReports() const {
+        const auto out = directory.makeDirectory("whole");
+        EXPECT_EQ(runAlone({"kev", "--output-dir=whole", "--stamp=200703141530",
+                            "--set=z_slice=0.02", haemoglobin})
+                      .exitStatus,
+                  0);
+        return filesIn(out);
+    }
+
+    void expectWholeReportsOf(std::size_t filesDone) const {
+        const auto whole = wholeReports();
+        const auto left = reports();
+        EXPECT_GE(left.size(), 4 * filesDone);
+        EXPECT_LT(left.size(), 4U * fileCount);
+        for (const auto& [name, content] : left) {
+            const auto kind = whole.find("2hhb" + name.substr(name.find('_')));
+            ASSERT_TRUE(kind != whole.end()) << name;
+            EXPECT_TRUE(content == kind->second) << name << " is not whole";
+        }
+    }
+};
+
+/// The number of analysed files in the last line of a stopped run.
+std::size_t filesDone(const std::string& messages) {
+    const QRegularExpression summary(
+        R"(\nStopped: (\d+) of 400 files analysed, 0 failed, 0 reports missing\n\z)");
+    return summary.match(QString::fromStdString(messages)).captured(1).toULong();
+}
+
+} // namespace
+
+TEST_F(BatchStop, InterruptLeavesWholeReportsOnly) {
+    const sProcessOutcome outcome = stopped("1", SIGINT);
+    EXPECT_EQ(outcome.exitStatus, 130) << outcome.err;
+    EXPECT_GE(filesDone(outcome.err), 1U) << outcome.err;
+    expectWholeReportsOf(filesDone(outcome.err));
+}
+
+TEST_F(BatchStop, InterruptStopsAllCores) {
+    const sProcessOutcome outcome = stopped("3", SIGINT);
+    EXPECT_EQ(outcome.exitStatus, 130) << outcome.err;
+    EXPECT_GE(filesDone(outcome.err), 1U) << outcome.err;
+    expectWholeReportsOf(filesDone(outcome.err));
+}
+
+TEST_F(BatchStop, TerminationStopsTheSameWay) {
+    const sProcessOutcome outcome = stopped("2", SIGTERM);
+    EXPECT_EQ(outcome.exitStatus, 130) << outcome.err;
+    expectWholeReportsOf(filesDone(outcome.err));
+}
+
+TEST_F(BatchStop, QuietRunStillSaysHowFarItCame) {
+    auto arguments = longRun("1");
+    arguments.insert(arguments.begin() + 1, {"--quiet", "missing.pdb"});
+    sProcessManner manner;
+    manner.directory = directory.path();
+    cBatchProcess process(arguments, manner);
+    ASSERT_TRUE(process.waitForMessage("Could not open file missing.pdb\n"));
+    process.sendSignal(SIGINT);
+    const sProcessOutcome outcome = process.finish();
+    EXPECT_EQ(outcome.exitStatus, 130);
+    EXPECT_TRUE(contains(outcome.err, "\nFailed: missing.pdb\nStopped: ")) << outcome.err;
+}
+
+TEST_F(BatchStop, NextRunRemovesWhatAKilledOneLeft) {
+    sProcessManner manner;
+    manner.directory = directory.path();
+    cBatchProcess process(longRun("2"), manner);
+    ASSERT_TRUE(process.waitForMessage("analyzed"));
+    process.sendSignal(SIGKILL);
+    EXPECT_EQ(process.finish().exitStatus, 128 + SIGKILL);
+    EXPECT_EQ(run("kev", {"--set=z_slice=0.02", haemoglobin}).exitStatus, 0);
+    for (const auto& [name, content] : reports()) {
+        EXPECT_FALSE(name.starts_with('.')) << name;
+    }
+}
