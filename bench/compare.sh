@@ -105,3 +105,36 @@ row "3 area alone, one file, --jobs 2 against 1" "$median_area_large_2" "$median
 alternate all_batch all_batch_2
 row "3 everything, $files files, --jobs 2 against 1" "$median_all_batch_2" "$median_all_batch" \
     "$(ratio "$median_all_batch" "$median_all_batch_2")" "at least 1.9"
+
+# --- growth -------------------------------------------------------------------------------------
+
+lattice 2hhb 2 2 65 >"$work/small.pdb"
+lattice 2hhb "$copies_million" 7 65 >"$work/million.pdb"
+area_small() { for _ in $(seq 20); do kev --jobs 1 "${only_area[@]}" "$work/small.pdb"; done; }
+area_million() { kev --jobs 1 "${only_area[@]}" "$work/million.pdb"; }
+usual_runs=$runs
+runs=$(((runs + 1) / 2))
+alternate area_small area_million
+runs=$usual_runs
+atoms_small=$(grep -c '^ATOM' "$work/small.pdb")
+atoms_million=$(grep -c '^ATOM' "$work/million.pdb")
+per_small=$(awk -v t="$median_area_small" -v n="$atoms_small" 'BEGIN { printf "%.3f", 1e6 * t / 20 / n }')
+per_million=$(awk -v t="$median_area_million" -v n="$atoms_million" 'BEGIN { printf "%.3f", 1e6 * t / n }')
+row "4 microseconds per atom, $atoms_million atoms against $atoms_small" "$per_million" "$per_small" \
+    "$(ratio "$per_million" "$per_small")" "at most 1.3"
+
+peak_kib() { command time -f %M "$@" 2>&1 >/dev/null | tail -n 1; }
+peak=$(peak_kib "$batch" kev --quiet --no-progress --jobs 1 --output-dir "$work/out" "$work/million.pdb")
+row "4 peak memory, bytes per atom above 60 MiB, everything" \
+    "$(awk -v k="$peak" -v n="$atoms_million" 'BEGIN { printf "%.0f", (k - 61440) * 1024 / n }')" "" "" "at most 400"
+
+many=10000
+[ -z "$small" ] || many=200
+mkdir "$work/many"
+for i in $(seq "$many"); do ln data/samples/1ubq.pdb "$work/many/$i.pdb" 2>/dev/null || ln -s "$root/data/samples/1ubq.pdb" "$work/many/$i.pdb"; done
+ls -d "$work"/many/* >"$work/many.fls"
+head -n 100 "$work/many.fls" >"$work/few.fls"
+peak_few=$(peak_kib "$batch" kev --quiet --no-progress --jobs 2 "${only_area[@]}" --output-dir "$work/out" --list "$work/few.fls")
+peak_many=$(peak_kib "$batch" kev --quiet --no-progress --jobs 2 "${only_area[@]}" --output-dir "$work/out" --list "$work/many.fls")
+row "4 peak memory in KiB, $many files against 100" "$peak_many" "$peak_few" \
+    "$(ratio "$peak_many" "$peak_few")" "at most 1.1"

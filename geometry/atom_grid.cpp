@@ -133,9 +133,9 @@ void cAtomGrid::sortDense(const std::vector<sEntry>& inserted) {
     }
     // Backwards, because the last inserted atom of a cell comes first. Placing an entry moves its
     // cell's slot one on, so that in the end slot c + 1 holds the end of cell c.
-    for (auto entry = inserted.rbegin(); entry != inserted.rend(); ++entry) {
-        entries[cellBegins[cellKeyOf(*entry) + 1]++] = *entry;
-    }
+    std::for_each(inserted.rbegin(), inserted.rend(), [this](const sEntry& entry) {
+        entries[cellBegins[cellKeyOf(entry) + 1]++] = entry;
+    });
     cellBegins.pop_back();
 }
 
@@ -149,9 +149,10 @@ void cAtomGrid::sortSparse(const std::vector<sEntry>& inserted) {
         return a.first != b.first ? a.first < b.first : a.second > b.second;
     });
     keys.reserve(order.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        keys.push_back(order[i].first);
-        entries[i] = inserted[order[i].second];
+    entries.clear();
+    for (const auto& [key, index] : order) {
+        keys.push_back(key);
+        entries.push_back(inserted[index]);
     }
 }
 

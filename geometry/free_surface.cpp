@@ -19,7 +19,8 @@ void cResidueAtom::setFreeSurface(const cResidueAtom* neighbours, unsigned neigh
     }
     sliceOnZ(zSlice, probeRadius);
     asa = 0.0;
-    double height = z + zSlice * ((sliceCount - 1) / 2);
+    const int planesAbove = (sliceCount - 1) / 2;
+    double height = z + zSlice * planesAbove;
     cCircle circle(x, y, 0.0);
     std::vector<cCircle> others;
     others.reserve(50);

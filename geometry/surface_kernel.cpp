@@ -294,7 +294,8 @@ double cSurfaceKernel::areaOf(const cAtomGrid::sEntry& atom, sSurfaceScratch& sc
     const double enlarged = probe + atom.radius;
     double area = 0.0;
     int slices = slicesBelow(probe + atom.zMax, atom.z, slice);
-    double height = atom.z + slice * ((slices - 1) / 2);
+    const int planesAbove = (slices - 1) / 2;
+    double height = atom.z + slice * planesAbove;
     for (; slices > 0; --slices, height -= slice) {
         const sSlicePlane plane(height, atom.z, enlarged, slice);
         if (plane.cutsSphere) {

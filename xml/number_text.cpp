@@ -1,5 +1,6 @@
 #include "xml/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -13,17 +14,13 @@ constexpr std::array<double, 4> tenths{1e-1, 1e-2, 1e-3, 1e-4};
 
 /// The decimal exponent of a size within [1e-4, 1e10).
 int exponentOf(double size) {
-    int exponent = 0;
     if (size < 1.0) {
-        while (size < tenths[static_cast<std::size_t>(-exponent)]) {
-            --exponent;
-        }
-        return exponent - 1;
+        const auto place = std::find_if(tenths.begin(), tenths.end(),
+                                        [size](double tenth) { return size >= tenth; });
+        return -1 - static_cast<int>(place - tenths.begin());
     }
-    while (size >= powersOfTen[static_cast<std::size_t>(exponent + 1)]) {
-        ++exponent;
-    }
-    return exponent;
+    const auto above = std::upper_bound(powersOfTen.begin(), powersOfTen.end(), size);
+    return static_cast<int>(above - powersOfTen.begin()) - 1;
 }
 
 } // namespace
