@@ -40,6 +40,9 @@ double squaredRangeOf(double range) {
     }
     constexpr double infinity = std::numeric_limits<double>::infinity();
     double squared = range * range;
+    if (squared == infinity) {
+        return squared;
+    }
     while (std::sqrt(squared) > range) {
         squared = std::nextafter(squared, 0.0);
     }
@@ -48,6 +51,9 @@ double squaredRangeOf(double range) {
     }
     return squared;
 }
+
+/// No atom counts as deeper than this, Å.
+constexpr double deepest = 9999999.0;
 
 } // namespace
 
@@ -86,7 +92,7 @@ void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount) {
         tbb::parallel_for(std::size_t{0}, buried.size(), [&](std::size_t i) {
             double depth = 0.0;
             grid.nearest(*buried[i], &depth);
-            buried[i]->depthIndex = depth;
+            buried[i]->depthIndex = std::min(depth, deepest);
         });
     });
 }

@@ -37,11 +37,11 @@ constexpr double touchingMargin = 1e-6;
 // others are good to 1e-10.
 constexpr double smallestCircle = 0.05;
 constexpr double smallestAxisDistance = 0.01;
-// An arc whose cosine comes nearer than this to 1 or -1 has an uncertain end.
+// Where a cosine comes nearer than this to 1 or -1, rounding decides whether circles touch or
+// enclose each other; such slices are left to the plain form, too.
 constexpr double uncertainCosine = 1e-6;
-// Bounds on the error of a free angle, in units of its last digit that counts (0.001 rad).
-constexpr double usualError = 1e-4;
-constexpr double uncertainError = 0.1;
+// Bound on the error of a free angle, in units of its last digit that counts (0.001 rad).
+constexpr double angleError = 1e-4;
 
 constexpr std::size_t longestRing = 12;
 
@@ -78,7 +78,8 @@ bool ringCovers(const sSurfaceScratch& scratch) {
     for (std::size_t i = 0; i < ring.size(); ++i) {
         const double cosine = scratch.cosine[ring[i].neighbour];
         const double nextCosine = scratch.cosine[ring[i + 1 < ring.size() ? i + 1 : 0].neighbour];
-        if (!(cosine < 1.0 && nextCosine < 1.0) || !linkHolds(ring[i], cosine, nextCosine)) {
+        if (!(std::abs(cosine) < 1.0 - uncertainCosine) ||
+            !linkHolds(ring[i], cosine, nextCosine)) {
             return false;
         }
     }
@@ -97,10 +98,11 @@ sSurfaceScratch::sLink linkBetween(const sSurfaceScratch& scratch, std::size_t f
     return {from, (x * nextX + y * nextY) * overDistances, x * nextY - y * nextX < 0.0};
 }
 
-/// Remembers the arcs that a gapless sweep went along, the widest arc first.
+/// Remembers the arcs that a gapless sweep went along, the widest arc first. One arc alone is no
+/// ring: the angle from it to itself would read as nothing instead of a whole turn.
 void rememberRing(sSurfaceScratch& scratch, std::size_t widest) {
     scratch.ring.clear();
-    if (scratch.sweepEnds.size() + 1 > longestRing) {
+    if (scratch.sweepEnds.empty() || scratch.sweepEnds.size() + 1 > longestRing) {
         return;
     }
     std::size_t from = scratch.arcOwner[widest];
@@ -248,16 +250,13 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cAtomGrid::sEnt
     const double smallestCosine = HWY_DYNAMIC_DISPATCH(surface_arcs::computeCosines)(
         scratch, plane.height, plane.circleRadius);
     // Gaps that an inexact cosine hides are far below the last digit that counts.
-    if (smallestCosine <= -1.0 || ringCovers(scratch)) {
+    if (smallestCosine < -1.0 - uncertainCosine || ringCovers(scratch)) {
         return 0.0;
     }
     if (smallestCosine > 1.0 + uncertainCosine) {
         constexpr double fullTurn = 6283 / 1000.0;
         return meetsAnyNeighbour(plane, atom, scratch) ? plane.areaOf(fullTurn * plane.circleRadius)
                                                        : 0.0;
-    }
-    if (smallestCosine >= 1.0) {
-        return plainArea(plane, atom, scratch);
     }
     return arcArea(plane, atom, scratch);
 }
@@ -269,21 +268,21 @@ double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry
         HWY_DYNAMIC_DISPATCH(surface_arcs::computeAngles)(scratch);
         scratch.anglesAreKnown = true;
     }
-    const bool isUncertain =
-        HWY_DYNAMIC_DISPATCH(surface_arcs::collectArcs)(scratch, uncertainCosine);
+    if (HWY_DYNAMIC_DISPATCH(surface_arcs::collectArcs)(scratch, uncertainCosine)) {
+        return plainArea(plane, atom, scratch);
+    }
     const auto cosines = scratch.arcCosine.begin();
     const auto widest = static_cast<std::size_t>(
         std::min_element(cosines, cosines + static_cast<std::ptrdiff_t>(scratch.arcs)) - cosines);
     HWY_DYNAMIC_DISPATCH(surface_arcs::computeArcs)(scratch, scratch.arcAngle[widest]);
     const double free = 1000.0 * HWY_DYNAMIC_DISPATCH(surface_arcs::sweepFreeAngle)(
                                      scratch, scratch.arcEnd[widest]);
-    const double error = isUncertain ? uncertainError : usualError;
-    if (free < 1.0 - error) {
+    if (free < 1.0 - angleError) {
         rememberRing(scratch, widest);
         return 0.0;
     }
     const double whole = std::floor(free);
-    if (free - whole < error || whole + 1.0 - free < error) {
+    if (free - whole < angleError || whole + 1.0 - free < angleError) {
         return plainArea(plane, atom, scratch);
     }
     return plane.areaOf(whole / 1000.0 * plane.circleRadius);

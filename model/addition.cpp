@@ -11,6 +11,19 @@
 
 namespace {
 
+// A plain decimal number and a run of blanks, written such that a match never goes back over what
+// it has read: a line of a megabyte is settled in one pass.
+#define KELMO_NUMBER R"([-+]?(?:[0-9]++(?:\.[0-9]++)?+|\.[0-9]++))"
+#define KELMO_BLANKS R"([ \s\t]++)"
+
+constexpr auto radiusLine =
+    R"((?:[A-Z0-9]{0,3}_[A-Z0-9*]{1,4}|[A-Z0-9*]{1,6}))" KELMO_BLANKS KELMO_NUMBER;
+constexpr auto standardAreaLine = R"([A-Z]{1,3}(?:)" KELMO_BLANKS KELMO_NUMBER "){5}";
+constexpr auto hydrophobicityLine = R"([A-Z]{1,3})" KELMO_BLANKS KELMO_NUMBER;
+
+#undef KELMO_NUMBER
+#undef KELMO_BLANKS
+
 /// Reads a table line by line, handing each line that matches the grammar to `addEntry`; returns 0
 /// or the number of the first line that does not match.
 template <typename Map, typename AddEntry>
@@ -59,16 +72,13 @@ void createNucleicAcidNamesSet(std::set<std::string>& names) {
 }
 
 int getVdWrRadii(std::istream& in, std::map<std::string, double>& radii) {
-    constexpr auto grammar = R"((([A-Z0-9]{0,3}_[A-Z0-9*]{1,4})|([A-Z0-9*]{1,6}))[ \s\t]+)"
-                             R"(([-+]?[0-9]*\.?[0-9]+))";
-    return readTable(in, grammar, radii, [&](const std::string& line) {
+    return readTable(in, radiusLine, radii, [&](const std::string& line) {
         radii.emplace(trimString(line.substr(0, 8)), toNumber(textFrom(line, 8)));
     });
 }
 
 int getStandardAsa(std::istream& in, std::map<std::string, sAsa>& standards) {
-    constexpr auto grammar = R"(([A-Z]{1,3})([ \s\t]+[-+]?[0-9]*\.?[0-9]+){5})";
-    return readTable(in, grammar, standards, [&](const std::string& line) {
+    return readTable(in, standardAreaLine, standards, [&](const std::string& line) {
         std::vector<std::string> columns = splitString(line);
         // A line separated by tabs is within the grammar but splits into too few columns.
         columns.resize(6);
@@ -83,8 +93,7 @@ int getStandardAsa(std::istream& in, std::map<std::string, sAsa>& standards) {
 }
 
 int getHydrophobicity(std::istream& in, std::map<std::string, double>& scale) {
-    constexpr auto grammar = R"(([A-Z]{1,3})[ \s\t]+([-+]?[0-9]*\.?[0-9]+))";
-    return readTable(in, grammar, scale, [&](const std::string& line) {
+    return readTable(in, hydrophobicityLine, scale, [&](const std::string& line) {
         scale.emplace(line.substr(0, 3), toNumber(textFrom(line, 4)));
     });
 }
