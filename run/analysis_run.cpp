@@ -11,6 +11,11 @@
 
 namespace {
 
+/// The directory of a file, with a slash at its end.
+QString directoryOf(const QString& fileName) {
+    return QFileInfo(fileName).path() + '/';
+}
+
 /// Runs an action when a scope is left, however that happens.
 template <typename Action>
 class cAtScopeEnd {
@@ -43,7 +48,9 @@ void cAnalysisRun::run() {
         return;
     }
     const QString timeStamp = currentTimeStamp();
-    removeAbandonedReports(reportDirectory());
+    // The separator at the end of the directory's name may be a backslash, which is none to the
+    // system.
+    removeAbandonedReports(directoryOf(reportDirectory() + 'x'));
     for (const QString& path : pathsToAnalyse()) {
         if (!mayGoOn() || analyseFile(path, timeStamp) == eFileOutcome::stopped) {
             return;
@@ -102,7 +109,7 @@ cAnalysisRun::eLoad cAnalysisRun::loadPeptide(std::ifstream& in, const QString& 
 }
 
 void cAnalysisRun::writeXmlReport(const QString& fileName, const cXmlContent& content) {
-    cReportFile report(withTrailingSeparator(QFileInfo(fileName).path()));
+    cReportFile report(directoryOf(fileName));
     if (report.isOpen()) {
         currentXmlWriter = std::make_unique<cXmlWriter>(report.temporaryName().c_str());
     }
@@ -119,7 +126,7 @@ void cAnalysisRun::writeXmlReport(const QString& fileName, const cXmlContent& co
 }
 
 void cAnalysisRun::writeTableReport(const QString& fileName, const cTableContent& content) {
-    cReportFile report(withTrailingSeparator(QFileInfo(fileName).path()));
+    cReportFile report(directoryOf(fileName));
     tableFile.setFileName(fileName);
     if (!report.isOpen() || !tableFile.open(report.duplicateDescriptor(), QIODevice::WriteOnly,
                                             QFileDevice::AutoCloseHandle)) {

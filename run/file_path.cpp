@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QChar>
 #include <QFileInfo>
+#include <QStringDecoder>
 
 #include <sys/stat.h>
 
@@ -26,12 +27,18 @@ std::size_t characterLength(std::string_view bytes) {
     return 0;
 }
 
+/// Text of valid UTF-8. A byte order mark is part of a name like any other character.
+QString textFromUtf8(std::string_view bytes) {
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decode(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+}
+
 } // namespace
 
 QString pathFromBytes(std::string_view bytes) {
     const QByteArray whole(bytes.data(), static_cast<qsizetype>(bytes.size()));
     if (whole.isValidUtf8()) {
-        return QString::fromUtf8(whole);
+        return textFromUtf8(bytes);
     }
     QString path;
     while (!bytes.empty()) {
@@ -41,7 +48,7 @@ QString pathFromBytes(std::string_view bytes) {
             path += QChar(static_cast<char16_t>(0xDC00 + byte));
             bytes.remove_prefix(1);
         } else {
-            path += QString::fromUtf8(bytes.data(), static_cast<qsizetype>(length));
+            path += textFromUtf8(bytes.substr(0, length));
             bytes.remove_prefix(length);
         }
     }
