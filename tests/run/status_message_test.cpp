@@ -1,5 +1,6 @@
 // Messages by themselves, and on their way from a worker's thread to a receiver in another.
 #include "tests/run/message_log.h"
+#include "tests/run/run_test_tools.h"
 
 #include <QCoreApplication>
 
@@ -73,8 +74,7 @@ TEST(StatusMessage, TypeCanBeRegisteredAgain) {
 TEST(StatusMessage, QueuedCopiesArriveIntactInTheReceiversThread) {
     cTalkingRun run;
     cMessageLog log(run, Qt::AutoConnection);
-    run.start();
-    ASSERT_TRUE(run.wait());
+    ASSERT_TRUE(runToEnd(run));
     EXPECT_TRUE(log.messages.empty()) << "the receiver's thread has not looked yet";
     QCoreApplication::processEvents();
     ASSERT_EQ(log.messages.size(), static_cast<std::size_t>(messageCount));
@@ -89,8 +89,7 @@ TEST(StatusMessage, QueuedCopiesArriveIntactInTheReceiversThread) {
 TEST(StatusMessage, DirectReceiverIsServedInTheWorkersThread) {
     cTalkingRun run;
     cMessageLog log(run, Qt::DirectConnection);
-    run.start();
-    ASSERT_TRUE(run.wait());
+    ASSERT_TRUE(runToEnd(run));
     ASSERT_EQ(log.messages.size(), static_cast<std::size_t>(messageCount));
     EXPECT_EQ(log.threads.front(), &run);
     EXPECT_EQ(log.messages.back().text, QStringLiteral("message 999"));

@@ -1,0 +1,119 @@
+// The walk over the files that both workers share, with an analysis of the test's own.
+#include "tests/run/message_log.h"
+#include "tests/run/run_test_tools.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+using tLines = std::vector<std::string>;
+
+/// A worker whose work on a file is given to it.
+class cGivenRun : public cAnalysisRun {
+  public:
+    using tWork = std::function<eFileOutcome(const std::string& path)>;
+
+    cGivenRun(const std::vector<std::string>& files, tWork given)
+        : cAnalysisRun(nullptr), paths(pathList(files)), work(std::move(given)) {}
+
+    std::vector<std::string> stamps;
+
+  protected:
+    const QStringList& pathsToAnalyse() const override { return paths; }
+    QString reportDirectory() const override { return QStringLiteral("missing/"); }
+    eFileOutcome analyse(const QString& path, const QString& timeStamp) override {
+        stamps.push_back(timeStamp.toStdString());
+        return work(path.toStdString());
+    }
+
+  private:
+    QStringList paths;
+    tWork work;
+};
+
+} // namespace
+
+TEST(AnalysisRun, FilesAreTakenInTheirOrderWhateverBecomesOfThem) {
+    tLines taken;
+    cGivenRun run({"a", "b", "c"}, [&](const std::string& path) {
+        taken.push_back(path);
+        return path == "b" ? eFileOutcome::failed : eFileOutcome::analysed;
+    });
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, (tLines{"a", "b", "c"}));
+    EXPECT_EQ(run.stamps, tLines(3, run.stamps.front()));
+    EXPECT_EQ(run.stamps.front().size(), 12U);
+}
+
+TEST(AnalysisRun, StopOfAFileEndsTheRun) {
+    tLines taken;
+    cGivenRun run({"a", "b", "c"}, [&](const std::string& path) {
+        taken.push_back(path);
+        return path == "b" ? eFileOutcome::stopped : eFileOutcome::analysed;
+    });
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, (tLines{"a", "b"}));
+}
+
+TEST(AnalysisRun, LackOfMemoryIsReportedAndTheRunGoesOn) {
+    tLines taken;
+    cGivenRun run({"a", "b"}, [&](const std::string& path) -> eFileOutcome {
+        taken.push_back(path);
+        if (path == "a") {
+            throw std::bad_alloc();
+        }
+        return eFileOutcome::analysed;
+    });
+    const cMessageLog log(run);
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, (tLines{"a", "b"}));
+    EXPECT_EQ(log.lines(), tLines{"red: Not enough memory for PDB file a"});
+    EXPECT_EQ(run.analyseFile(QStringLiteral("a"), fixedStamp), eFileOutcome::failed);
+}
+
+TEST(AnalysisRun, InterruptionEndsTheRunAfterTheFile) {
+    tLines taken;
+    cGivenRun run({"a", "b"}, [&](const std::string& path) {
+        taken.push_back(path);
+        QThread::currentThread()->requestInterruption();
+        return eFileOutcome::analysed;
+    });
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, tLines{"a"});
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, (tLines{"a", "a"})) << "a new start knows nothing of the old interruption";
+}
+
+TEST(AnalysisRun, TerminationWaitsForTheNextSafePoint) {
+    tLines taken;
+    cGivenRun run({"a", "b"}, [&](const std::string& path) {
+        taken.push_back(path);
+        QThread::currentThread()->terminate();
+        // Were a termination taken here, "whole" would be missing.
+        QThread::msleep(20);
+        taken.push_back("whole");
+        return eFileOutcome::analysed;
+    });
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken, (tLines{"a", "whole"}));
+    EXPECT_TRUE(run.isFinished());
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(taken.size(), 4U);
+}
+
+TEST(AnalysisRun, FinishedIsEmittedAfterATermination) {
+    int finished = 0;
+    cGivenRun run({"a", "b"}, [&](const std::string&) {
+        QThread::currentThread()->terminate();
+        return eFileOutcome::analysed;
+    });
+    QObject::connect(
+        &run, &QThread::finished, &run, [&] { ++finished; }, Qt::DirectConnection);
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_EQ(finished, 1);
+}
