@@ -16,6 +16,7 @@ namespace {
 
 /// Where one quantity and its statistics live.
 struct sQuantity {
+    const char* name;
     double cResidueAtom::*value;
     void (cChainResidue::*setStatistics)();
     void (cChainResidue::*setDeviations)();
@@ -27,7 +28,9 @@ struct sQuantity {
     double cChainResidue::*sideChainDeviation;
 };
 
-void PrintTo(const sQuantity&, std::ostream*) {}
+void PrintTo(const sQuantity& quantity, std::ostream* out) {
+    *out << quantity.name;
+}
 
 /// Six statistics in the order maximum, minimum, average, deviation, side-chain average and
 /// deviation.
@@ -208,7 +211,7 @@ TEST_P(cResidueStatistics, AnInfiniteValueMakesMeansInfiniteAndDeviationsUndefin
 
 INSTANTIATE_TEST_SUITE_P(Depth, cResidueStatistics,
                          testing::Values(sQuantity{
-                             &cResidueAtom::depthIndex, &cChainResidue::setDepthIndex,
+                             "depthIndex", &cResidueAtom::depthIndex, &cChainResidue::setDepthIndex,
                              &cChainResidue::setDepthIndexDeviation, &cChainResidue::maxDepthIndex,
                              &cChainResidue::minDepthIndex, &cChainResidue::averageDepthIndex,
                              &cChainResidue::depthIndexDeviation,
@@ -218,7 +221,7 @@ INSTANTIATE_TEST_SUITE_P(Depth, cResidueStatistics,
 INSTANTIATE_TEST_SUITE_P(
     Protrusion, cResidueStatistics,
     testing::Values(sQuantity{
-        &cResidueAtom::protrusionIndex, &cChainResidue::setProtrusionIndex,
+        "protrusionIndex", &cResidueAtom::protrusionIndex, &cChainResidue::setProtrusionIndex,
         &cChainResidue::setProtrusionIndexDeviation, &cChainResidue::maxProtrusionIndex,
         &cChainResidue::minProtrusionIndex, &cChainResidue::averageProtrusionIndex,
         &cChainResidue::protrusionIndexDeviation, &cChainResidue::averageSideChainProtrusionIndex,

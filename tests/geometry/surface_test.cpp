@@ -686,6 +686,52 @@ TEST(FastSurface, ArcOfAWholeTurnBeginsWhereItEnds) {
     }
 }
 
+// Free angles that end on a third decimal, give or take a rounding: which side they fall on must
+// not depend on how they are computed.
+TEST(FastSurface, AgreesWhereTheFreeAngleEndsOnItsLastDecimal) {
+    constexpr double circle = 2.0;
+    // A third circle that all but touches the first takes an arc of some 0.00002 rad.
+    constexpr double touching = 1.5;
+    constexpr double touchingDistance = circle + touching - 1e-10;
+    const double narrow =
+        std::acos((circle * circle + touchingDistance * touchingDistance - touching * touching) /
+                  (2.0 * circle * touchingDistance));
+    for (int thousandths = 1; thousandths < 6283; ++thousandths) {
+        const double angle = 0.001 * thousandths;
+        const double x = std::cos(angle);
+        const double y = std::sin(angle);
+        for (const bool withThird : {false, true}) {
+            const double half = pi - 0.5 * thousandths / 1000.0 - (withThird ? narrow : 0.0);
+            const double d = thousandths % 2 == 0 ? 0.7 : 2.5;
+            const double other =
+                std::sqrt(circle * circle + d * d - 2.0 * circle * d * std::cos(half));
+            tAtoms atoms{atomAt(0.0, 0.0, 0.0, circle), atomAt(d * x, d * y, 0.0, other)};
+            if (withThird) {
+                atoms.push_back(
+                    atomAt(-touchingDistance * x, -touchingDistance * y, 0.0, touching));
+            }
+            areasBothWays(atoms, 0.0, 100.0); // one plane, through all centres
+        }
+        if (HasFailure()) {
+            FAIL() << thousandths;
+        }
+    }
+}
+
+// Without a probe, spheres a hair apart are no neighbours, so neither makes a slice of the other
+// count.
+TEST(FastSurface, SpheresAHairApartAreNoNeighboursWithoutAProbe) {
+    for (const double gap : {1e-12, 1e-9, 5e-7, 9e-7}) {
+        EXPECT_EQ(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 0.0, 0.25)[0],
+                  0.0)
+            << gap;
+        areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 1e-7, 0.25);
+        areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, -0.1, 0.25);
+    }
+    EXPECT_GT(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0, 0, 0, 1.0)}, 0.0, 0.25)[0], 1.0)
+        << "touching, they are";
+}
+
 /// Neighbours whose axis all but coincides with the atom's.
 TEST(FastSurface, AgreesNearTheAxis) {
     for (unsigned seed = 0; seed < 3000; ++seed) {

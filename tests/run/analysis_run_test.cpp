@@ -106,6 +106,31 @@ TEST(AnalysisRun, TerminationWaitsForTheNextSafePoint) {
     EXPECT_EQ(taken.size(), 4U);
 }
 
+TEST(AnalysisRun, TerminationWaitsFromTheVeryBeginning) {
+    // Asked for its files, before the first safe point, this worker is terminated and dawdles.
+    class cDawdlingRun : public cGivenRun {
+      public:
+        using cGivenRun::cGivenRun;
+        mutable bool isThrough = false;
+
+      protected:
+        const QStringList& pathsToAnalyse() const override {
+            QThread::currentThread()->terminate();
+            QThread::msleep(20);
+            isThrough = true;
+            return cGivenRun::pathsToAnalyse();
+        }
+    };
+    bool wasWorking = false;
+    cDawdlingRun run({"a"}, [&](const std::string&) {
+        wasWorking = true;
+        return eFileOutcome::analysed;
+    });
+    ASSERT_TRUE(runToEnd(run));
+    EXPECT_TRUE(run.isThrough);
+    EXPECT_FALSE(wasWorking);
+}
+
 TEST(AnalysisRun, FinishedIsEmittedAfterATermination) {
     int finished = 0;
     cGivenRun run({"a", "b"}, [&](const std::string&) {

@@ -146,8 +146,8 @@ TEST(FilePath, BaseNameEndsAtTheFirstDot) {
 }
 
 TEST(FilePath, SeparatorIsAddedUnlessThereIsOne) {
-    EXPECT_EQ(withTrailingSeparator(QStringLiteral("/tmp/out")), QStringLiteral("/tmp/out/"));
-    EXPECT_EQ(withTrailingSeparator(QStringLiteral("/tmp/out/")), QStringLiteral("/tmp/out/"));
+    EXPECT_EQ(withTrailingSeparator(QStringLiteral("/data/out")), QStringLiteral("/data/out/"));
+    EXPECT_EQ(withTrailingSeparator(QStringLiteral("/data/out/")), QStringLiteral("/data/out/"));
     EXPECT_EQ(withTrailingSeparator(QStringLiteral("out\\")), QStringLiteral("out\\"));
     EXPECT_EQ(withTrailingSeparator(QString()), QStringLiteral("/"));
 }

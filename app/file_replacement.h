@@ -1,0 +1,16 @@
+// Writing a whole file at once, so that a crash leaves the old one as it was.
+#pragma once
+
+#include <QString>
+
+#include <string_view>
+
+enum class eReplacement {
+    done,
+    notOpened, ///< no file of this name can be made
+    notWritten ///< for example a full disk; an older file is as it was
+};
+
+/// Writes the bytes to a new file beside the old one, which it replaces when it is whole and on
+/// disk.
+eReplacement replaceFile(const QString& path, std::string_view bytes);

@@ -1,0 +1,7 @@
+// Checks of paths that the user gave.
+#pragma once
+
+#include <QString>
+
+/// False also when the system does not let us look.
+bool isDirectory(const QString& path);

@@ -1,0 +1,17 @@
+// The parameter tables that come with the program.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+inline const QString contactTableName = QStringLiteral("aa_contacts.txt");
+
+/// data/ of the source tree for a program that runs where it was built, otherwise share/kelmo
+/// beside the program's directory; empty when there is none.
+QString shippedTablesDirectory();
+
+/// Full paths of the shipped tables whose names end in the suffix, for example ".radii", by name.
+QStringList shippedTables(const QString& suffix);
+
+/// What a table says of itself in its first comment line; empty when it has none.
+QString tableTitle(const QString& path);
