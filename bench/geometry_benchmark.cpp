@@ -46,8 +46,9 @@ void buildGrid(benchmark::State& state) {
 void buildCentreGrid(benchmark::State& state) {
     const cPdbPeptide peptide = sampleOf(state);
     for (auto _ : state) {
-        const cCentreGrid grid(peptide.atoms.data(), static_cast<unsigned>(peptide.atoms.size()),
-                               peptide.maxPoint, peptide.minPoint);
+        const auto count = static_cast<unsigned>(peptide.atoms.size());
+        const cCentreGrid grid(peptide.atoms.data(), count, peptide.maxPoint, peptide.minPoint,
+                               count);
         benchmark::DoNotOptimize(grid.entriesInCellOrder().data());
     }
     countAtoms(state, peptide.atoms.size());

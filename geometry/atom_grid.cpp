@@ -19,7 +19,7 @@ std::uint32_t clampedCell(double cell, std::uint32_t cells) {
     return cell < cells ? static_cast<std::uint32_t>(cell) : cells;
 }
 
-double squaredDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry) {
+double squaredDistance(const cResidueAtom& atom, const cCentreGrid::sEntry& entry) {
     const double dx = atom.x - entry.x;
     const double dy = atom.y - entry.y;
     const double dz = atom.z - entry.z;
@@ -28,29 +28,21 @@ double squaredDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry)
 
 } // namespace
 
-cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint,
-                     sPoint minPoint, int insertCount) {
-    layOut(atomCount, maxPoint, minPoint);
-    const unsigned inserted = insertCount == -1 ? atomCount : static_cast<unsigned>(insertCount);
-    copies.reserve(inserted);
-    entries.reserve(inserted);
-    for (unsigned i = 0; i < inserted; ++i) {
-        append(atoms[i]);
-        copies.push_back(atoms[i]);
-    }
-    sortIntoCells();
-}
-
 cCentreGrid::cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
-                         const sPoint& minPoint) {
+                         const sPoint& minPoint, unsigned insertCount) {
     layOut(atomCount, maxPoint, minPoint);
-    for (unsigned i = 0; i < atomCount; ++i) {
-        append(atoms[i]);
-    }
+    entries.reserve(insertCount);
+    std::for_each(atoms, atoms + insertCount, [this](const cResidueAtom& atom) { append(atom); });
     sortIntoCells();
 }
 
-void cAtomGrid::layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint) {
+cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint,
+                     sPoint minPoint, int insertCount)
+    : cCentreGrid(atoms, atomCount, maxPoint, minPoint,
+                  insertCount == -1 ? atomCount : static_cast<unsigned>(insertCount)),
+      copies(atoms, atoms + entriesInCellOrder().size()) {}
+
+void cCentreGrid::layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint) {
     offsetX = -minPoint.x;
     offsetY = -minPoint.y;
     offsetZ = -minPoint.z;
@@ -68,12 +60,12 @@ void cAtomGrid::layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint&
     cellCount = cellsX * cellsY * cellsZ;
 }
 
-void cAtomGrid::append(const cResidueAtom& atom) {
+void cCentreGrid::append(const cResidueAtom& atom) {
     entries.push_back({atom.x, atom.y, atom.z, atom.radius, atom.zMax, atom.zMin,
                        static_cast<std::uint32_t>(entries.size())});
 }
 
-cAtomGrid::sCell cAtomGrid::cellOf(const sEntry& entry) const {
+cCentreGrid::sCell cCentreGrid::cellOf(const sEntry& entry) const {
     const auto cell = [this](double relative, std::uint32_t cells) {
         return std::min(clampedCell(std::floor(relative / cellSize), cells), cells - 1);
     };
@@ -81,18 +73,18 @@ cAtomGrid::sCell cAtomGrid::cellOf(const sEntry& entry) const {
             cell(entry.z + offsetZ, cellsZ)};
 }
 
-std::uint64_t cAtomGrid::cellKeyOf(const sEntry& entry) const {
+std::uint64_t cCentreGrid::cellKeyOf(const sEntry& entry) const {
     const sCell cell = cellOf(entry);
     return cellKey(cell.x, cell.y, cell.z);
 }
 
-bool cAtomGrid::isInBox(const sEntry& entry, const sCellBox& box) const {
+bool cCentreGrid::isInBox(const sEntry& entry, const sCellBox& box) const {
     const sCell cell = cellOf(entry);
     return cell.x >= box.loX && cell.x < box.hiX && cell.y >= box.loY && cell.y < box.hiY &&
            cell.z >= box.loZ && cell.z < box.hiZ;
 }
 
-void cAtomGrid::sortIntoCells() {
+void cCentreGrid::sortIntoCells() {
     cellBegins.clear();
     keys.clear();
     std::vector<sEntry> inserted(entries.size());
@@ -108,7 +100,7 @@ void cAtomGrid::sortIntoCells() {
     fillColumns();
 }
 
-void cAtomGrid::fillColumns() {
+void cCentreGrid::fillColumns() {
     constexpr std::size_t widestVector = 16;
     const auto fill = [this](std::vector<double>& column, double sEntry::*quantity) {
         column.assign(entries.size() + widestVector, 0.0);
@@ -122,7 +114,7 @@ void cAtomGrid::fillColumns() {
     fill(columns.radius, &sEntry::radius);
 }
 
-void cAtomGrid::sortDense(const std::vector<sEntry>& inserted) {
+void cCentreGrid::sortDense(const std::vector<sEntry>& inserted) {
     const std::size_t cells = static_cast<std::size_t>(cellsX) * cellsY * cellsZ;
     cellBegins.assign(cells + 2, 0);
     for (const sEntry& entry : inserted) {
@@ -139,7 +131,7 @@ void cAtomGrid::sortDense(const std::vector<sEntry>& inserted) {
     cellBegins.pop_back();
 }
 
-void cAtomGrid::sortSparse(const std::vector<sEntry>& inserted) {
+void cCentreGrid::sortSparse(const std::vector<sEntry>& inserted) {
     std::vector<std::pair<std::uint64_t, std::uint32_t>> order;
     order.reserve(inserted.size());
     for (const sEntry& entry : inserted) {
@@ -156,7 +148,7 @@ void cAtomGrid::sortSparse(const std::vector<sEntry>& inserted) {
     }
 }
 
-unsigned cAtomGrid::getGridIndex(double x, double y, double z) const {
+unsigned cCentreGrid::getGridIndex(double x, double y, double z) const {
     const auto cell = [this](double relative) {
         return static_cast<std::uint32_t>(
             static_cast<std::int64_t>(std::floor(relative / cellSize)));
@@ -175,17 +167,18 @@ bool cAtomGrid::findAtom(double x, double y, double z, cResidueAtom& out) const 
         return static_cast<double>(static_cast<std::int64_t>(relative / cellSize));
     };
     const unsigned index = getGridIndex(cell(x + offsetX), cell(y + offsetY), cell(z + offsetZ));
+    const std::vector<sEntry>& sorted = entriesInCellOrder();
     for (std::size_t i = firstEntryAt(std::min<std::uint64_t>(index, cellCount));
-         i < entries.size() && cellKeyOf(entries[i]) == index; ++i) {
-        if (entries[i].x == x && entries[i].y == y && entries[i].z == z) {
-            out = copies[entries[i].index];
+         i < sorted.size() && cellKeyOf(sorted[i]) == index; ++i) {
+        if (sorted[i].x == x && sorted[i].y == y && sorted[i].z == z) {
+            out = copies[sorted[i].index];
             return true;
         }
     }
     return false;
 }
 
-cAtomGrid::sCellBox cAtomGrid::cellsAround(double x, double y, double z, double reach) const {
+cCentreGrid::sCellBox cCentreGrid::cellsAround(double x, double y, double z, double reach) const {
     const auto low = [&](double relative, std::uint32_t cells) {
         return clampedCell(std::trunc((relative - reach) / cellSize), cells);
     };
@@ -221,7 +214,7 @@ unsigned cAtomGrid::getNeighboursInRangeByCenter(const cResidueAtom& atom, doubl
     return count;
 }
 
-const cAtomGrid::sEntry* cAtomGrid::nearest(const cResidueAtom& atom, double* distance) const {
+const cCentreGrid::sEntry* cCentreGrid::nearest(const cResidueAtom& atom, double* distance) const {
     const sEntry* best = nullptr;
     double bestSquared = std::numeric_limits<double>::infinity();
     // Boxes of growing reach; beyond the extent of the grid a further step cannot find more.
@@ -250,7 +243,7 @@ const cAtomGrid::sEntry* cAtomGrid::nearest(const cResidueAtom& atom, double* di
 }
 
 void cAtomGrid::printGrid() const {
-    for (const sEntry& entry : entries) {
+    for (const sEntry& entry : entriesInCellOrder()) {
         std::cout << atomOf(entry).serial;
     }
 }

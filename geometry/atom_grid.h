@@ -10,11 +10,10 @@
 #include <utility>
 #include <vector>
 
-/// The grid keeps copies of its atoms, so the array that it was built from may be written to while
-/// the grid lives. Atoms are stored cell by cell, x slowest and z fastest, within a cell the last
-/// inserted first; every query returns them in this order. Building costs O(n log n) at worst,
-/// memory O(n) whatever the extent of the atoms. Queries may run at the same time.
-class cAtomGrid {
+/// Centres and radii cell by cell, x slowest and z fastest, within a cell the last inserted first;
+/// every query returns them in this order. Building costs O(n log n) at worst, memory O(n) whatever
+/// the extent of the atoms. Queries may run at the same time.
+class cCentreGrid {
   public:
     /// What the calculations need of an atom, packed for scanning. Å throughout.
     struct sEntry {
@@ -41,31 +40,14 @@ class cAtomGrid {
     };
 
     /// The corners are those of the atoms' bounding box, the maximum first. The cell size follows
-    /// `atomCount`; only the first `insertCount` atoms are inserted, all of them for -1.
-    cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
-              int insertCount);
-    cAtomGrid(const cAtomGrid&) = delete;
-    cAtomGrid& operator=(const cAtomGrid&) = delete;
+    /// `atomCount`; only the first `insertCount` atoms are inserted.
+    cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                const sPoint& minPoint, unsigned insertCount);
+    cCentreGrid(const cCentreGrid&) = delete;
+    cCentreGrid& operator=(const cCentreGrid&) = delete;
 
     /// Index of the cell of a point given relative to the minimum corner.
     unsigned getGridIndex(double x, double y, double z) const;
-
-    /// Adds a copy of the atom, which must lie within the bounding box. Costs O(n); not to be mixed
-    /// with queries of other threads.
-    void insertAtom(const cResidueAtom& atom);
-
-    /// Looks an atom up by its exact coordinates. The cell is computed by dividing by the cell size
-    /// twice, so atoms beyond the first cells are found only while the cell size is 1.
-    bool findAtom(double x, double y, double z, cResidueAtom& out) const;
-
-    /// Copies all atoms whose spheres, enlarged by `probe`, intersect the atom's likewise enlarged
-    /// sphere to `out`, which must have room for them, and returns their number. The cells searched
-    /// reach `probe` + 2 `maxRadius` + 1 Å from the atom; neighbours in other cells are not found.
-    unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
-                                          cResidueAtom* out, std::size_t capacity = SIZE_MAX) const;
-    /// The same for all atoms whose centres lie within `range` Å of the atom's, other than at it.
-    unsigned getNeighboursInRangeByCenter(const cResidueAtom& atom, double range, cResidueAtom* out,
-                                          std::size_t capacity = SIZE_MAX) const;
 
     /// The cells that a query around a point looks at, `reach` Å to each side.
     sCellBox cellsAround(double x, double y, double z, double reach) const;
@@ -75,10 +57,13 @@ class cAtomGrid {
     template <typename Visit>
     void forEachRun(const sCellBox& box, Visit visit) const;
 
-    /// Calls `visit(entry)` for every neighbour by centre, in query order, without copying atoms.
+    /// Calls `visit(entry)` for every entry whose centre lies within `range` Å of the atom's, other
+    /// than at it, in query order.
     template <typename Visit>
     void forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const;
-    /// The same for every neighbour by radius.
+    /// The same for every entry whose sphere, enlarged by `probe`, intersects the atom's likewise
+    /// enlarged sphere. The cells searched reach `probe` + 2 `maxRadius` + 1 Å from the atom;
+    /// neighbours in other cells are not found.
     template <typename Visit>
     void forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
                                 Visit visit) const;
@@ -88,10 +73,6 @@ class cAtomGrid {
 
     const std::vector<sEntry>& entriesInCellOrder() const { return entries; }
     const sColumns& columnsInCellOrder() const { return columns; }
-    const cResidueAtom& atomOf(const sEntry& entry) const { return copies[entry.index]; }
-
-    /// Writes the serial of every atom to standard output, in cell order, without separators.
-    void printGrid() const;
 
     std::uint32_t cellCount = 0; ///< product of the three numbers of cells, modulo 2^32
     std::int32_t cellSize = 1;   ///< edge of a cell in Å, a power of two
@@ -103,10 +84,11 @@ class cAtomGrid {
     double offsetZ = 0.0;
 
   protected:
-    cAtomGrid() = default;
-    void layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint);
     void append(const cResidueAtom& atom);
     void sortIntoCells();
+    std::uint64_t cellKeyOf(const sEntry& entry) const;
+    /// Position of the first entry whose cell key is not below `key`.
+    std::size_t firstEntryAt(std::uint64_t key) const;
 
   private:
     std::uint64_t cellKey(std::uint32_t ix, std::uint32_t iy, std::uint32_t iz) const {
@@ -115,18 +97,15 @@ class cAtomGrid {
     struct sCell {
         std::uint32_t x, y, z;
     };
+    void layOut(unsigned atomCount, const sPoint& maxPoint, const sPoint& minPoint);
     sCell cellOf(const sEntry& entry) const;
-    std::uint64_t cellKeyOf(const sEntry& entry) const;
     bool isInBox(const sEntry& entry, const sCellBox& box) const;
     void sortDense(const std::vector<sEntry>& inserted);
     void sortSparse(const std::vector<sEntry>& inserted);
     void fillColumns();
-    /// Position of the first entry whose cell key is not below `key`.
-    std::size_t firstEntryAt(std::uint64_t key) const;
 
     std::vector<sEntry> entries; // in cell order
     sColumns columns;
-    std::vector<cResidueAtom> copies; // in order of insertion
     // Where each cell begins, while the box has not many more cells than atoms; otherwise empty,
     // and cells are searched in `keys`, so that a few far-flung atoms never ask for memory by
     // volume.
@@ -134,14 +113,40 @@ class cAtomGrid {
     std::vector<std::uint64_t> keys;
 };
 
-/// The same grid without atom copies, for calculations that need only centres and radii.
-class cCentreGrid : public cAtomGrid {
+/// The grid with copies of its atoms, so that the array that it was built from may be written to
+/// while the grid lives.
+class cAtomGrid : public cCentreGrid {
   public:
-    cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
-                const sPoint& minPoint);
+    /// As above; -1 inserts all atoms.
+    cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
+              int insertCount);
+
+    /// Adds a copy of the atom, which must lie within the bounding box. Costs O(n); not to be mixed
+    /// with queries of other threads.
+    void insertAtom(const cResidueAtom& atom);
+
+    /// Looks an atom up by its exact coordinates. The cell is computed by dividing by the cell size
+    /// twice, so atoms beyond the first cells are found only while the cell size is 1.
+    bool findAtom(double x, double y, double z, cResidueAtom& out) const;
+
+    /// Copies what forEachInRangeByRadius() visits to `out`, which must have room for it, and
+    /// returns the number of atoms.
+    unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+                                          cResidueAtom* out, std::size_t capacity = SIZE_MAX) const;
+    /// The same for forEachInRangeByCenter().
+    unsigned getNeighboursInRangeByCenter(const cResidueAtom& atom, double range, cResidueAtom* out,
+                                          std::size_t capacity = SIZE_MAX) const;
+
+    const cResidueAtom& atomOf(const sEntry& entry) const { return copies[entry.index]; }
+
+    /// Writes the serial of every atom to standard output, in cell order, without separators.
+    void printGrid() const;
+
+  private:
+    std::vector<cResidueAtom> copies; // in order of insertion
 };
 
-inline std::size_t cAtomGrid::firstEntryAt(std::uint64_t key) const {
+inline std::size_t cCentreGrid::firstEntryAt(std::uint64_t key) const {
     if (!cellBegins.empty()) {
         return cellBegins[key];
     }
@@ -149,7 +154,7 @@ inline std::size_t cAtomGrid::firstEntryAt(std::uint64_t key) const {
 }
 
 template <typename Visit>
-void cAtomGrid::forEachRun(const sCellBox& box, Visit visit) const {
+void cCentreGrid::forEachRun(const sCellBox& box, Visit visit) const {
     if (box.isEmpty()) {
         return;
     }
@@ -177,7 +182,7 @@ void cAtomGrid::forEachRun(const sCellBox& box, Visit visit) const {
     }
 }
 
-inline double centreDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& entry) {
+inline double centreDistance(const cResidueAtom& atom, const cCentreGrid::sEntry& entry) {
     const double dx = atom.x - entry.x;
     const double dy = atom.y - entry.y;
     const double dz = atom.z - entry.z;
@@ -185,7 +190,8 @@ inline double centreDistance(const cResidueAtom& atom, const cAtomGrid::sEntry& 
 }
 
 template <typename Visit>
-void cAtomGrid::forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const {
+void cCentreGrid::forEachInRangeByCenter(const cResidueAtom& atom, double range,
+                                         Visit visit) const {
     forEachRun(cellsAround(atom.x, atom.y, atom.z, range + 1.0),
                [&](const sEntry* first, const sEntry* last) {
                    for (; first != last; ++first) {
@@ -198,8 +204,8 @@ void cAtomGrid::forEachInRangeByCenter(const cResidueAtom& atom, double range, V
 }
 
 template <typename Visit>
-void cAtomGrid::forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
-                                       Visit visit) const {
+void cCentreGrid::forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+                                         Visit visit) const {
     forEachRun(cellsAround(atom.x, atom.y, atom.z, probe + 2.0 * maxRadius + 1.0),
                [&](const sEntry* first, const sEntry* last) {
                    for (; first != last; ++first) {

@@ -19,7 +19,7 @@ namespace {
 /// each other in memory. Isolated, so that a thread that waits here never starts on another
 /// structure.
 template <typename Work>
-void forEveryEntry(const cAtomGrid& grid, Work work) {
+void forEveryEntry(const cCentreGrid& grid, Work work) {
     constexpr std::size_t entriesPerTask = 256;
     const auto& entries = grid.entriesInCellOrder();
     tbb::this_task_arena::isolate([&] {
@@ -59,10 +59,10 @@ constexpr double deepest = 9999999.0;
 
 void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                       const sPoint& minPoint, double probeRadius, double zSlice) {
-    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint);
+    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint, atomCount);
     const cSurfaceKernel kernel(grid, probeRadius, zSlice);
     tbb::enumerable_thread_specific<sSurfaceScratch> scratches;
-    forEveryEntry(grid, [&](const cAtomGrid::sEntry& entry) {
+    forEveryEntry(grid, [&](const cCentreGrid::sEntry& entry) {
         if (probeRadius + entry.radius != 0.0) {
             atoms[entry.index].asa = kernel.areaOf(entry, scratches.local());
         }
@@ -87,7 +87,7 @@ void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount) {
     sPoint minPoint;
     const auto surfaceCount = static_cast<unsigned>(surface.size());
     setMinMaxPoints(surface.data(), surfaceCount, &maxPoint, &minPoint);
-    const cCentreGrid grid(surface.data(), surfaceCount, maxPoint, minPoint);
+    const cCentreGrid grid(surface.data(), surfaceCount, maxPoint, minPoint, surfaceCount);
     tbb::this_task_arena::isolate([&] {
         tbb::parallel_for(std::size_t{0}, buried.size(), [&](std::size_t i) {
             double depth = 0.0;
@@ -101,18 +101,19 @@ void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const
                                   const sPoint& minPoint, double sphereRadius, double atomVolume) {
     constexpr double volumeOfUnitSphere = 4.1887902047863905;
     const double sphereVolume = std::pow(sphereRadius, 3.0) * volumeOfUnitSphere;
-    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint);
+    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint, atomCount);
     const double squaredRange = squaredRangeOf(sphereRadius);
-    const cAtomGrid::sEntry* const entries = grid.entriesInCellOrder().data();
-    forEveryEntry(grid, [&](const cAtomGrid::sEntry& entry) {
+    const cCentreGrid::sEntry* const entries = grid.entriesInCellOrder().data();
+    forEveryEntry(grid, [&](const cCentreGrid::sEntry& entry) {
         unsigned neighbours = 0;
         const auto box = grid.cellsAround(entry.x, entry.y, entry.z, sphereRadius + 1.0);
-        grid.forEachRun(box, [&](const cAtomGrid::sEntry* first, const cAtomGrid::sEntry* last) {
-            neighbours +=
-                countInRange(grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
-                             static_cast<std::size_t>(last - entries), {entry.x, entry.y, entry.z},
-                             squaredRange);
-        });
+        grid.forEachRun(box,
+                        [&](const cCentreGrid::sEntry* first, const cCentreGrid::sEntry* last) {
+                            neighbours += countInRange(grid.columnsInCellOrder(),
+                                                       static_cast<std::size_t>(first - entries),
+                                                       static_cast<std::size_t>(last - entries),
+                                                       {entry.x, entry.y, entry.z}, squaredRange);
+                        });
         const double occupied = std::min(neighbours * atomVolume, sphereVolume);
         atoms[entry.index].protrusionIndex = (sphereVolume - occupied) / occupied;
     });

@@ -17,7 +17,7 @@ constexpr double twoPi = 6.283185307179586;
 
 /// See countInRange() in the kernel's header. The squares are summed in the order of the plain form
 /// and without fusing, so that the comparison is exact.
-unsigned countRun(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
+unsigned countRun(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                   const sPoint& point, double squaredRange) {
     const cDoubles d;
     const auto x = hn::Set(d, point.x);
@@ -49,8 +49,8 @@ HWY_INLINE void forEachSelected(D d, M mask, std::size_t firstPosition, Visit vi
 
 /// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the margin,
 /// to the scratch arrays, which have room for the whole run.
-void findTouching(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
-                  const cAtomGrid::sEntry& atom, double probe, double margin,
+void findTouching(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
+                  const cCentreGrid::sEntry& atom, double probe, double margin,
                   sSurfaceScratch& scratch) {
     const cDoubles d;
     const auto zero = hn::Zero(d);

@@ -134,28 +134,29 @@ void sSurfaceScratch::reserve(std::size_t neighbours) {
     arcOwner.resize(capacity);
 }
 
-unsigned countInRange(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
+unsigned countInRange(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                       const sPoint& point, double squaredRange) {
     return HWY_DYNAMIC_DISPATCH(surface_arcs::countRun)(columns, first, last, point, squaredRange);
 }
 
-cSurfaceKernel::cSurfaceKernel(const cAtomGrid& atomGrid, double probeRadius, double zSlice)
+cSurfaceKernel::cSurfaceKernel(const cCentreGrid& atomGrid, double probeRadius, double zSlice)
     : grid(atomGrid), probe(probeRadius), slice(zSlice),
       reach(2.0 * probeRadius + 2.0 * largestRadius + 1.0) {
-    for (const cAtomGrid::sEntry& entry : grid.entriesInCellOrder()) {
+    for (const cCentreGrid::sEntry& entry : grid.entriesInCellOrder()) {
         largestEnlarged = std::max(largestEnlarged, probe + entry.radius);
     }
 }
 
-void cSurfaceKernel::gatherTouching(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const {
+void cSurfaceKernel::gatherTouching(const cCentreGrid::sEntry& atom,
+                                    sSurfaceScratch& scratch) const {
     scratch.count = 0;
     scratch.anglesAreKnown = false;
     scratch.allNeighboursAreKnown = false;
     scratch.ring.clear();
     const double touchingReach = probe + atom.radius + largestEnlarged + 1000.0 * touchingMargin;
     const auto box = grid.cellsAround(atom.x, atom.y, atom.z, std::min(reach, touchingReach));
-    const cAtomGrid::sEntry* const entries = grid.entriesInCellOrder().data();
-    grid.forEachRun(box, [&](const cAtomGrid::sEntry* first, const cAtomGrid::sEntry* last) {
+    const cCentreGrid::sEntry* const entries = grid.entriesInCellOrder().data();
+    grid.forEachRun(box, [&](const cCentreGrid::sEntry* first, const cCentreGrid::sEntry* last) {
         scratch.reserve(scratch.count + static_cast<std::size_t>(last - first));
         HWY_DYNAMIC_DISPATCH(surface_arcs::findTouching)
         (grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
@@ -172,12 +173,12 @@ void cSurfaceKernel::gatherTouching(const cAtomGrid::sEntry& atom, sSurfaceScrat
 
 /// Almost without a probe the margin is wider than the range of a neighbour query: who is outside
 /// that range is no neighbour, however near it comes to touching.
-void cSurfaceKernel::dropNonNeighbours(const cAtomGrid::sEntry& atom,
+void cSurfaceKernel::dropNonNeighbours(const cCentreGrid::sEntry& atom,
                                        sSurfaceScratch& scratch) const {
     const double queryProbe = 2.0 * probe;
     std::size_t kept = 0;
     for (std::size_t i = 0; i < scratch.count; ++i) {
-        const cAtomGrid::sEntry& other = grid.entriesInCellOrder()[scratch.position[i]];
+        const cCentreGrid::sEntry& other = grid.entriesInCellOrder()[scratch.position[i]];
         const double dx = atom.x - other.x;
         const double dy = atom.y - other.y;
         const double dz = atom.z - other.z;
@@ -194,8 +195,8 @@ void cSurfaceKernel::dropNonNeighbours(const cAtomGrid::sEntry& atom,
     scratch.count = kept;
 }
 
-const std::vector<cAtomGrid::sEntry>&
-cSurfaceKernel::allNeighbours(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const {
+const std::vector<cCentreGrid::sEntry>&
+cSurfaceKernel::allNeighbours(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const {
     if (!scratch.allNeighboursAreKnown) {
         scratch.allNeighbours.clear();
         cResidueAtom query;
@@ -205,13 +206,13 @@ cSurfaceKernel::allNeighbours(const cAtomGrid::sEntry& atom, sSurfaceScratch& sc
         query.radius = atom.radius;
         grid.forEachInRangeByRadius(
             query, 2.0 * probe, largestRadius,
-            [&](const cAtomGrid::sEntry& entry) { scratch.allNeighbours.push_back(entry); });
+            [&](const cCentreGrid::sEntry& entry) { scratch.allNeighbours.push_back(entry); });
         scratch.allNeighboursAreKnown = true;
     }
     return scratch.allNeighbours;
 }
 
-bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                        sSurfaceScratch& scratch) const {
     double squaredRadius = 0.0;
     for (std::size_t i = 0; i < scratch.count; ++i) {
@@ -220,15 +221,15 @@ bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cAtomGrid
         }
     }
     const auto& all = allNeighbours(atom, scratch);
-    return std::any_of(all.begin(), all.end(), [&](const cAtomGrid::sEntry& entry) {
+    return std::any_of(all.begin(), all.end(), [&](const cCentreGrid::sEntry& entry) {
         return plane.meets(entry, probe, &squaredRadius);
     });
 }
 
-double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                  sSurfaceScratch& scratch) const {
     std::vector<cCircle> others;
-    for (const cAtomGrid::sEntry& entry : allNeighbours(atom, scratch)) {
+    for (const cCentreGrid::sEntry& entry : allNeighbours(atom, scratch)) {
         double squaredRadius = 0.0;
         if (plane.meets(entry, probe, &squaredRadius)) {
             others.emplace_back(entry.x, entry.y, std::sqrt(squaredRadius));
@@ -242,7 +243,7 @@ double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cAtomGrid::sEnt
         circle.getFreeArcLength(others.data(), static_cast<unsigned>(others.size())));
 }
 
-double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                  sSurfaceScratch& scratch) const {
     if (scratch.hasCoaxialNeighbour || plane.circleRadius < smallestCircle) {
         return plainArea(plane, atom, scratch);
@@ -262,7 +263,7 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cAtomGrid::sEnt
 }
 
 /// The area of a slice whose circle some neighbour crosses.
-double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                sSurfaceScratch& scratch) const {
     if (!scratch.anglesAreKnown) {
         HWY_DYNAMIC_DISPATCH(surface_arcs::computeAngles)(scratch);
@@ -288,7 +289,7 @@ double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry
     return plane.areaOf(whole / 1000.0 * plane.circleRadius);
 }
 
-double cSurfaceKernel::areaOf(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const {
+double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const {
     gatherTouching(atom, scratch);
     const double enlarged = probe + atom.radius;
     double area = 0.0;

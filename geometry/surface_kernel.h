@@ -44,7 +44,7 @@ struct sSurfaceScratch {
     };
     std::vector<sLink> ring;
 
-    std::vector<cAtomGrid::sEntry> allNeighbours;
+    std::vector<cCentreGrid::sEntry> allNeighbours;
     bool allNeighboursAreKnown = false;
 };
 
@@ -57,26 +57,26 @@ struct sSurfaceScratch {
 class cSurfaceKernel {
   public:
     /// Å; the grid must outlive the kernel.
-    cSurfaceKernel(const cAtomGrid& atomGrid, double probeRadius, double zSlice);
+    cSurfaceKernel(const cCentreGrid& atomGrid, double probeRadius, double zSlice);
 
     /// Accessible area in Å² of an atom of the grid whose enlarged radius is not 0.
-    double areaOf(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const;
+    double areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const;
 
   private:
-    void gatherTouching(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const;
-    void dropNonNeighbours(const cAtomGrid::sEntry& atom, sSurfaceScratch& scratch) const;
-    const std::vector<cAtomGrid::sEntry>& allNeighbours(const cAtomGrid::sEntry& atom,
-                                                        sSurfaceScratch& scratch) const;
-    bool meetsAnyNeighbour(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    void gatherTouching(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const;
+    void dropNonNeighbours(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const;
+    const std::vector<cCentreGrid::sEntry>& allNeighbours(const cCentreGrid::sEntry& atom,
+                                                          sSurfaceScratch& scratch) const;
+    bool meetsAnyNeighbour(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                            sSurfaceScratch& scratch) const;
-    double plainArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    double plainArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                      sSurfaceScratch& scratch) const;
-    double sliceArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    double sliceArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                      sSurfaceScratch& scratch) const;
-    double arcArea(const sSlicePlane& plane, const cAtomGrid::sEntry& atom,
+    double arcArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                    sSurfaceScratch& scratch) const;
 
-    const cAtomGrid& grid;
+    const cCentreGrid& grid;
     double probe;
     double slice;
     double reach;                 ///< of a neighbour query, Å
@@ -85,5 +85,5 @@ class cSurfaceKernel {
 
 /// The number of entries of a run of a grid, [first, last) in its order, whose distance from a
 /// point is not 0 and whose squared distance (Å²) is at most `squaredRange`.
-unsigned countInRange(const cAtomGrid::sColumns& columns, std::size_t first, std::size_t last,
+unsigned countInRange(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                       const sPoint& point, double squaredRange);

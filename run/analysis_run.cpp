@@ -6,6 +6,10 @@
 #include <QDateTime>
 #include <QFileInfo>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
+
 #include <new>
 #include <utility>
 
@@ -80,6 +84,9 @@ bool cAnalysisRun::mayGoOn() {
         return false;
     }
     if (QThread::currentThread() == this) {
+#ifdef __SANITIZE_ADDRESS__
+        __asan_handle_no_return(); // a termination unwinds the stack behind the sanitizer's back
+#endif
         setTerminationEnabled(true);
         setTerminationEnabled(false);
     }

@@ -57,6 +57,8 @@ namespace {
 
 const QString windowTitle = QStringLiteral("Kelmo");
 
+constexpr int patience = 60'000; // ms
+
 // Steps of the tab key from the field of the output directory.
 constexpr int kevToConfiguration = 6;
 constexpr int kevToLog = 7;
@@ -86,6 +88,8 @@ void cEndToEndTest::start(const QString& executable) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home->path());
     environment.insert("XDG_RUNTIME_DIR", home->path());
+    // Nothing of the desktop in which the test is run.
+    environment.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     program.setProcessEnvironment(environment);
     program.setWorkingDirectory(path());
     program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -132,7 +136,7 @@ void cEndToEndTest::saveList(const QString& listPath) {
 void cEndToEndTest::createConfiguration(const QString& name, int tabsFromOutput) {
     display.press(QStringList("alt+o") + repeated("Tab", tabsFromOutput) + QStringList("space"));
     answerFileDialog("Save KEV configuration file as", name);
-    QTRY_VERIFY(QFile::exists(name));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(name), patience);
 }
 
 void cEndToEndTest::showInteractionTab() {
@@ -148,11 +152,10 @@ QString cEndToEndTest::log(int tabsFromOutput) {
 }
 
 bool cEndToEndTest::waitForLog(int tabsFromOutput, const QString& end) {
-    constexpr int limit = 60'000; // ms
     constexpr int interval = 200; // ms
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < limit) {
+    while (clock.elapsed() < patience) {
         if (log(tabsFromOutput).endsWith(end)) {
             return true;
         }
@@ -174,7 +177,7 @@ void cEndToEndTest::compareWithCommandLine(const QString& module, const QString&
                 QStringList({module, "--config", configuration, "--output-dir", target, "--stamp",
                              runStamp, "--no-progress"}) +
                     files);
-    QVERIFY(batch.waitForFinished(60'000));
+    QVERIFY(batch.waitForFinished(patience));
     QVERIFY2(batch.exitCode() == 0, batch.readAllStandardError().constData());
     const auto batchReports = filesIn(target);
     QCOMPARE(windowReports.size(), batchReports.size());
@@ -236,7 +239,7 @@ void cEndToEndTest::stoppedRunLeavesNothingHalfWritten() {
     loadList(place->file("many.fls", list));
     fillStructureForm(place->directory("reports"));
     display.press({"ctrl+r"});
-    QTRY_VERIFY(filesIn(path("reports")).size() > 4);
+    QTRY_VERIFY_WITH_TIMEOUT(filesIn(path("reports")).size() > 4, patience);
     display.press({"ctrl+period"});
     QVERIFY(waitForLog(kevToLog, "Analysis stopped by user"));
     const auto reports = filesIn(path("reports"));
@@ -257,12 +260,12 @@ void cEndToEndTest::everythingIsRestored() {
     fillStructureForm(path());
     createConfiguration(path("before.cfg"), kevToConfiguration);
     saveList(path("before"));
-    QTRY_VERIFY(QFile::exists(path("before.fls")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("before.fls")), patience);
     quit();
     start();
     createConfiguration(path("after.cfg"), kevToConfiguration);
     saveList(path("after"));
-    QTRY_VERIFY(QFile::exists(path("after.fls")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path("after.fls")), patience);
     QVERIFY(bytesOf(path("before.cfg")).contains("z_slice:\t0.5\n"));
     QCOMPARE(bytesOf(path("after.cfg")), bytesOf(path("before.cfg")));
     QCOMPARE(bytesOf(path("after.fls")).count('\n'), 2);
@@ -281,7 +284,7 @@ void cEndToEndTest::quittingDuringARunAsksAndStops() {
     loadList(place->file("many.fls", list));
     fillStructureForm(place->directory("reports"));
     display.press({"ctrl+r"});
-    QTRY_VERIFY(!filesIn(path("reports")).empty());
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(path("reports")).empty(), patience);
     display.press({"ctrl+q"});
     QVERIFY(display.focus("Analysis running"));
     display.press({"alt+y"});

@@ -291,7 +291,7 @@ TEST(AtomGrid, ColumnsHoldWhatTheEntriesHold) {
 TEST(AtomGrid, CentreGridHasTheSameOrder) {
     const tAtoms cloud = randomCloud(6, 300, 20.0);
     const sCorners box(cloud);
-    const cCentreGrid centres(cloud.data(), 300, box.maxPoint, box.minPoint);
+    const cCentreGrid centres(cloud.data(), 300, box.maxPoint, box.minPoint, 300);
     const cAtomGrid grid = gridOf(cloud);
     ASSERT_EQ(centres.entriesInCellOrder().size(), 300U);
     for (std::size_t i = 0; i < 300; ++i) {
