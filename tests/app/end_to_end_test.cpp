@@ -112,9 +112,11 @@ void cEndToEndTest::fill(const QString& keys, const QString& text) {
 }
 
 void cEndToEndTest::answerFileDialog(const QString& caption, const QString& text) {
-    QVERIFY(display.focus(QRegularExpression::escape(caption)));
+    const QString title = QRegularExpression::escape(caption);
+    QVERIFY(display.focus(title));
     display.type(text);
     display.press({"Return"});
+    QVERIFY(display.waitForClosing(title));
     QVERIFY(display.focus(windowTitle));
 }
 
@@ -230,8 +232,9 @@ void cEndToEndTest::reportsAreThoseOfTheCommandLine() {
 
 void cEndToEndTest::stoppedRunLeavesNothingHalfWritten() {
     QByteArray list;
+    place->directory("structures");
     for (int i = 0; i < 500; ++i) {
-        const QString copy = path(QStringLiteral("%1.pdb").arg(i));
+        const QString copy = path(QStringLiteral("structures/%1.pdb").arg(i));
         QVERIFY(QFile::link(dataPath("samples/2hhb.pdb"), copy));
         list += copy.toUtf8() + '\n';
     }

@@ -6,6 +6,13 @@
 
 #include <unistd.h>
 
+namespace {
+
+constexpr int patience = 30'000; // ms
+constexpr int interval = 50;     // ms, between two looks
+
+} // namespace
+
 cXDisplay::~cXDisplay() {
     if (server.state() != QProcess::NotRunning) {
         server.terminate();
@@ -14,11 +21,10 @@ cXDisplay::~cXDisplay() {
 }
 
 QString cXDisplay::start() {
-    constexpr int limit = 20'000; // ms
     // The server picks a free display and tells its number on the descriptor.
     server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten", "tcp"});
     QByteArray number;
-    while (!number.endsWith('\n') && server.waitForReadyRead(limit)) {
+    while (!number.endsWith('\n') && server.waitForReadyRead(patience)) {
         number += server.readAllStandardOutput();
     }
     if (number.endsWith('\n')) {
@@ -37,20 +43,35 @@ QString cXDisplay::run(const QStringList& xdotool) {
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
+QStringList cXDisplay::visibleWindows(const QString& title) {
+    return run({"search", "--onlyvisible", "--name", '^' + title + '$'})
+        .split('\n', Qt::SkipEmptyParts);
+}
+
 bool cXDisplay::focus(const QString& title) {
-    constexpr int limit = 20'000; // ms
-    constexpr int interval = 50;  // ms
     QElapsedTimer clock;
     clock.start();
-    while (clock.elapsed() < limit) {
-        const QString windows = run({"search", "--onlyvisible", "--name", '^' + title + '$'});
+    while (clock.elapsed() < patience) {
+        const QStringList windows = visibleWindows(title);
         if (!windows.isEmpty()) {
-            run({"windowfocus", "--sync", windows.section('\n', -1)});
+            run({"windowfocus", "--sync", windows.last()});
             return true;
         }
         QThread::msleep(interval);
     }
     return false;
+}
+
+bool cXDisplay::waitForClosing(const QString& title) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!visibleWindows(title).isEmpty()) {
+        if (clock.elapsed() > patience) {
+            return false;
+        }
+        QThread::msleep(interval);
+    }
+    return true;
 }
 
 void cXDisplay::press(const QStringList& keys) {

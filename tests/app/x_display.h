@@ -16,11 +16,14 @@ class cXDisplay {
 
     /// Waits until a visible window has this title and gives it the keyboard; false after a while.
     bool focus(const QString& title);
+    /// Waits until no visible window has this title any more; false after a while.
+    bool waitForClosing(const QString& title);
     /// Presses key combinations in the window that has the keyboard, such as "alt+n" or "Return".
     void press(const QStringList& keys);
     void type(const QString& text);
 
   private:
+    QStringList visibleWindows(const QString& title);
     QString run(const QStringList& xdotool);
 
     QProcess server;
