@@ -1,22 +1,23 @@
 #include "app/shipped_tables.h"
 
 #include "run/file_path.h"
+#include "run/shipped_directories.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
 QString shippedTablesDirectory() {
-    const QDir programs(QCoreApplication::applicationDirPath());
-    // An installed program must not depend on what happens to the sources it was built from.
-    if (programs == QDir(QStringLiteral(KELMO_BUILT_PROGRAMS_DIR))) {
-        return QStringLiteral(KELMO_SOURCE_DATA_DIR);
+    for (const std::filesystem::path& directory : shippedDataDirectories()) {
+        const QFileInfo place(pathFromBytes(directory.native()));
+        if (place.isDir()) {
+            return place.canonicalFilePath();
+        }
     }
-    const QFileInfo installed(programs.filePath(QStringLiteral("../share/kelmo")));
-    return installed.isDir() ? installed.canonicalFilePath() : QString();
+    return {};
 }
 
 QStringList shippedTables(const QString& suffix) {

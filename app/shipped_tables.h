@@ -6,8 +6,7 @@
 
 inline const QString contactTableName = QStringLiteral("aa_contacts.txt");
 
-/// data/ of the source tree for a program that runs where it was built, otherwise share/kelmo
-/// beside the program's directory; empty when there is none.
+/// The first directory of shipped tables that exists; empty when there is none.
 QString shippedTablesDirectory();
 
 /// Full paths of the shipped tables whose names end in the suffix, for example ".radii", by name.
