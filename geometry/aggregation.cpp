@@ -1,5 +1,6 @@
 // How atom areas add up to residues, chains and the structure, bound and chain by chain.
 #include "geometry/atom_space_calculations.h"
+#include "geometry/in_parallel.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
 
@@ -86,12 +87,9 @@ void cChainResidue::setHydrophobicity(const std::map<std::string, double>& scale
 }
 
 void cProteinChain::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
-    clearAreas(*this);
     calculateAtomASA(atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
-    for (unsigned i = 0; i < residueCount; ++i) {
-        residues[i].setAsa();
-        addAreas(*this, residues[i]);
-    }
+    inParallel(residueCount, residuesPerTask, [&](std::size_t i) { residues[i].setAsa(); });
+    setASASummingResidueAsa();
     unboundProbeRadius = probeRadius;
     unboundZSlice = zSlice;
 }
@@ -112,10 +110,15 @@ void cProteinChain::setRelativeAccessibleSurfaceArea(const std::map<std::string,
 void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
     calculateAtomASA(atoms.data(), static_cast<unsigned>(atoms.size()), maxPoint, minPoint,
                      probeRadius, zSlice);
+    inParallel(residues.size(), residuesPerTask, [&](std::size_t i) {
+        if (residues[i].residueType != eResidueType::other) {
+            residues[i].setAsa();
+        }
+    });
+    // Summed up in file order, so that the number of threads cannot move a last digit.
     clearAreas(*this);
-    for (cChainResidue& residue : residues) {
+    for (const cChainResidue& residue : residues) {
         if (residue.residueType != eResidueType::other) {
-            residue.setAsa();
             addAreas(*this, residue);
         }
     }
@@ -127,11 +130,11 @@ void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
 
 void cPdbPeptide::setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice) {
     clearAreas(*this);
-    for (cProteinChain& chain : chains) {
-        if (!chain.holdsUnboundAreas(probeRadius, zSlice)) {
-            chain.setAccessibleSurfaceArea(probeRadius, zSlice);
+    inParallel(chains.size(), 1, [&](std::size_t i) {
+        if (!chains[i].holdsUnboundAreas(probeRadius, zSlice)) {
+            chains[i].setAccessibleSurfaceArea(probeRadius, zSlice);
         }
-    }
+    });
 }
 
 void cPdbPeptide::setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards) {

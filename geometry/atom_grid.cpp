@@ -12,6 +12,7 @@ std::uint32_t cellsAlong(double extent, std::int32_t cellSize) {
     return cells < 4294967295.0 ? static_cast<std::uint32_t>(cells) : 4294967295U;
 }
 
+/// The whole cells below a position, not more than there are and not less than none.
 std::uint32_t clampedCell(double cell, std::uint32_t cells) {
     if (!(cell > 0.0)) {
         return 0;
@@ -31,9 +32,22 @@ double squaredDistance(const cResidueAtom& atom, const cCentreGrid::sEntry& entr
 cCentreGrid::cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                          const sPoint& minPoint, unsigned insertCount) {
     layOut(atomCount, maxPoint, minPoint);
-    entries.reserve(insertCount);
-    std::for_each(atoms, atoms + insertCount, [this](const cResidueAtom& atom) { append(atom); });
-    sortIntoCells();
+    std::vector<sEntry> inserted(insertCount);
+    std::transform(atoms, atoms + insertCount, inserted.begin(), entryOf);
+    sortIntoCells(std::move(inserted));
+}
+
+cCentreGrid::cCentreGrid(std::vector<sEntry> inserted) {
+    sPoint maxPoint{inserted[0].x, inserted[0].y, inserted[0].z};
+    sPoint minPoint = maxPoint;
+    for (const sEntry& entry : inserted) {
+        maxPoint = {std::max(maxPoint.x, entry.x), std::max(maxPoint.y, entry.y),
+                    std::max(maxPoint.z, entry.z)};
+        minPoint = {std::min(minPoint.x, entry.x), std::min(minPoint.y, entry.y),
+                    std::min(minPoint.z, entry.z)};
+    }
+    layOut(static_cast<unsigned>(inserted.size()), maxPoint, minPoint);
+    sortIntoCells(std::move(inserted));
 }
 
 cAtomGrid::cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint,
@@ -60,14 +74,22 @@ void cCentreGrid::layOut(unsigned atomCount, const sPoint& maxPoint, const sPoin
     cellCount = cellsX * cellsY * cellsZ;
 }
 
-void cCentreGrid::append(const cResidueAtom& atom) {
-    entries.push_back({atom.x, atom.y, atom.z, atom.radius, atom.zMax, atom.zMin,
-                       static_cast<std::uint32_t>(entries.size())});
+cCentreGrid::sEntry cCentreGrid::entryOf(const cResidueAtom& atom) {
+    return {atom.x, atom.y, atom.z, atom.radius, atom.zMax, atom.zMin, 0};
+}
+
+std::vector<cCentreGrid::sEntry> cCentreGrid::insertedEntries() const {
+    std::vector<sEntry> inserted(entries.size());
+    for (const sEntry& entry : entries) {
+        inserted[entry.index] = entry;
+    }
+    return inserted;
 }
 
 cCentreGrid::sCell cCentreGrid::cellOf(const sEntry& entry) const {
-    const auto cell = [this](double relative, std::uint32_t cells) {
-        return std::min(clampedCell(std::floor(relative / cellSize), cells), cells - 1);
+    const double scale = cellsPerAngstrom();
+    const auto cell = [scale](double relative, std::uint32_t cells) {
+        return std::min(clampedCell(relative * scale, cells), cells - 1);
     };
     return {cell(entry.x + offsetX, cellsX), cell(entry.y + offsetY, cellsY),
             cell(entry.z + offsetZ, cellsZ)};
@@ -84,15 +106,15 @@ bool cCentreGrid::isInBox(const sEntry& entry, const sCellBox& box) const {
            cell.z >= box.loZ && cell.z < box.hiZ;
 }
 
-void cCentreGrid::sortIntoCells() {
+void cCentreGrid::sortIntoCells(std::vector<sEntry> inserted) {
     cellBegins.clear();
     keys.clear();
-    std::vector<sEntry> inserted(entries.size());
-    for (const sEntry& entry : entries) {
-        inserted[entry.index] = entry;
+    for (std::size_t i = 0; i < inserted.size(); ++i) {
+        inserted[i].index = static_cast<std::uint32_t>(i);
     }
+    entries.resize(inserted.size());
     const double cells = static_cast<double>(cellsX) * cellsY * cellsZ;
-    if (cells <= 4.0 * static_cast<double>(entries.size()) + 4096.0) {
+    if (cells <= 4.0 * static_cast<double>(inserted.size()) + 4096.0) {
         sortDense(inserted);
     } else {
         sortSparse(inserted);
@@ -101,33 +123,35 @@ void cCentreGrid::sortIntoCells() {
 }
 
 void cCentreGrid::fillColumns() {
-    constexpr std::size_t widestVector = 16;
-    const auto fill = [this](std::vector<double>& column, double sEntry::*quantity) {
-        column.assign(entries.size() + widestVector, 0.0);
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            column[i] = entries[i].*quantity;
-        }
-    };
-    fill(columns.x, &sEntry::x);
-    fill(columns.y, &sEntry::y);
-    fill(columns.z, &sEntry::z);
-    fill(columns.radius, &sEntry::radius);
+    constexpr std::size_t widestVector = 8;
+    for (auto* column : {&columns.x, &columns.y, &columns.z, &columns.radius}) {
+        column->resize(entries.size() + widestVector);
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        columns.x[i] = entries[i].x;
+        columns.y[i] = entries[i].y;
+        columns.z[i] = entries[i].z;
+        columns.radius[i] = entries[i].radius;
+    }
 }
 
 void cCentreGrid::sortDense(const std::vector<sEntry>& inserted) {
     const std::size_t cells = static_cast<std::size_t>(cellsX) * cellsY * cellsZ;
     cellBegins.assign(cells + 2, 0);
-    for (const sEntry& entry : inserted) {
-        ++cellBegins[cellKeyOf(entry) + 2];
+    std::vector<std::uint32_t> cellOfEntry(inserted.size());
+    for (std::size_t i = 0; i < inserted.size(); ++i) {
+        const std::uint64_t cell = cellKeyOf(inserted[i]);
+        cellOfEntry[i] = static_cast<std::uint32_t>(cell);
+        ++cellBegins[cell + 2];
     }
     for (std::size_t cell = 2; cell < cells + 2; ++cell) {
         cellBegins[cell] += cellBegins[cell - 1];
     }
     // Backwards, because the last inserted atom of a cell comes first. Placing an entry moves its
     // cell's slot one on, so that in the end slot c + 1 holds the end of cell c.
-    std::for_each(inserted.rbegin(), inserted.rend(), [this](const sEntry& entry) {
-        entries[cellBegins[cellKeyOf(entry) + 1]++] = entry;
-    });
+    for (std::size_t i = inserted.size(); i > 0; --i) {
+        entries[cellBegins[cellOfEntry[i - 1] + 1]++] = inserted[i - 1];
+    }
     cellBegins.pop_back();
 }
 
@@ -157,9 +181,10 @@ unsigned cCentreGrid::getGridIndex(double x, double y, double z) const {
 }
 
 void cAtomGrid::insertAtom(const cResidueAtom& atom) {
-    append(atom);
+    std::vector<sEntry> inserted = insertedEntries();
+    inserted.push_back(entryOf(atom));
     copies.push_back(atom);
-    sortIntoCells();
+    sortIntoCells(std::move(inserted));
 }
 
 bool cAtomGrid::findAtom(double x, double y, double z, cResidueAtom& out) const {
@@ -179,11 +204,14 @@ bool cAtomGrid::findAtom(double x, double y, double z, cResidueAtom& out) const 
 }
 
 cCentreGrid::sCellBox cCentreGrid::cellsAround(double x, double y, double z, double reach) const {
+    const double scale = cellsPerAngstrom();
     const auto low = [&](double relative, std::uint32_t cells) {
-        return clampedCell(std::trunc((relative - reach) / cellSize), cells);
+        return clampedCell((relative - reach) * scale, cells);
     };
     const auto high = [&](double relative, std::uint32_t cells) {
-        return clampedCell(std::ceil((relative + reach) / cellSize), cells);
+        const double end = (relative + reach) * scale;
+        const std::uint32_t cell = clampedCell(end, cells);
+        return cell < cells && cell < end ? cell + 1 : cell;
     };
     const double px = x + offsetX;
     const double py = y + offsetY;

@@ -43,8 +43,14 @@ class cCentreGrid {
     /// `atomCount`; only the first `insertCount` atoms are inserted.
     cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                 const sPoint& minPoint, unsigned insertCount);
+    /// Of at least one entry at hand, within their bounding box; their `index` is set to their
+    /// order.
+    explicit cCentreGrid(std::vector<sEntry> inserted);
     cCentreGrid(const cCentreGrid&) = delete;
     cCentreGrid& operator=(const cCentreGrid&) = delete;
+
+    /// What an entry holds of an atom.
+    static sEntry entryOf(const cResidueAtom& atom);
 
     /// Index of the cell of a point given relative to the minimum corner.
     unsigned getGridIndex(double x, double y, double z) const;
@@ -84,8 +90,9 @@ class cCentreGrid {
     double offsetZ = 0.0;
 
   protected:
-    void append(const cResidueAtom& atom);
-    void sortIntoCells();
+    /// The entries in order of insertion.
+    std::vector<sEntry> insertedEntries() const;
+    void sortIntoCells(std::vector<sEntry> inserted);
     std::uint64_t cellKeyOf(const sEntry& entry) const;
     /// Position of the first entry whose cell key is not below `key`.
     std::size_t firstEntryAt(std::uint64_t key) const;
@@ -102,6 +109,7 @@ class cCentreGrid {
     bool isInBox(const sEntry& entry, const sCellBox& box) const;
     void sortDense(const std::vector<sEntry>& inserted);
     void sortSparse(const std::vector<sEntry>& inserted);
+    double cellsPerAngstrom() const { return 1.0 / cellSize; } // exact: a power of two
     void fillColumns();
 
     std::vector<sEntry> entries; // in cell order

@@ -1,35 +1,26 @@
 #include "geometry/atom_space_calculations.h"
 
 #include "geometry/atom_grid.h"
+#include "geometry/in_parallel.h"
 #include "geometry/surface_kernel.h"
 
-#include <tbb/blocked_range.h>
 #include <tbb/enumerable_thread_specific.h>
-#include <tbb/parallel_for.h>
-#include <tbb/task_arena.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
 
 /// Calls `work(entry)` for every entry of the grid, in parallel. Cell order keeps neighbours near
-/// each other in memory. Isolated, so that a thread that waits here never starts on another
-/// structure.
+/// each other in memory.
 template <typename Work>
 void forEveryEntry(const cCentreGrid& grid, Work work) {
     constexpr std::size_t entriesPerTask = 256;
     const auto& entries = grid.entriesInCellOrder();
-    tbb::this_task_arena::isolate([&] {
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, entries.size(), entriesPerTask),
-                          [&](const tbb::blocked_range<std::size_t>& range) {
-                              for (std::size_t i = range.begin(); i < range.end(); ++i) {
-                                  work(entries[i]);
-                              }
-                          });
-    });
+    inParallel(entries.size(), entriesPerTask, [&](std::size_t i) { work(entries[i]); });
 }
 
 /// The largest square whose root is not above the range, so that squares can be compared in place
@@ -70,12 +61,12 @@ void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& max
 }
 
 void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount) {
-    std::vector<cResidueAtom> surface;
+    std::vector<cCentreGrid::sEntry> surface;
     std::vector<cResidueAtom*> buried;
     for (unsigned i = 0; i < atomCount; ++i) {
         if (atoms[i].asa != 0.0) {
             atoms[i].depthIndex = 0.0;
-            surface.push_back(atoms[i]);
+            surface.push_back(cCentreGrid::entryOf(atoms[i]));
         } else {
             buried.push_back(&atoms[i]);
         }
@@ -83,17 +74,12 @@ void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount) {
     if (surface.empty()) {
         return;
     }
-    sPoint maxPoint;
-    sPoint minPoint;
-    const auto surfaceCount = static_cast<unsigned>(surface.size());
-    setMinMaxPoints(surface.data(), surfaceCount, &maxPoint, &minPoint);
-    const cCentreGrid grid(surface.data(), surfaceCount, maxPoint, minPoint, surfaceCount);
-    tbb::this_task_arena::isolate([&] {
-        tbb::parallel_for(std::size_t{0}, buried.size(), [&](std::size_t i) {
-            double depth = 0.0;
-            grid.nearest(*buried[i], &depth);
-            buried[i]->depthIndex = std::min(depth, deepest);
-        });
+    const cCentreGrid grid(std::move(surface));
+    constexpr std::size_t atomsPerTask = 64;
+    inParallel(buried.size(), atomsPerTask, [&](std::size_t i) {
+        double depth = 0.0;
+        grid.nearest(*buried[i], &depth);
+        buried[i]->depthIndex = std::min(depth, deepest);
     });
 }
 

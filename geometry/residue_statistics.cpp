@@ -1,6 +1,7 @@
 // Depth and protrusion statistics of residues, and the chain- and structure-wide operations on
 // them.
 #include "geometry/atom_space_calculations.h"
+#include "geometry/in_parallel.h"
 #include "model/pdb_peptide.h"
 
 #include <algorithm>
@@ -121,31 +122,30 @@ void cChainResidue::setProtrusionIndexDeviation() {
 
 void cProteinChain::setDepthIndex() {
     calculateAtomDepthIndex(atoms, atomCount);
-    std::for_each(residues, residues + residueCount,
-                  [](cChainResidue& residue) { residue.setDepthIndex(); });
+    inParallel(residueCount, residuesPerTask, [&](std::size_t i) { residues[i].setDepthIndex(); });
 }
 
 void cProteinChain::setProtrusionIndex(double sphereRadius, double atomVolume) {
     calculateAtomProtrusionIndex(atoms, atomCount, maxPoint, minPoint, sphereRadius, atomVolume);
-    std::for_each(residues, residues + residueCount,
-                  [](cChainResidue& residue) { residue.setProtrusionIndex(); });
+    inParallel(residueCount, residuesPerTask,
+               [&](std::size_t i) { residues[i].setProtrusionIndex(); });
 }
 
 void cPdbPeptide::setDepthIndex() {
     calculateAtomDepthIndex(atoms.data(), static_cast<unsigned>(atoms.size()));
-    for (cChainResidue& residue : residues) {
-        if (residue.residueType != eResidueType::other) {
-            residue.setDepthIndex();
+    inParallel(residues.size(), residuesPerTask, [&](std::size_t i) {
+        if (residues[i].residueType != eResidueType::other) {
+            residues[i].setDepthIndex();
         }
-    }
+    });
 }
 
 void cPdbPeptide::setProtrusionIndex(double sphereRadius, double atomVolume) {
     calculateAtomProtrusionIndex(atoms.data(), static_cast<unsigned>(atoms.size()), maxPoint,
                                  minPoint, sphereRadius, atomVolume);
-    for (cChainResidue& residue : residues) {
-        if (residue.residueType != eResidueType::other) {
-            residue.setProtrusionIndex();
+    inParallel(residues.size(), residuesPerTask, [&](std::size_t i) {
+        if (residues[i].residueType != eResidueType::other) {
+            residues[i].setProtrusionIndex();
         }
-    }
+    });
 }

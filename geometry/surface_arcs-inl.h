@@ -1,9 +1,13 @@
 // The vectorised inner loops of the calculations, compiled once per instruction set.
 // No include guard: the dispatcher includes this file once for every target.
-#include "geometry/surface_kernel.h"
+#include "geometry/surface_loops.h"
 
 #include <hwy/contrib/math/math-inl.h>
 #include <hwy/highway.h>
+
+#include <array>
+#include <cmath>
+#include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
 namespace surface_arcs {
@@ -15,7 +19,7 @@ using cDoubles = hn::ScalableTag<double>;
 constexpr double pi = 3.141592653589793;
 constexpr double twoPi = 6.283185307179586;
 
-/// See countInRange() in the kernel's header. The squares are summed in the order of the plain form
+/// See countInRange(). The squares are summed in the order of the plain form
 /// and without fusing, so that the comparison is exact.
 unsigned countRun(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                   const sPoint& point, double squaredRange) {
@@ -36,15 +40,34 @@ unsigned countRun(const cCentreGrid::sColumns& columns, std::size_t first, std::
     return static_cast<unsigned>(count);
 }
 
-/// Calls `visit(position)` for every lane that the mask selects. Going through bits is faster than
-/// the compressing stores that some processors have in name only.
-template <class D, class M, class Visit>
-HWY_INLINE void forEachSelected(D d, M mask, std::size_t firstPosition, Visit visit) {
+/// Writes the lanes that the mask selects to consecutive places from `to` on, where there is room
+/// for a whole vector.
+template <class D, typename T>
+HWY_INLINE void storeSelected(D d, hn::Vec<D> values, hn::Mask<D> mask, T* to) {
+#if HWY_TARGET == HWY_AVX3
+    // The instruction itself: Highway's Compress() goes through a table for lanes of this size,
+    // which took ten times as long.
+    if constexpr (std::is_floating_point_v<T>) {
+        hn::StoreU(hn::Vec<D>{_mm512_maskz_compress_pd(mask.raw, values.raw)}, d, to);
+    } else {
+        hn::StoreU(hn::Vec<D>{_mm512_maskz_compress_epi64(mask.raw, values.raw)}, d, to);
+    }
+#else
+    alignas(64) std::array<T, widestVector> lanes;
+    hn::Store(values, d, lanes.data());
     std::uint8_t bytes[8] = {};
     hn::StoreMaskBits(d, mask, bytes);
     for (unsigned bits = bytes[0]; bits != 0; bits &= bits - 1U) {
-        visit(firstPosition + static_cast<unsigned>(__builtin_ctz(bits)));
+        *to++ = lanes[static_cast<unsigned>(__builtin_ctz(bits))];
     }
+#endif
+}
+
+/// The same for the places of the lanes, the first of which has the given place.
+template <class D>
+HWY_INLINE void storeSelectedPlaces(D, std::size_t first, hn::Mask<D> mask, std::uint64_t* to) {
+    const hn::RebindToUnsigned<D> u;
+    storeSelected(u, hn::Iota(u, first), hn::RebindMask(u, mask), to);
 }
 
 /// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the margin,
@@ -67,14 +90,16 @@ void findTouching(const cCentreGrid::sColumns& columns, std::size_t first, std::
         const auto isNear =
             hn::And(hn::Le(squared, hn::Mul(touching, touching)), hn::Gt(squared, zero));
         const auto mask = hn::And(hn::And(isNear, hn::Gt(enlarged, zero)), hn::FirstN(d, last - i));
-        forEachSelected(d, mask, i, [&](std::size_t position) {
-            const std::size_t at = scratch.count++;
-            scratch.position[at] = position;
-            scratch.towardsX[at] = columns.x[position] - atom.x;
-            scratch.towardsY[at] = columns.y[position] - atom.y;
-            scratch.z[at] = columns.z[position];
-            scratch.enlarged[at] = probe + columns.radius[position];
-        });
+        if (hn::AllFalse(d, mask)) {
+            continue;
+        }
+        const std::size_t at = scratch.count;
+        storeSelectedPlaces(d, i, mask, &scratch.position[at]);
+        storeSelected(d, towardsX, mask, &scratch.towardsX[at]);
+        storeSelected(d, towardsY, mask, &scratch.towardsY[at]);
+        storeSelected(d, z, mask, &scratch.z[at]);
+        storeSelected(d, enlarged, mask, &scratch.enlarged[at]);
+        scratch.count = at + hn::CountTrue(d, mask);
     }
 }
 
@@ -97,7 +122,7 @@ double prepareNeighbours(sSurfaceScratch& scratch) {
 
 /// Cosines of the half-angles that the neighbours cover of a circle with the given radius at the
 /// given height: below -1 a neighbour covers it wholly, above 1 not at all. Returns the smallest.
-double computeCosines(sSurfaceScratch& scratch, double height, double radius) {
+inline double computeCosines(sSurfaceScratch& scratch, double height, double radius) {
     const cDoubles d;
     const auto planeHeight = hn::Set(d, height);
     const auto squaredRadius = hn::Set(d, radius * radius);
@@ -116,7 +141,7 @@ double computeCosines(sSurfaceScratch& scratch, double height, double radius) {
 }
 
 /// Directions of all neighbours, radians in [-π, π].
-void computeAngles(sSurfaceScratch& scratch) {
+inline void computeAngles(sSurfaceScratch& scratch) {
     const cDoubles d;
     const auto zero = hn::Zero(d);
     for (std::size_t i = 0; i < scratch.padded; i += hn::Lanes(d)) {
@@ -134,32 +159,79 @@ void computeAngles(sSurfaceScratch& scratch) {
     }
 }
 
+/// Whether two arcs overlap or touch, from the cosines of their half-angles: whether the sum of the
+/// half-angles reaches the angle between their centres. The sine of that angle counts by its sign.
+inline bool linkHolds(double cosine, double nextCosine, double cosineToNext, double sineToNext) {
+    const bool isReflex = sineToNext < 0.0;
+    const bool isSumReflex = cosine + nextCosine < 0.0;
+    if (isSumReflex != isReflex) {
+        return isSumReflex;
+    }
+    // The cosine of the sum is the product of the cosines less that of the sines; the comparison
+    // with it is made without its root.
+    const double difference = cosine * nextCosine - cosineToNext;
+    const double squaredSines = (1.0 - cosine * cosine) * (1.0 - nextCosine * nextCosine);
+    const double squaredDifference = difference * difference;
+    return isReflex ? difference >= 0.0 && squaredSines <= squaredDifference
+                    : difference <= 0.0 || squaredSines >= squaredDifference;
+}
+
+/// Whether the ring that covered an earlier plane covers this one too.
+inline bool ringCovers(const sSurfaceScratch& scratch) {
+    const sArcRing& ring = scratch.ring;
+    if (ring.links == 0) {
+        return false;
+    }
+    double cosine = scratch.cosine[ring.neighbour[0]];
+    for (std::size_t i = 0; i < ring.links; ++i) {
+        const double next = scratch.cosine[ring.neighbour[i + 1]];
+        if (!(std::abs(cosine) < 1.0 - uncertainCosine) ||
+            !linkHolds(cosine, next, ring.cosineToNext[i], ring.sineToNext[i])) {
+            return false;
+        }
+        cosine = next;
+    }
+    return true;
+}
+
 /// Collects the neighbours that cover an arc of the plane's circle, padded with arcs of no width.
-/// Returns whether some cosine comes nearer than `uncertain` to 1 or -1.
-bool collectArcs(sSurfaceScratch& scratch, double uncertain) {
+/// Returns false when some cosine comes too near to 1 or -1.
+inline bool collectArcs(sSurfaceScratch& scratch) {
     const cDoubles d;
     const auto one = hn::Set(d, 1.0);
+    const auto uncertain = hn::Set(d, uncertainCosine);
     auto isUncertain = hn::FirstN(d, 0);
     std::size_t arcs = 0;
     for (std::size_t i = 0; i < scratch.padded; i += hn::Lanes(d)) {
         const auto cosine = hn::LoadU(d, &scratch.cosine[i]);
-        isUncertain = hn::Or(isUncertain,
-                             hn::Lt(hn::Abs(hn::Sub(hn::Abs(cosine), one)), hn::Set(d, uncertain)));
+        isUncertain =
+            hn::Or(isUncertain, hn::Lt(hn::Abs(hn::Sub(hn::Abs(cosine), one)), uncertain));
         const auto covers = hn::Lt(cosine, one);
-        forEachSelected(d, covers, i, [&](std::size_t neighbour) {
-            scratch.arcOwner[arcs] = neighbour;
-            scratch.arcCosine[arcs] = scratch.cosine[neighbour];
-            scratch.arcAngle[arcs] = scratch.angle[neighbour];
-            ++arcs;
-        });
+        storeSelectedPlaces(d, i, covers, &scratch.arcOwner[arcs]);
+        storeSelected(d, cosine, covers, &scratch.arcCosine[arcs]);
+        storeSelected(d, hn::LoadU(d, &scratch.angle[i]), covers, &scratch.arcAngle[arcs]);
+        arcs += hn::CountTrue(d, covers);
     }
     hn::StoreU(one, d, &scratch.arcCosine[arcs]);
     scratch.arcs = arcs;
-    return !hn::AllFalse(d, isUncertain);
+    return hn::AllFalse(d, isUncertain);
+}
+
+/// Position of a value that stands among the first `count`.
+inline std::size_t positionOf(const std::vector<double>& values, std::size_t count, double value) {
+    const cDoubles d;
+    const auto wanted = hn::Set(d, value);
+    for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+        const auto found = hn::FindFirstTrue(d, hn::Eq(hn::LoadU(d, &values[i]), wanted));
+        if (found >= 0) {
+            return i + static_cast<std::size_t>(found);
+        }
+    }
+    return 0;
 }
 
 /// Start and end of every arc, turned so that the widest arc is centred at 0.
-void computeArcs(sSurfaceScratch& scratch, double widestAngle) {
+inline void computeArcs(sSurfaceScratch& scratch, double widestAngle) {
     const cDoubles d;
     const auto one = hn::Set(d, 1.0);
     const auto origin = hn::Set(d, widestAngle);
@@ -178,7 +250,7 @@ void computeArcs(sSurfaceScratch& scratch, double widestAngle) {
 /// The angle that no arc covers, radians. The widest arc is centred at 0 with half-angle `half`, so
 /// no other arc needs to be followed across 0. Each step goes to the end of the arc that reaches
 /// furthest among those that begin within what is covered, or across the gap to the next arc.
-double sweepFreeAngle(sSurfaceScratch& scratch, double half) {
+inline double sweepFreeAngle(sSurfaceScratch& scratch, double half) {
     const cDoubles d;
     const double limit = twoPi - half;
     const auto to = hn::Set(d, limit);
@@ -207,6 +279,74 @@ double sweepFreeAngle(sSurfaceScratch& scratch, double half) {
     }
     return free;
 }
+
+/// Appends the link from the last neighbour of the ring to another, in turning order.
+inline void appendLink(sSurfaceScratch& scratch, std::size_t to) {
+    sArcRing& ring = scratch.ring;
+    const std::size_t from = ring.neighbour[ring.links];
+    const double x = scratch.towardsX[from];
+    const double y = scratch.towardsY[from];
+    const double nextX = scratch.towardsX[to];
+    const double nextY = scratch.towardsY[to];
+    ring.cosineToNext[ring.links] = (x * nextX + y * nextY) * 4.0 * scratch.halfOverDistance[from] *
+                                    scratch.halfOverDistance[to];
+    ring.sineToNext[ring.links] = x * nextY - y * nextX;
+    ring.neighbour[++ring.links] = to;
+}
+
+/// Remembers the arcs that a gapless sweep went along, the widest arc first. One arc alone is no
+/// ring: the angle from it to itself would read as nothing instead of a whole turn.
+inline void rememberRing(sSurfaceScratch& scratch, std::size_t widest) {
+    sArcRing& ring = scratch.ring;
+    ring.links = 0;
+    if (scratch.sweepEnds.empty() || scratch.sweepEnds.size() + 1 > longestRing) {
+        return;
+    }
+    ring.neighbour[0] = scratch.arcOwner[widest];
+    for (const double end : scratch.sweepEnds) {
+        appendLink(scratch, scratch.arcOwner[positionOf(scratch.arcEnd, scratch.arcs, end)]);
+    }
+    appendLink(scratch, ring.neighbour[0]);
+}
+
+/// What is free of a circle that some neighbour crosses.
+inline sFreeAngle freeAngleBetweenArcs(sSurfaceScratch& scratch, double smallestCosine) {
+    if (!scratch.anglesAreKnown) {
+        computeAngles(scratch);
+        scratch.anglesAreKnown = true;
+    }
+    if (!collectArcs(scratch)) {
+        return {eSlice::uncertain, 0};
+    }
+    const std::size_t widest = positionOf(scratch.arcCosine, scratch.arcs, smallestCosine);
+    computeArcs(scratch, scratch.arcAngle[widest]);
+    const double free = 1000.0 * sweepFreeAngle(scratch, scratch.arcEnd[widest]);
+    if (free < 1.0 - angleError) {
+        rememberRing(scratch, widest);
+        return {eSlice::covered, 0};
+    }
+    const double whole = std::floor(free);
+    if (free - whole < angleError || whole + 1.0 - free < angleError) {
+        return {eSlice::uncertain, 0};
+    }
+    return {eSlice::exposed, static_cast<int>(whole)};
+}
+
+/// See sSurfaceLoops.
+sFreeAngle freeAngle(sSurfaceScratch& scratch, double height, double radius) {
+    const double smallestCosine = computeCosines(scratch, height, radius);
+    // Gaps that an inexact cosine hides are far below the last digit that counts.
+    if (smallestCosine < -1.0 - uncertainCosine || ringCovers(scratch)) {
+        return {eSlice::covered, 0};
+    }
+    if (smallestCosine > 1.0 + uncertainCosine) {
+        return {eSlice::untouched, 0};
+    }
+    return freeAngleBetweenArcs(scratch, smallestCosine);
+}
+
+constexpr sSurfaceLoops loops{HWY_STR(HWY_NAMESPACE), countRun, findTouching, prepareNeighbours,
+                              freeAngle};
 
 } // namespace HWY_NAMESPACE
 } // namespace surface_arcs

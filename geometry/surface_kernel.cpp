@@ -1,11 +1,4 @@
-// Dispatch per instruction set: the loops are included once for every target.
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "geometry/surface_arcs-inl.h"
-#include <hwy/foreach_target.h>
-
-#include "geometry/surface_arcs-inl.h"
-
-#if HWY_ONCE
+#include "geometry/surface_kernel.h"
 
 #include "geometry/circles.h"
 #include "geometry/slice_plane.h"
@@ -13,21 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace surface_arcs {
-HWY_EXPORT(countRun);
-HWY_EXPORT(findTouching);
-HWY_EXPORT(prepareNeighbours);
-HWY_EXPORT(computeCosines);
-HWY_EXPORT(computeAngles);
-HWY_EXPORT(collectArcs);
-HWY_EXPORT(computeArcs);
-HWY_EXPORT(sweepFreeAngle);
-} // namespace surface_arcs
-
 namespace {
 
-/// Widest vector that any instruction set has, in doubles.
-constexpr std::size_t vectorLanes = 8;
 /// The largest atom radius that neighbour queries allow for, Å.
 constexpr double largestRadius = 2.0;
 /// By how much spheres may be apart and still be looked at, Å.
@@ -37,16 +17,9 @@ constexpr double touchingMargin = 1e-6;
 // others are good to 1e-10.
 constexpr double smallestCircle = 0.05;
 constexpr double smallestAxisDistance = 0.01;
-// Where a cosine comes nearer than this to 1 or -1, rounding decides whether circles touch or
-// enclose each other; such slices are left to the plain form, too.
-constexpr double uncertainCosine = 1e-6;
-// Bound on the error of a free angle, in units of its last digit that counts (0.001 rad).
-constexpr double angleError = 1e-4;
-
-constexpr std::size_t longestRing = 12;
 
 std::size_t paddedSize(std::size_t count) {
-    return (count + vectorLanes - 1) / vectorLanes * vectorLanes;
+    return (count + widestVector - 1) / widestVector * widestVector;
 }
 
 /// Fills the places behind the last neighbour with neighbours that cover nothing.
@@ -60,68 +33,10 @@ void padNeighbours(sSurfaceScratch& scratch) {
     }
 }
 
-/// Whether two arcs whose centres are the link's angle apart overlap or touch, from the cosines of
-/// their half-angles alone.
-bool linkHolds(const sSurfaceScratch::sLink& link, double cosine, double nextCosine) {
-    const bool sumIsAboveHalfTurn = cosine + nextCosine < 0.0;
-    if (sumIsAboveHalfTurn != link.isReflex) {
-        return sumIsAboveHalfTurn;
-    }
-    const double sines = std::sqrt((1.0 - cosine * cosine) * (1.0 - nextCosine * nextCosine));
-    const double cosineOfSum = cosine * nextCosine - sines;
-    return link.isReflex ? cosineOfSum >= link.cosineToNext : cosineOfSum <= link.cosineToNext;
-}
-
-/// Whether the ring that covered an earlier plane covers this one too.
-bool ringCovers(const sSurfaceScratch& scratch) {
-    const auto& ring = scratch.ring;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const double cosine = scratch.cosine[ring[i].neighbour];
-        const double nextCosine = scratch.cosine[ring[i + 1 < ring.size() ? i + 1 : 0].neighbour];
-        if (!(std::abs(cosine) < 1.0 - uncertainCosine) ||
-            !linkHolds(ring[i], cosine, nextCosine)) {
-            return false;
-        }
-    }
-    return !ring.empty();
-}
-
-/// The link from one neighbour to the next in turning order.
-sSurfaceScratch::sLink linkBetween(const sSurfaceScratch& scratch, std::size_t from,
-                                   std::size_t to) {
-    const double x = scratch.towardsX[from];
-    const double y = scratch.towardsY[from];
-    const double nextX = scratch.towardsX[to];
-    const double nextY = scratch.towardsY[to];
-    const double overDistances =
-        4.0 * scratch.halfOverDistance[from] * scratch.halfOverDistance[to];
-    return {from, (x * nextX + y * nextY) * overDistances, x * nextY - y * nextX < 0.0};
-}
-
-/// Remembers the arcs that a gapless sweep went along, the widest arc first. One arc alone is no
-/// ring: the angle from it to itself would read as nothing instead of a whole turn.
-void rememberRing(sSurfaceScratch& scratch, std::size_t widest) {
-    scratch.ring.clear();
-    if (scratch.sweepEnds.empty() || scratch.sweepEnds.size() + 1 > longestRing) {
-        return;
-    }
-    std::size_t from = scratch.arcOwner[widest];
-    const std::size_t start = from;
-    const auto arcEnds = scratch.arcEnd.begin();
-    for (const double end : scratch.sweepEnds) {
-        const auto arc =
-            std::find(arcEnds, arcEnds + static_cast<std::ptrdiff_t>(scratch.arcs), end);
-        const std::size_t to = scratch.arcOwner[static_cast<std::size_t>(arc - arcEnds)];
-        scratch.ring.push_back(linkBetween(scratch, from, to));
-        from = to;
-    }
-    scratch.ring.push_back(linkBetween(scratch, from, start));
-}
-
 } // namespace
 
 void sSurfaceScratch::reserve(std::size_t neighbours) {
-    const std::size_t needed = neighbours + 2 * vectorLanes;
+    const std::size_t needed = neighbours + 2 * widestVector;
     if (needed <= capacity) {
         return;
     }
@@ -136,11 +51,11 @@ void sSurfaceScratch::reserve(std::size_t neighbours) {
 
 unsigned countInRange(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                       const sPoint& point, double squaredRange) {
-    return HWY_DYNAMIC_DISPATCH(surface_arcs::countRun)(columns, first, last, point, squaredRange);
+    return surfaceLoops().countRun(columns, first, last, point, squaredRange);
 }
 
 cSurfaceKernel::cSurfaceKernel(const cCentreGrid& atomGrid, double probeRadius, double zSlice)
-    : grid(atomGrid), probe(probeRadius), slice(zSlice),
+    : grid(atomGrid), loops(surfaceLoops()), probe(probeRadius), slice(zSlice),
       reach(2.0 * probeRadius + 2.0 * largestRadius + 1.0) {
     for (const cCentreGrid::sEntry& entry : grid.entriesInCellOrder()) {
         largestEnlarged = std::max(largestEnlarged, probe + entry.radius);
@@ -152,23 +67,22 @@ void cSurfaceKernel::gatherTouching(const cCentreGrid::sEntry& atom,
     scratch.count = 0;
     scratch.anglesAreKnown = false;
     scratch.allNeighboursAreKnown = false;
-    scratch.ring.clear();
+    scratch.ring.links = 0;
     const double touchingReach = probe + atom.radius + largestEnlarged + 1000.0 * touchingMargin;
     const auto box = grid.cellsAround(atom.x, atom.y, atom.z, std::min(reach, touchingReach));
     const cCentreGrid::sEntry* const entries = grid.entriesInCellOrder().data();
     grid.forEachRun(box, [&](const cCentreGrid::sEntry* first, const cCentreGrid::sEntry* last) {
         scratch.reserve(scratch.count + static_cast<std::size_t>(last - first));
-        HWY_DYNAMIC_DISPATCH(surface_arcs::findTouching)
-        (grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
-         static_cast<std::size_t>(last - entries), atom, probe, touchingMargin, scratch);
+        loops.findTouching(grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
+                           static_cast<std::size_t>(last - entries), atom, probe, touchingMargin,
+                           scratch);
     });
     scratch.reserve(scratch.count);
     if (4.0 * probe < 2.0 * touchingMargin) {
         dropNonNeighbours(atom, scratch);
     }
     padNeighbours(scratch);
-    scratch.hasCoaxialNeighbour =
-        HWY_DYNAMIC_DISPATCH(surface_arcs::prepareNeighbours)(scratch) < smallestAxisDistance;
+    scratch.hasCoaxialNeighbour = loops.prepareNeighbours(scratch) < smallestAxisDistance;
 }
 
 /// Almost without a probe the margin is wider than the range of a neighbour query: who is outside
@@ -248,45 +162,21 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sE
     if (scratch.hasCoaxialNeighbour || plane.circleRadius < smallestCircle) {
         return plainArea(plane, atom, scratch);
     }
-    const double smallestCosine = HWY_DYNAMIC_DISPATCH(surface_arcs::computeCosines)(
-        scratch, plane.height, plane.circleRadius);
-    // Gaps that an inexact cosine hides are far below the last digit that counts.
-    if (smallestCosine < -1.0 - uncertainCosine || ringCovers(scratch)) {
+    const sFreeAngle free = loops.freeAngle(scratch, plane.height, plane.circleRadius);
+    constexpr int fullTurn = 6283;
+    switch (free.slice) {
+    case eSlice::covered:
         return 0.0;
+    case eSlice::exposed:
+        return plane.areaOf(free.thousandths / 1000.0 * plane.circleRadius);
+    case eSlice::untouched:
+        return meetsAnyNeighbour(plane, atom, scratch)
+                   ? plane.areaOf(fullTurn / 1000.0 * plane.circleRadius)
+                   : 0.0;
+    case eSlice::uncertain:
+        break;
     }
-    if (smallestCosine > 1.0 + uncertainCosine) {
-        constexpr double fullTurn = 6283 / 1000.0;
-        return meetsAnyNeighbour(plane, atom, scratch) ? plane.areaOf(fullTurn * plane.circleRadius)
-                                                       : 0.0;
-    }
-    return arcArea(plane, atom, scratch);
-}
-
-/// The area of a slice whose circle some neighbour crosses.
-double cSurfaceKernel::arcArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
-                               sSurfaceScratch& scratch) const {
-    if (!scratch.anglesAreKnown) {
-        HWY_DYNAMIC_DISPATCH(surface_arcs::computeAngles)(scratch);
-        scratch.anglesAreKnown = true;
-    }
-    if (HWY_DYNAMIC_DISPATCH(surface_arcs::collectArcs)(scratch, uncertainCosine)) {
-        return plainArea(plane, atom, scratch);
-    }
-    const auto cosines = scratch.arcCosine.begin();
-    const auto widest = static_cast<std::size_t>(
-        std::min_element(cosines, cosines + static_cast<std::ptrdiff_t>(scratch.arcs)) - cosines);
-    HWY_DYNAMIC_DISPATCH(surface_arcs::computeArcs)(scratch, scratch.arcAngle[widest]);
-    const double free = 1000.0 * HWY_DYNAMIC_DISPATCH(surface_arcs::sweepFreeAngle)(
-                                     scratch, scratch.arcEnd[widest]);
-    if (free < 1.0 - angleError) {
-        rememberRing(scratch, widest);
-        return 0.0;
-    }
-    const double whole = std::floor(free);
-    if (free - whole < angleError || whole + 1.0 - free < angleError) {
-        return plainArea(plane, atom, scratch);
-    }
-    return plane.areaOf(whole / 1000.0 * plane.circleRadius);
+    return plainArea(plane, atom, scratch);
 }
 
 double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const {
@@ -304,5 +194,3 @@ double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& 
     }
     return area;
 }
-
-#endif // HWY_ONCE

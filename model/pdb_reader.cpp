@@ -1,202 +1,100 @@
-// Reading PDB text into a structure; columns are those of the PDB format, counted from 0.
+// Reading PDB text into a structure, several runs of its lines side by side.
 #include "model/addition.h"
+#include "model/pdb_lines.h"
 #include "model/pdb_peptide.h"
 #include "model/string_operation.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
+#include <atomic>
 #include <istream>
-#include <string_view>
-#include <unordered_map>
+#include <iterator>
+#include <utility>
+
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
 
 namespace {
 
-struct sField {
-    std::size_t offset;
-    std::size_t length;
-};
-
-constexpr sField serialField{6, 5};
-constexpr sField atomNameField{12, 4};
-constexpr sField residueNameField{17, 3};
-constexpr sField chainIdField{21, 1};
-constexpr sField residueNumberField{22, 5};
-constexpr std::array<sField, 3> coordinateFields{{{30, 8}, {38, 8}, {46, 8}}};
-constexpr sField entryCodeField{62, 4};
-
-constexpr std::size_t shortestRecord = 6;
-constexpr std::size_t shortestAtomRecord = 54;
-constexpr std::size_t shortestHeader = 66;
-
-constexpr double missingRadius = 1.6;
-constexpr double missingOxtRadius = 1.4;
-
-std::string_view fieldText(const std::string& line, sField field) {
-    return std::string_view(line).substr(field.offset, field.length);
-}
-
-std::string_view trimmedField(const std::string& line, sField field) {
-    return trimmedView(fieldText(line, field));
-}
-
-bool isMetal(std::string_view atomName) {
-    return atomName == "CU" || atomName == "FE" || atomName == "MG" || atomName == "ZN";
-}
-
-/// Looks radii up by the raw name columns of a line. Structures name the same few hundred atoms
-/// over and over, so the answer for each spelling is worked out once.
-class cRadiusLookup {
+/// Puts runs of lines together to a structure. Residues and chains are recorded by their counts;
+/// the structure links them to its lists when everything is read and no list grows any more.
+class cPdbAssembly {
   public:
-    cRadiusLookup(const std::map<std::string, double>& radiiTable, std::set<std::string>& missing)
-        : radii(radiiTable), missingRadii(missing) {}
-
-    double radiusOf(const std::string& line) {
-        const std::uint64_t spelling = packed(line);
-        const auto known = answers.find(spelling);
-        if (known != answers.end()) {
-            return known->second;
-        }
-        const double radius =
-            lookUp(trimmedField(line, residueNameField), trimmedField(line, atomNameField));
-        answers.emplace(spelling, radius);
-        return radius;
-    }
-
-  private:
-    static std::uint64_t packed(const std::string& line) {
-        std::uint64_t bytes = 0;
-        for (const sField field : {residueNameField, atomNameField}) {
-            for (const char c : fieldText(line, field)) {
-                bytes = bytes << 8U | static_cast<unsigned char>(c);
-            }
-        }
-        return bytes;
-    }
-
-    double lookUp(std::string_view residueName, std::string_view atomName) {
-        std::string key(residueName);
-        key.append("_").append(atomName);
-        const auto entry = radii.find(key);
-        if (entry != radii.end()) {
-            return entry->second;
-        }
-        if (atomName == "OXT") {
-            return missingOxtRadius;
-        }
-        missingRadii.insert(std::move(key));
-        return missingRadius;
-    }
-
-    const std::map<std::string, double>& radii;
-    std::set<std::string>& missingRadii;
-    std::unordered_map<std::uint64_t, double> answers;
-};
-
-/// The state of one pass over a file. Residues and chains are recorded by their counts; the
-/// structure links them to its lists when the pass is over and no list grows any more.
-class cPdbReader {
-  public:
-    cPdbReader(cPdbPeptide& target, const std::map<std::string, double>& radiiTable,
-               std::set<std::string>& missing)
-        : peptide(target), radii(radiiTable, missing) {
+    cPdbAssembly(cPdbPeptide& target, std::set<std::string>& missing)
+        : peptide(target), missingRadii(missing) {
         createAminoAcidNamesSet(aminoAcids);
         createNucleicAcidNamesSet(nucleicAcids);
     }
 
-    /// Returns false when the line is in error.
-    bool readLine(const std::string& line) {
-        if (line.size() < shortestRecord) {
-            return true;
+    /// Appends what follows in the file, unless it has ended.
+    void append(sPdbLines lines) {
+        if (hasEnded()) {
+            return;
         }
-        if (line.compare(0, 4, "ATOM") == 0) {
-            return readAtom(line);
+        end = lines.end;
+        lineCount += lines.lineCount;
+        missingRadii.merge(lines.missingRadii);
+        const std::size_t firstAtom = peptide.atoms.size();
+        auto header = lines.headers.cbegin();
+        for (const sPdbLines::sBreak& place : lines.breaks) {
+            for (; header != lines.headers.cend() && header->atom <= place.atom; ++header) {
+                peptide.name = header->entryCode;
+            }
+            takeBreak(place, firstAtom + place.atom, lines.atoms[place.atom].atomName);
         }
-        if (line.compare(0, 6, "HEADER") == 0) {
-            return readHeader(line);
+        for (; header != lines.headers.cend(); ++header) {
+            peptide.name = header->entryCode;
         }
-        if (line.compare(0, 6, "HETATM") == 0) {
-            return readHeteroAtom(line);
-        }
-        return true;
+        moveAppend(peptide.atoms, lines.atoms);
+        moveAppend(peptide.heteroAtoms, lines.heteroAtoms);
     }
 
-    void finish() {
+    /// After an END record or a line in error.
+    bool hasEnded() const { return end != sPdbLines::eEnd::none; }
+
+    /// Closes the last residue and chain. Returns 0, or the number of the line in error, and then
+    /// closes nothing.
+    int finish() {
+        if (end == sPdbLines::eEnd::badLine) {
+            return lineCount;
+        }
         if (!peptide.atoms.empty()) {
             closeResidue(peptide.atoms.size());
             closeChain(peptide.atoms.size());
         }
+        return 0;
     }
 
   private:
-    bool readHeader(const std::string& line) {
-        if (line.size() < shortestHeader) {
-            return false;
-        }
-        peptide.name = fieldText(line, entryCodeField);
-        return true;
+    static void moveAppend(std::vector<cResidueAtom>& to, std::vector<cResidueAtom>& from) {
+        to.insert(to.end(), std::make_move_iterator(from.begin()),
+                  std::make_move_iterator(from.end()));
     }
 
-    bool readHeteroAtom(const std::string& line) {
-        if (line.size() < shortestAtomRecord) {
-            return false;
-        }
-        const std::string_view atomName = trimmedField(line, atomNameField);
-        if (isMetal(atomName)) {
-            peptide.heteroAtoms.push_back(atomFrom(line, atomName, 0.0));
-        }
-        return true;
-    }
-
-    bool readAtom(const std::string& line) {
-        if (line.size() < shortestAtomRecord) {
-            return false;
-        }
-        // A missing radius is listed even when the line turns out to be in error.
-        const double radius = radii.radiusOf(line);
-        const bool isPlain =
-            std::all_of(coordinateFields.begin(), coordinateFields.end(),
-                        [&](sField field) { return isPlainDecimal(trimmedField(line, field)); });
-        if (!isPlain) {
-            return false;
-        }
-        const std::string_view chainId = fieldText(line, chainIdField);
-        std::string_view atomName = trimmedField(line, atomNameField);
-        if (atomName == "N" && !equalIgnoringCase(chainId, currentChainId)) {
+    /// `atom` counts from the beginning of the file.
+    void takeBreak(const sPdbLines::sBreak& place, std::size_t atom, std::string& atomName) {
+        const std::string chainId(1, place.chainId);
+        const bool isNewChain = !equalIgnoringCase(chainId, currentChainId);
+        if (atomName == "N" && isNewChain) {
             atomName = "NXT";
         }
-        if (isFirstAtom) {
-            beginResidue(line);
+        if (atom == 0) {
+            beginResidue(place);
             currentChainId = chainId;
-            isFirstAtom = false;
+            return;
         }
-        const bool isNewChain = !equalIgnoringCase(chainId, currentChainId);
-        if (isNewChain ||
-            !equalIgnoringCase(trimmedField(line, residueNumberField), currentResidueNumber)) {
-            closeResidue(peptide.atoms.size());
-            beginResidue(line);
+        if (isNewChain || !equalIgnoringCase(place.residueNumber, currentResidueNumber)) {
+            closeResidue(atom);
+            beginResidue(place);
         }
         if (isNewChain) {
-            closeChain(peptide.atoms.size());
+            closeChain(atom);
             currentChainId = chainId;
         }
-        peptide.atoms.push_back(atomFrom(line, atomName, radius));
-        return true;
     }
 
-    static cResidueAtom atomFrom(const std::string& line, std::string_view atomName,
-                                 double radius) {
-        return {std::string(atomName),
-                std::string(trimmedField(line, serialField)),
-                toNumber(fieldText(line, coordinateFields[0])),
-                toNumber(fieldText(line, coordinateFields[1])),
-                toNumber(fieldText(line, coordinateFields[2])),
-                radius};
-    }
-
-    void beginResidue(const std::string& line) {
-        currentResidueName = trimmedField(line, residueNameField);
-        currentResidueNumber = trimmedField(line, residueNumberField);
+    void beginResidue(const sPdbLines::sBreak& place) {
+        currentResidueName = place.residueName;
+        currentResidueNumber = place.residueNumber;
     }
 
     void closeResidue(std::size_t endAtom) {
@@ -223,29 +121,61 @@ class cPdbReader {
     }
 
     cPdbPeptide& peptide;
-    cRadiusLookup radii;
+    std::set<std::string>& missingRadii;
     std::set<std::string> aminoAcids;
     std::set<std::string> nucleicAcids;
     std::string currentResidueName;
     std::string currentResidueNumber;
     std::string currentChainId;
-    bool isFirstAtom = true;
+    sPdbLines::eEnd end = sPdbLines::eEnd::none;
+    int lineCount = 0;
     std::size_t residueBegin = 0;
     std::size_t chainBegin = 0;
     std::size_t chainFirstResidue = 0;
+};
+
+/// Hands a stream out in runs of whole lines.
+class cLineRuns {
+  public:
+    explicit cLineRuns(std::istream& source) : in(source) {}
+
+    /// The next run; empty at the end of the stream.
+    std::string next() {
+        std::string run = std::move(begun);
+        begun.clear();
+        while (in) {
+            const std::size_t searched = run.size();
+            run.resize(searched + usualLength);
+            in.read(run.data() + searched, usualLength);
+            run.resize(searched + static_cast<std::size_t>(in.gcount()));
+            const std::size_t lineEnd = in ? run.find_last_of('\n') : std::string::npos;
+            if (lineEnd != std::string::npos && lineEnd >= searched) {
+                begun = run.substr(lineEnd + 1);
+                run.resize(lineEnd + 1);
+                break;
+            }
+        }
+        return run;
+    }
+
+  private:
+    static constexpr std::streamsize usualLength = 1 << 15;
+    std::istream& in;
+    std::string begun; // the line that the last run broke off in
 };
 
 /// Room for as many atoms as a stream of this length can hold, so that the list never has to be
 /// moved to a larger place while both copies stand in memory. Room that is never used costs
 /// nothing.
 void reserveFor(std::istream& in, cPdbPeptide& peptide) {
+    constexpr std::size_t shortestAtomLine = 55; // with its line feed
     constexpr std::size_t usualAtoms = 100000;
     constexpr std::size_t usualResidues = 25000;
     std::size_t atoms = usualAtoms;
     in.seekg(0, std::ios::end);
     const std::streamoff length = in.tellg();
     if (length > 0) {
-        atoms = static_cast<std::size_t>(length) / (shortestAtomRecord + 1) + 1;
+        atoms = static_cast<std::size_t>(length) / shortestAtomLine + 1;
     }
     in.clear();
     in.seekg(0);
@@ -253,22 +183,45 @@ void reserveFor(std::istream& in, cPdbPeptide& peptide) {
     peptide.residues.reserve(std::min(atoms, usualResidues));
 }
 
+/// Reads, parses and puts together at the same time, several runs being parsed side by side. Few
+/// runs are under way at a time: of a file of many models only the first is wanted.
+void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly) {
+    constexpr std::size_t runsUnderWay = 16;
+    cLineRuns runs(in);
+    std::atomic<bool> hasEnded = false;
+    const auto takeRun = [&](tbb::flow_control& control) {
+        std::string run = hasEnded ? std::string() : runs.next();
+        if (run.empty()) {
+            control.stop();
+        }
+        return run;
+    };
+    const auto parse = [&](const std::string& run) { return parsePdbLines(run, radii); };
+    const auto append = [&](sPdbLines lines) {
+        assembly.append(std::move(lines));
+        hasEnded = assembly.hasEnded();
+    };
+    // Isolated, so that a thread that waits here never starts on another file.
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_pipeline(
+            runsUnderWay,
+            tbb::make_filter<void, std::string>(tbb::filter_mode::serial_in_order, takeRun) &
+                tbb::make_filter<std::string, sPdbLines>(tbb::filter_mode::parallel, parse) &
+                tbb::make_filter<sPdbLines, void>(tbb::filter_mode::serial_in_order, append));
+    });
+}
+
 } // namespace
 
 int cPdbPeptide::loadFromStream(std::istream& in, std::map<std::string, double> radii,
                                 std::set<std::string>& missingRadii) {
     reserveFor(in, *this);
-    cPdbReader reader(*this, radii, missingRadii);
-    int lineNumber = 0;
-    std::string line;
-    while (std::getline(in, line) && line.compare(0, 3, "END") != 0) {
-        ++lineNumber;
-        if (!reader.readLine(line)) {
-            rebuildLinks();
-            return lineNumber;
-        }
+    cPdbAssembly assembly(*this, missingRadii);
+    readAll(in, radii, assembly);
+    if (const int badLine = assembly.finish(); badLine != 0) {
+        rebuildLinks();
+        return badLine;
     }
-    reader.finish();
     rebuildLinks();
     for (cProteinChain& chain : chains) {
         setMinMaxPoints(chain.atoms, chain.atomCount, &chain.maxPoint, &chain.minPoint);

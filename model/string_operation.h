@@ -1,6 +1,7 @@
 // String helpers of the readers: trimming, splitting, comparing and locale-free numbers.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ bool equalIgnoringCase(std::string_view a, std::string_view b);
 /// Whether the whole text is a plain decimal number: an optional sign, digits with at most one
 /// point among them, the last character a digit. No exponent, no blanks.
 bool isPlainDecimal(std::string_view text);
+/// The value of a plain decimal number, correctly rounded; nothing for any other text.
+std::optional<double> plainDecimal(std::string_view text);
 
 /// What strtod reads in the C locale, whatever locale the process runs in: the toolkit switches to
 /// the user's, where a decimal comma would cut every number short.

@@ -79,8 +79,12 @@ void cAnalysisRun::releaseFile() {
     tableFile.close();
 }
 
+bool cAnalysisRun::isStopWanted() const {
+    return isInterruptionRequested() || (stopFlag != nullptr && *stopFlag);
+}
+
 bool cAnalysisRun::mayGoOn() {
-    if (isInterruptionRequested() || (stopFlag != nullptr && *stopFlag)) {
+    if (isStopWanted()) {
         return false;
     }
     if (QThread::currentThread() == this) {
@@ -95,7 +99,7 @@ bool cAnalysisRun::mayGoOn() {
 
 void cAnalysisRun::send(Qt::GlobalColor colour, const QString& text) {
     cStatusMessage message(colour, text);
-    emit sendStatusMessage(message);
+    Q_EMIT sendStatusMessage(message);
 }
 
 cAnalysisRun::eLoad cAnalysisRun::loadPeptide(std::ifstream& in, const QString& path,

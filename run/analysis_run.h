@@ -64,6 +64,8 @@ class cAnalysisRun : public QThread {
     /// A safe point: false when the work is to be given up at once. On the worker thread a pending
     /// termination takes effect here; nothing is half done that the stack does not undo.
     bool mayGoOn();
+    /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
+    bool isStopWanted() const;
     void send(Qt::GlobalColor colour, const QString& text);
 
     enum class eLoad { loaded, failed };

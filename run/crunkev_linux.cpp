@@ -1,5 +1,6 @@
 #include "run/crunkev_linux.h"
 
+#include "geometry/in_parallel.h"
 #include "run/file_path.h"
 
 #include <fstream>
@@ -139,30 +140,37 @@ bool cRunKEV::analyseBound() {
 
 bool cRunKEV::analyseChains() {
     cPdbPeptide& peptide = *currentPeptide;
-    for (std::size_t i = 0; i < peptide.chains.size(); ++i) {
-        if (!mayGoOn()) {
-            return false;
-        }
-        if (calculateAsa) {
-            // Asked for once per chain, computed once: the areas stay current in between.
-            peptide.setAccessibleSurfaceAreaUnbound(solventRadius, zSlice);
-        }
-        // A copy shares the residues, so what is computed stays there.
-        cProteinChain chain(peptide.chains[i]);
-        if (calculateRelativeAsa) {
-            chain.setRelativeAccessibleSurfaceArea(standardAsa);
-        }
-        if (calculateDepth) {
-            chain.setDepthIndex();
-        }
-        if (calculateProtrusion) {
-            chain.setProtrusionIndex(cxThreshold, cxAtomVolume);
-        }
+    if (!mayGoOn()) {
+        return false;
     }
+    if (calculateAsa) {
+        peptide.setAccessibleSurfaceAreaUnbound(solventRadius, zSlice);
+    }
+    if (!mayGoOn()) {
+        return false;
+    }
+    inParallel(peptide.chains.size(), 1, [&](std::size_t i) {
+        if (!isStopWanted()) {
+            analyseChain(peptide.chains[i]);
+        }
+    });
     if (calculateHydrophobicity) {
         peptide.setHydrophobicity(hydrophobicity);
     }
     return mayGoOn();
+}
+
+/// Works on a copy: it shares the residues, so what is computed stays there.
+void cRunKEV::analyseChain(cProteinChain chain) const {
+    if (calculateRelativeAsa) {
+        chain.setRelativeAccessibleSurfaceArea(standardAsa);
+    }
+    if (calculateDepth) {
+        chain.setDepthIndex();
+    }
+    if (calculateProtrusion) {
+        chain.setProtrusionIndex(cxThreshold, cxAtomVolume);
+    }
 }
 
 bool cRunKEV::writeReports(const QString& reportBase, const std::string& analysisType) {

@@ -49,13 +49,14 @@ class cRunKEV : public cAnalysisRun {
   private:
     bool analyseBound();
     bool analyseChains();
+    void analyseChain(cProteinChain chain) const;
     bool writeReports(const QString& reportBase, const std::string& analysisType);
     void writeTableHeader(std::string& text, const cPdbPeptide& peptide,
                           const std::string& analysisType) const;
     void writeColumnTitles(std::string& text) const;
-    void writeTableRow(std::string& text, const cProteinChain& chain,
-                       const cChainResidue& residue) const;
-    void writeResidueXml(cXmlWriter& writer, const cChainResidue& residue, int indent) const;
+    void appendTableRow(std::string& text, const cProteinChain& chain,
+                        const cChainResidue& residue) const;
+    void appendResidueXml(std::string& text, const cChainResidue& residue, int indent) const;
 
     QStringList inputFiles;
     QString outputDirectory;

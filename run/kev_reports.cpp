@@ -1,11 +1,15 @@
 // The reports of the structure module: cRunKEV's XML documents and tables.
 #include "run/crunkev_linux.h"
+#include "run/report_blocks.h"
 #include "run/report_namespaces.h"
 #include "run/table_number.h"
+#include "xml/xml_lines.h"
 #include "xml/xml_text.h"
 
 #include <array>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -54,38 +58,45 @@ void writeText(cXmlWriter& writer, const char* name, const std::string& text, in
 }
 
 /// Five areas; mind that non-polar comes before polar here, unlike in the tables.
-void writeAreaGroup(cXmlWriter& writer, const char* name, const std::array<double, 5>& areas,
-                    int indent) {
-    writer.writeStart(name, indent);
-    writer.writeElement("total", areas[0], indent + 2);
-    writer.writeElement("backbone", areas[1], indent + 2);
-    writer.writeElement("side_chain", areas[2], indent + 2);
-    writer.writeElement("non_polar", areas[3], indent + 2);
-    writer.writeElement("polar", areas[4], indent + 2);
-    writer.writeEnd(name, indent, true);
+void appendAreaGroup(std::string& text, const char* name, const std::array<double, 5>& areas,
+                     int indent) {
+    appendXmlStart(text, name, indent);
+    appendXmlElement(text, "total", areas[0], indent + 2);
+    appendXmlElement(text, "backbone", areas[1], indent + 2);
+    appendXmlElement(text, "side_chain", areas[2], indent + 2);
+    appendXmlElement(text, "non_polar", areas[3], indent + 2);
+    appendXmlElement(text, "polar", areas[4], indent + 2);
+    appendXmlEnd(text, name, indent, true);
 }
 
 template <typename Owner>
-void writeAreas(cXmlWriter& writer, const Owner& owner, int indent) {
-    writeAreaGroup(
-        writer, "asa",
+void appendAreaElements(std::string& text, const Owner& owner, int indent) {
+    appendAreaGroup(
+        text, "asa",
         {owner.totalAsa, owner.backboneAsa, owner.sideChainAsa, owner.nonPolarAsa, owner.polarAsa},
         indent);
 }
 
-void writeStatistics(cXmlWriter& writer, const char* name, const std::array<double, 6>& values,
-                     int indent) {
+template <typename Owner>
+void writeAreas(cXmlWriter& writer, const Owner& owner, int indent) {
+    std::string text;
+    appendAreaElements(text, owner, indent);
+    writer.writeText(text);
+}
+
+void appendStatistics(std::string& text, const char* name, const std::array<double, 6>& values,
+                      int indent) {
     constexpr std::array<const char*, 6> names{"average",
                                                "average_deviation",
                                                "average_side_chain",
                                                "average_side_chain_deviation",
                                                "maximum",
                                                "minimum"};
-    writer.writeStart(name, indent);
+    appendXmlStart(text, name, indent);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        writer.writeElement(names[i], values[i], indent + 2);
+        appendXmlElement(text, names[i], values[i], indent + 2);
     }
-    writer.writeEnd(name, indent, true);
+    appendXmlEnd(text, name, indent, true);
 }
 
 std::array<double, 6> depthStatistics(const cChainResidue& residue) {
@@ -160,9 +171,12 @@ void cRunKEV::writeChainAttributeXml(cXmlWriter& writer, cProteinChain& chain, b
         writeAreas(writer, chain, base + 2);
     }
     writer.writeStart("residues", base + 2);
-    for (unsigned i = 0; i < chain.residueCount; ++i) {
-        writeResidueXml(writer, chain.residues[i], base + 4);
-    }
+    inBlocks(
+        chain.residueCount,
+        [&](std::string& text, std::size_t i) {
+            appendResidueXml(text, chain.residues[i], base + 4);
+        },
+        [&](std::string_view text) { writer.writeText(text); });
     writer.writeEnd("residues", base + 2, true);
     if (standalone) {
         writer.writeEnd("cProteinChain", 0, true);
@@ -171,30 +185,30 @@ void cRunKEV::writeChainAttributeXml(cXmlWriter& writer, cProteinChain& chain, b
     }
 }
 
-void cRunKEV::writeResidueXml(cXmlWriter& writer, const cChainResidue& residue, int indent) const {
-    writer.writeStart("residue", indent);
-    writeText(writer, "name", residue.residueName, indent + 2);
-    writeText(writer, "serial_id", residue.residueNumber, indent + 2);
+void cRunKEV::appendResidueXml(std::string& text, const cChainResidue& residue, int indent) const {
+    appendXmlStart(text, "residue", indent);
+    appendXmlElement(text, "name", escapedXmlText(residue.residueName), indent + 2);
+    appendXmlElement(text, "serial_id", escapedXmlText(residue.residueNumber), indent + 2);
     if (writeAsa) {
-        writeAreas(writer, residue, indent + 2);
+        appendAreaElements(text, residue, indent + 2);
     }
     if (calculateRelativeAsa) {
-        writeAreaGroup(writer, "relative_asa",
-                       {residue.relativeTotalAsa, residue.relativeBackboneAsa,
-                        residue.relativeSideChainAsa, residue.relativeNonPolarAsa,
-                        residue.relativePolarAsa},
-                       indent + 2);
+        appendAreaGroup(text, "relative_asa",
+                        {residue.relativeTotalAsa, residue.relativeBackboneAsa,
+                         residue.relativeSideChainAsa, residue.relativeNonPolarAsa,
+                         residue.relativePolarAsa},
+                        indent + 2);
     }
     if (calculateDepth) {
-        writeStatistics(writer, "depth_index", depthStatistics(residue), indent + 2);
+        appendStatistics(text, "depth_index", depthStatistics(residue), indent + 2);
     }
     if (calculateProtrusion) {
-        writeStatistics(writer, "protrusion_index", protrusionStatistics(residue), indent + 2);
+        appendStatistics(text, "protrusion_index", protrusionStatistics(residue), indent + 2);
     }
     if (calculateHydrophobicity) {
-        writer.writeElement("hydrophobicity", residue.hydrophobicity, indent + 2);
+        appendXmlElement(text, "hydrophobicity", residue.hydrophobicity, indent + 2);
     }
-    writer.writeEnd("residue", indent, true);
+    appendXmlEnd(text, "residue", indent, true);
 }
 
 void cRunKEV::writePeptideAttributeTable(QTextStream& stream, cPdbPeptide& peptide,
@@ -203,22 +217,22 @@ void cRunKEV::writePeptideAttributeTable(QTextStream& stream, cPdbPeptide& pepti
     std::string text;
     writeTableHeader(text, peptide, analysisType);
     writeColumnTitles(text);
-    // Rows are put together here and handed on in blocks: padding field by field in the stream
-    // would take several times as long for the same bytes.
-    constexpr std::size_t blockSize = 1 << 16;
-    const auto handOn = [&] {
-        writeBytes(stream, text);
-        text.clear();
-    };
+    writeBytes(stream, text);
+    std::vector<std::pair<const cProteinChain*, const cChainResidue*>> rows;
+    rows.reserve(peptide.residues.size());
     for (const cProteinChain& chain : peptide.chains) {
         for (unsigned i = 0; i < chain.residueCount; ++i) {
-            writeTableRow(text, chain, chain.residues[i]);
-            if (text.size() >= blockSize) {
-                handOn();
-            }
+            rows.emplace_back(&chain, &chain.residues[i]);
         }
     }
-    handOn();
+    // Rows are put together and handed on in blocks: padding field by field in the stream would
+    // take several times as long for the same bytes.
+    inBlocks(
+        rows.size(),
+        [&](std::string& block, std::size_t i) {
+            appendTableRow(block, *rows[i].first, *rows[i].second);
+        },
+        [&](std::string_view block) { writeBytes(stream, block); });
 }
 
 void cRunKEV::writeTableHeader(std::string& text, const cPdbPeptide& peptide,
@@ -281,8 +295,8 @@ void cRunKEV::writeColumnTitles(std::string& text) const {
     text += '\n';
 }
 
-void cRunKEV::writeTableRow(std::string& text, const cProteinChain& chain,
-                            const cChainResidue& residue) const {
+void cRunKEV::appendTableRow(std::string& text, const cProteinChain& chain,
+                             const cChainResidue& residue) const {
     // One less than its title: readers of these tables expect it so.
     appendLabel(text, chain.chainId, narrowWidth - 1);
     if (writeAsa) {

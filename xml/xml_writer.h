@@ -31,15 +31,15 @@ class cXmlWriter : public std::ofstream {
                 return;
             }
         }
-        writeIndent(indent);
-        writeTag("<", name, "");
+        writeStartTag(name, indent);
         *this << value;
-        writeTag("</", name, "\n");
+        writeEnd(name, 0, true);
     }
+    /// Lines that were put together elsewhere.
+    void writeText(std::string_view text);
 
   private:
     bool hasDefaultFormat() const;
     void writeNumber(std::string_view name, double value, int indent);
-    void writeIndent(int indent);
-    void writeTag(std::string_view opening, std::string_view name, std::string_view lineEnd);
+    void writeStartTag(std::string_view name, int indent);
 };

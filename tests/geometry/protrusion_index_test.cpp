@@ -1,10 +1,10 @@
 // Protrusion index: how much of a sphere around each atom its neighbours leave empty.
 #include "geometry/atom_space_calculations.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/geometry/only_loops.h"
 
 #include <gtest/gtest.h>
 
-#include <hwy/targets.h>
 #include <tbb/global_control.h>
 
 #include <unistd.h>
@@ -153,13 +153,10 @@ TEST(ProtrusionIndex, EveryInstructionSetAndNumberOfThreadsCountTheSame) {
     for (std::size_t i = 0; i < atoms.size(); ++i) {
         ASSERT_EQ(indices[i], expectedProtrusion(atoms, i, 10.0, 20.1));
     }
-    for (std::int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
-        hwy::SetSupportedTargetsForTest(targets & -targets);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        EXPECT_EQ(protrusionsOf(atoms, 10.0, 20.1), indices) << hwy::TargetName(targets & -targets);
-        hwy::SetSupportedTargetsForTest(0);
+    for (std::size_t place = 0; place < availableSurfaceLoops().size(); ++place) {
+        const cOnlyLoops only(place);
+        EXPECT_EQ(protrusionsOf(atoms, 10.0, 20.1), indices) << only.name();
     }
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
     const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, 1);
     EXPECT_EQ(protrusionsOf(atoms, 10.0, 20.1), indices);
 }

@@ -3,11 +3,11 @@
 #include "geometry/atom_grid.h"
 #include "geometry/atom_space_calculations.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/geometry/only_loops.h"
 #include "tests/support/reference_surface.h"
 
 #include <gtest/gtest.h>
 
-#include <hwy/targets.h>
 #include <tbb/global_control.h>
 
 #include <algorithm>
@@ -810,36 +810,21 @@ TEST(FreeSurface, PlaneExactlyAtAPoleIsNotMet) {
 
 // Instruction sets and threads
 
-/// Lets the calculations use one instruction set only, for its own lifetime.
-class cOnlyTarget {
-  public:
-    explicit cOnlyTarget(std::int64_t target) {
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-    ~cOnlyTarget() {
-        hwy::SetSupportedTargetsForTest(0);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-    cOnlyTarget(const cOnlyTarget&) = delete;
-    cOnlyTarget& operator=(const cOnlyTarget&) = delete;
-};
-
 TEST(FastSurface, EveryInstructionSetGivesTheSameBits) {
     const tAtoms sample = samplePeptide("1ubq").atoms;
     const tAtoms cloud = randomCloud(3, 500, 18.0);
     const tAreas sampleAreas = plainAreas(sample, probe, 0.25);
     const tAreas cloudAreas = plainAreas(cloud, probe, 0.25);
-    for (std::int64_t targets = hwy::SupportedTargets(); targets != 0; targets &= targets - 1) {
-        const std::int64_t target = targets & -targets;
-        const cOnlyTarget only(target);
-        EXPECT_EQ(fastAreas(sample, probe, 0.25), sampleAreas) << hwy::TargetName(target);
-        EXPECT_EQ(fastAreas(cloud, probe, 0.25), cloudAreas) << hwy::TargetName(target);
+    ASSERT_FALSE(availableSurfaceLoops().empty());
+    for (std::size_t place = 0; place < availableSurfaceLoops().size(); ++place) {
+        const cOnlyLoops only(place);
+        EXPECT_EQ(fastAreas(sample, probe, 0.25), sampleAreas) << only.name();
+        EXPECT_EQ(fastAreas(cloud, probe, 0.25), cloudAreas) << only.name();
         for (unsigned seed = 0; seed < 500; ++seed) {
             areasBothWays(nearlyTouching(seed, 0.5), 0.0, 0.5);
         }
         if (HasFailure()) {
-            FAIL() << hwy::TargetName(target);
+            FAIL() << only.name();
         }
     }
 }

@@ -1,0 +1,25 @@
+// Loops over independent items on all threads of the current arena.
+#pragma once
+
+#include <cstddef>
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
+
+/// So many residues are worth a task when each costs little.
+constexpr std::size_t residuesPerTask = 128;
+
+/// Calls `work(i)` for 0 <= i < `count`, at least `grain` of them on one thread. Isolated, so that
+/// a thread that waits here never starts on another structure.
+template <typename Work>
+void inParallel(std::size_t count, std::size_t grain, Work work) {
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, grain),
+                          [&](const tbb::blocked_range<std::size_t>& range) {
+                              for (std::size_t i = range.begin(); i < range.end(); ++i) {
+                                  work(i);
+                              }
+                          });
+    });
+}

@@ -1,0 +1,101 @@
+// The vectorised loops of the calculations, one set of them per instruction set.
+#pragma once
+
+#include "geometry/atom_grid.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+/// Widest vector that any instruction set has, in doubles.
+constexpr std::size_t widestVector = 8;
+/// More arcs than this are not remembered.
+constexpr std::size_t longestRing = 12;
+
+// Where a cosine comes nearer than this to 1 or -1, rounding decides whether circles touch or
+// enclose each other; such slices are left to the plain form.
+constexpr double uncertainCosine = 1e-6;
+// Bound on the error of a free angle, in units of its last digit that counts (0.001 rad).
+constexpr double angleError = 1e-4;
+
+/// A ring of arcs that covered an earlier plane wholly, in turning order, with the angle from each
+/// to the next. It often covers the next plane as well.
+struct sArcRing {
+    std::size_t links = 0;
+    std::array<std::size_t, longestRing + 1> neighbour{}; ///< the first stands at the end again
+    std::array<double, longestRing> cosineToNext{};
+    std::array<double, longestRing> sineToNext{}; ///< to scale only: its sign counts
+};
+
+/// Arrays that one thread reuses from atom to atom. The touching neighbours of an atom and the arcs
+/// of a plane stand in one array per quantity, padded to whole vectors with what covers nothing.
+struct sSurfaceScratch {
+    /// Makes room for this many neighbours and a whole vector behind them.
+    void reserve(std::size_t neighbours);
+
+    std::size_t capacity = 0;
+    std::size_t count = 0;  ///< touching neighbours of the current atom
+    std::size_t padded = 0; ///< the same, rounded up to whole vectors
+    bool hasCoaxialNeighbour = false;
+    bool anglesAreKnown = false;
+
+    std::vector<std::uint64_t> position;    ///< of the neighbour in the grid's order
+    std::vector<double> towardsX, towardsY; ///< from the atom to the neighbour in the plane, Å
+    std::vector<double> z;                  ///< height of the neighbour, Å
+    std::vector<double> enlarged;           ///< radius plus probe, Å
+    std::vector<double> offset;           ///< squared planar distance minus squared enlarged radius
+    std::vector<double> halfOverDistance; ///< 1 / (2 planar distance)
+    std::vector<double> angle;            ///< direction of the neighbour, radians
+    std::vector<double> cosine;           ///< of the covered half-angle in the current plane
+
+    std::size_t arcs = 0; ///< of the current plane
+    std::vector<std::uint64_t> arcOwner;
+    std::vector<double> arcCosine, arcAngle, arcStart, arcEnd;
+    std::vector<double> sweepEnds; ///< where the last sweep got to, step by step
+
+    sArcRing ring;
+
+    std::vector<cCentreGrid::sEntry> allNeighbours;
+    bool allNeighboursAreKnown = false;
+};
+
+/// How the neighbours that touch an atom cover its circle in one plane.
+enum class eSlice {
+    covered,
+    exposed,   ///< at least 0.001 rad are free
+    untouched, ///< by the neighbours at hand
+    uncertain, ///< rounding decides: left to the plain form
+};
+
+struct sFreeAngle {
+    eSlice slice;
+    int thousandths; ///< of a radian that are free, if exposed
+};
+
+/// The loops as compiled for one instruction set. Their results are the same in all.
+struct sSurfaceLoops {
+    std::string_view instructionSet;
+
+    /// See countInRange().
+    unsigned (*countRun)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
+                         const sPoint& point, double squaredRange);
+    /// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the
+    /// margin (Å), to the scratch arrays, which have room for the whole run.
+    void (*findTouching)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
+                         const cCentreGrid::sEntry& atom, double probe, double margin,
+                         sSurfaceScratch& scratch);
+    /// Computes what does not change from plane to plane. Returns the smallest planar distance, Å.
+    double (*prepareNeighbours)(sSurfaceScratch& scratch);
+    /// What the touching neighbours leave free of a circle of this radius around the atom at this
+    /// height (Å).
+    sFreeAngle (*freeAngle)(sSurfaceScratch& scratch, double height, double radius);
+};
+
+/// Those that this processor can run, the fastest first.
+const std::vector<sSurfaceLoops>& availableSurfaceLoops();
+/// The loops in use: the fastest, unless a test chose others.
+const sSurfaceLoops& surfaceLoops();
+/// Only for tests, while no calculation runs: uses those of this place in the list.
+void chooseSurfaceLoops(std::size_t place);

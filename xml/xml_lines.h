@@ -1,0 +1,16 @@
+// XML elements as lines of text, one per line and indented, for putting reports together in memory.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Nothing is escaped. A negative indentation is none.
+
+/// `indent` blanks, the name between angle brackets, a line end.
+void appendXmlStart(std::string& text, std::string_view name, int indent);
+/// The end tag; without `newLine` the next text continues on its line.
+void appendXmlEnd(std::string& text, std::string_view name, int indent, bool newLine);
+/// Start tag, value and end tag on one line.
+void appendXmlElement(std::string& text, std::string_view name, std::string_view value, int indent);
+/// A number as a stream writes it by default: six significant digits.
+void appendXmlElement(std::string& text, std::string_view name, double value, int indent);
