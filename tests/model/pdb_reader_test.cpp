@@ -606,6 +606,86 @@ TEST(PdbReader, DecimalPointIsAPointInEveryLocale) {
     EXPECT_EQ(reading.peptide.heteroAtoms.at(0).x, 2.5);
 }
 
+// Long files, which are read in pieces
+
+struct sLongFile {
+    std::string text;
+    tTexts atomNames;
+    tTexts residueNumbers;
+    std::string chainIds;
+    tTexts chainNames; ///< entry codes in force when the chains were closed
+};
+
+/// Chains of 97 atoms, residues of 7; a header now and then, a metal and a short line between.
+sLongFile longFile(std::size_t atoms) {
+    sLongFile file;
+    std::string code = "0XYZ";
+    for (std::size_t i = 0; i < atoms; ++i) {
+        const char chain = static_cast<char>('A' + i / 97 % 26);
+        const bool opensChain = i % 97 == 0;
+        const std::string number = std::to_string(i % 97 / 7 + 1);
+        if (opensChain && i > 0) {
+            file.chainNames.push_back(code);
+        }
+        if (i % 500 == 3) {
+            code = std::to_string(i / 500 % 10) + "ABC";
+            file.text +=
+                headerLine(code) + sAtomLine{.record = "HETATM", .name = "ZN"}.line() + "X\n";
+        }
+        const std::string name = i % 7 == 0 ? "N" : "C" + std::to_string(i % 7);
+        file.text += sAtomLine{.name = name, .chain = chain, .number = number}.line();
+        file.atomNames.push_back(opensChain && name == "N" ? "NXT" : name);
+        if (opensChain) {
+            file.chainIds += chain;
+        }
+        if (i % 97 % 7 == 0) {
+            file.residueNumbers.push_back(number);
+        }
+    }
+    file.chainNames.push_back(code);
+    return file;
+}
+
+TEST(PdbReader, LinesMeanTheSameWhereverTheyStandInALongFile) {
+    const sLongFile file = longFile(3000);
+    ASSERT_GT(file.text.size(), 150'000U);
+    for (std::size_t shift = 0; shift < 240; shift += 3) {
+        const sReading reading = readPdb("REMARK" + std::string(shift, ' ') + "\n" + file.text);
+        ASSERT_EQ(reading.result, 0) << shift;
+        ASSERT_EQ(atomNames(reading.peptide), file.atomNames) << shift;
+        ASSERT_EQ(residueNumbers(reading.peptide), file.residueNumbers) << shift;
+        ASSERT_EQ(chainIds(reading.peptide), file.chainIds) << shift;
+        ASSERT_EQ(reading.peptide.heteroAtoms.size(), 6U) << shift;
+        for (std::size_t i = 0; i < reading.peptide.chains.size(); ++i) {
+            ASSERT_EQ(reading.peptide.chains[i].peptideName, file.chainNames[i]) << shift;
+        }
+    }
+}
+
+TEST(PdbReader, NothingBehindTheEndOfALongFileCounts) {
+    const std::string atom = sAtomLine{.name = "CA"}.line();
+    const std::string unknown = sAtomLine{.name = "XX"}.line();
+    for (const std::size_t before : {1U, 400U, 600U, 1000U, 5000U}) {
+        std::string text;
+        for (std::size_t i = 0; i < before; ++i) {
+            text += atom;
+        }
+        std::string behind;
+        for (std::size_t i = 0; i < 3000; ++i) {
+            behind += unknown;
+        }
+        const sReading ended = readPdb(text + "ENDMDL\n" + behind, {{"ALA_CA", 1.87}});
+        EXPECT_EQ(ended.result, 0);
+        EXPECT_EQ(ended.peptide.atoms.size(), before);
+        EXPECT_TRUE(ended.missing.empty());
+        const sReading broken =
+            readPdb(text + sAtomLine{.name = "CA", .x = "bad"}.line() + behind, {{"ALA_CA", 1.87}});
+        EXPECT_EQ(broken.result, static_cast<int>(before) + 1);
+        EXPECT_EQ(broken.peptide.atoms.size(), before);
+        EXPECT_TRUE(broken.missing.empty());
+    }
+}
+
 // Real entries
 
 TEST(PdbReader, SampleEntriesAreReadWhole) {

@@ -1,0 +1,59 @@
+// Reports put together in blocks, several at a time: every item once, and in order.
+#include "run/report_blocks.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace {
+
+TEST(ReportBlocks, EveryItemComesOnceAndInOrder) {
+    for (const std::size_t count : {0U, 1U, 31U, 32U, 33U, 64U, 10'000U}) {
+        std::string expected;
+        for (std::size_t i = 0; i < count; ++i) {
+            expected += std::to_string(i) + '\n';
+        }
+        std::string text;
+        inBlocks(
+            count, [](std::string& block, std::size_t i) { block += std::to_string(i) + '\n'; },
+            [&](std::string_view block) { text += block; });
+        EXPECT_EQ(text, expected);
+    }
+}
+
+TEST(ReportBlocks, FewBlocksStandInMemoryAtATime) {
+    std::atomic<int> waiting = 0;
+    std::atomic<int> most = 0;
+    inBlocks(
+        100'000,
+        [&](std::string& block, std::size_t) {
+            if (block.empty()) {
+                const int now = ++waiting;
+                int seen = most;
+                while (now > seen && !most.compare_exchange_weak(seen, now)) {
+                }
+            }
+            block += 'x';
+        },
+        [&](std::string_view) { --waiting; });
+    EXPECT_EQ(waiting, 0);
+    EXPECT_LE(most, 64);
+    EXPECT_GE(most, 1);
+}
+
+TEST(ReportBlocks, ErrorOfAnItemComesOut) {
+    EXPECT_THROW(inBlocks(
+                     1000,
+                     [](std::string&, std::size_t i) {
+                         if (i == 500) {
+                             throw std::runtime_error("no more");
+                         }
+                     },
+                     [](std::string_view) {}),
+                 std::runtime_error);
+}
+
+} // namespace
