@@ -5,7 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian packages: to build and run, and to test.
 build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6 libgl-dev libtbb-dev libhwy-dev)
-test_packages=(libgtest-dev libbenchmark-dev libxml2-utils freesasa xvfb xdotool xkb-data fonts-dejavu-core)
+test_packages=(libgtest-dev libbenchmark-dev libxml2-utils freesasa time xvfb xdotool xkb-data fonts-dejavu-core)
 
 is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
