@@ -15,15 +15,6 @@ QString directoryOf(const QString& path) {
     return QFileInfo(path).absolutePath();
 }
 
-/// Every line of a list file is a path.
-QStringList pathsIn(std::istream& in) {
-    QStringList paths;
-    for (std::string line; std::getline(in, line);) {
-        paths.append(pathFromBytes(line));
-    }
-    return paths;
-}
-
 } // namespace
 
 void kelmo::on_pushButtonKEVFileOpen_clicked() {

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <istream>
+#include <string>
 #include <vector>
 
 namespace {
@@ -100,4 +102,12 @@ void cInputList::refreshMarks() {
         setMark(*display->item(row), icon, reason);
     }
     countLabel->setText(countText(files.size(), marked));
+}
+
+QStringList pathsIn(std::istream& in) {
+    QStringList paths;
+    for (std::string line; std::getline(in, line);) {
+        paths.append(pathFromBytes(line));
+    }
+    return paths;
 }

@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+#include <iosfwd>
+
 class QLabel;
 class QListWidget;
 
@@ -26,3 +28,6 @@ class cInputList {
     QListWidget* display = nullptr;
     QLabel* countLabel = nullptr;
 };
+
+/// The paths of a list file, or of the end of a settings file: every line is one, as it stands.
+QStringList pathsIn(std::istream& in);

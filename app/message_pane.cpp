@@ -44,6 +44,30 @@ void removeOldest(QTextDocument& document) {
     oldest.removeSelectedText();
 }
 
+/// The text with line feeds in lines that are too long: laying out a paragraph takes time that
+/// grows with the square of its length, and a message that names every atom of a file can be a
+/// megabyte.
+QString inShownParagraphs(const QString& text) {
+    constexpr qsizetype longestLine = 4000;
+    if (text.size() <= longestLine) {
+        return text;
+    }
+    QString broken;
+    qsizetype lineLength = 0;
+    for (const QChar character : text) {
+        // Between words, if there are any, and never within a character of two units.
+        const bool isBreak = (lineLength >= longestLine && character.isSpace()) ||
+                             (lineLength >= 2 * longestLine && !character.isLowSurrogate());
+        if (isBreak && character != u'\n') {
+            broken += u'\n';
+            lineLength = 0;
+        }
+        broken += character;
+        lineLength = character == u'\n' ? 0 : lineLength + 1;
+    }
+    return broken;
+}
+
 QTextCharFormat formatOf(const QTextBrowser& pane, const QColor& colour) {
     QTextCharFormat format;
     format.setForeground(colour);
@@ -99,7 +123,7 @@ void appendMessages(QTextBrowser& pane, std::span<const cStatusMessage> messages
             cursor.insertBlock(band, format);
         }
         isFirst = false;
-        cursor.insertText(message.text, format);
+        cursor.insertText(inShownParagraphs(message.text), format);
     }
     cursor.endEditBlock();
     if (anchor != position) {

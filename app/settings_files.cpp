@@ -41,11 +41,7 @@ void loadSettings(const QString& fileName, std::span<const formField> fields,
         }
         setField(field, line);
     }
-    QStringList paths;
-    while (std::getline(in, line)) {
-        paths.append(pathFromBytes(line));
-    }
-    inputFiles.append(paths);
+    inputFiles.append(pathsIn(in));
 }
 
 } // namespace

@@ -134,25 +134,28 @@ class cPdbAssembly {
     std::size_t chainFirstResidue = 0;
 };
 
-/// Hands a stream out in runs of whole lines.
+/// Hands a stream out in runs of whole lines. Of a line that is longer than a run only the columns
+/// that mean something are kept, so that a file without line ends needs no memory.
 class cLineRuns {
   public:
     explicit cLineRuns(std::istream& source) : in(source) {}
 
     /// The next run; empty at the end of the stream.
     std::string next() {
-        std::string run = std::move(begun);
-        begun.clear();
+        std::string run = std::exchange(begun, {});
         while (in) {
             const std::size_t searched = run.size();
             run.resize(searched + usualLength);
             in.read(run.data() + searched, usualLength);
             run.resize(searched + static_cast<std::size_t>(in.gcount()));
-            const std::size_t lineEnd = in ? run.find_last_of('\n') : std::string::npos;
-            if (lineEnd != std::string::npos && lineEnd >= searched) {
+            const std::size_t lineEnd = run.rfind('\n');
+            if (in && lineEnd != std::string::npos) {
                 begun = run.substr(lineEnd + 1);
                 run.resize(lineEnd + 1);
                 break;
+            }
+            if (lineEnd == std::string::npos) {
+                run.resize(std::min(run.size(), columnsKept));
             }
         }
         return run;
@@ -160,6 +163,7 @@ class cLineRuns {
 
   private:
     static constexpr std::streamsize usualLength = 1 << 15;
+    static constexpr std::size_t columnsKept = 128; // the last that is read is the 66th
     std::istream& in;
     std::string begun; // the line that the last run broke off in
 };

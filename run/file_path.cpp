@@ -77,7 +77,8 @@ std::string pathToBytes(const QString& path) {
 }
 
 QString displayedPath(const QString& path) {
-    return QString::fromUtf8(QByteArray::fromStdString(pathToBytes(path)));
+    constexpr QChar byteOrderMark(0xFEFF); // takes no room, so that two names would look the same
+    return textFromUtf8(pathToBytes(path)).replace(byteOrderMark, QChar::ReplacementCharacter);
 }
 
 bool openRegularFile(std::ifstream& in, const QString& path) {

@@ -14,7 +14,7 @@ QString pathFromBytes(std::string_view bytes);
 /// The bytes of a path made by pathFromBytes or by the toolkit.
 std::string pathToBytes(const QString& path);
 
-/// The path for people: what is no UTF-8 shows as the replacement character.
+/// The path for people: what is no UTF-8 shows as the replacement character, a byte order mark too.
 QString displayedPath(const QString& path);
 
 /// Opens a regular file for reading; anything else (a directory, a pipe, a device) is refused,

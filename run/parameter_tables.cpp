@@ -32,11 +32,26 @@ QString invalidPathText(const char* table) {
         .arg(QString::fromLatin1(table));
 }
 
+/// An atom is cut into slices from pole to pole, so that the work grows with its radius without
+/// end. Beads of the coarsest models are smaller.
+constexpr double largestRadius = 100.0; // Å
+
+QString tooLargeText(const std::map<std::string, double>& radii) {
+    for (const auto& [name, radius] : radii) {
+        if (radius > largestRadius) {
+            return QStringLiteral("The radius of %1 in radii file is larger than %2 Å!")
+                .arg(QString::fromStdString(name).simplified())
+                .arg(largestRadius);
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 QString readRadiiTable(std::istream& in, std::map<std::string, double>& radii) {
     const int badLine = getVdWrRadii(in, radii);
-    return badLine != 0 ? badLineText("Radii", badLine) : QString();
+    return badLine != 0 ? badLineText("Radii", badLine) : tooLargeText(radii);
 }
 
 QString readStandardAsaTable(std::istream& in, std::map<std::string, sAsa>& standards) {

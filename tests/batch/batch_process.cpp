@@ -144,8 +144,10 @@ sProcessOutcome cBatchProcess::finish() {
     while (readSome()) {
     }
     int status = 0;
-    if (::waitpid(process, &status, 0) == process) {
+    rusage usage{};
+    if (::wait4(process, &status, 0, &usage) == process) {
         outcome.exitStatus = exitStatusFrom(status);
+        outcome.peakMemory = static_cast<std::size_t>(usage.ru_maxrss) * 1024;
     }
     process = -1;
     std::rewind(output);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cmath>
 #include <fstream>
 #include <limits>
@@ -11,7 +13,9 @@
 #include <map>
 #include <set>
 #include <sstream>
+#include <streambuf>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -579,6 +583,50 @@ TEST(PdbReader, LinesOfAMegabyteAreLinesLikeOthers) {
     EXPECT_EQ(readPdb("REMARK\n" + sAtomLine{.z = "x"}.text() + megabyte).result, 2);
     EXPECT_EQ(readPdb("ATOM  " + std::string(1U << 20U, ' ')).result, 1);
     EXPECT_EQ(readPdb(std::string(1U << 20U, '\0')).result, 0);
+}
+
+/// A stream of good lines, then zeros without a line end, far more than there is memory for them.
+class cEndlessLine : public std::streambuf {
+  public:
+    cEndlessLine(std::string beginning, std::size_t zeroBlocks)
+        : text(std::move(beginning)), blocksLeft(zeroBlocks) {
+        setg(text.data(), text.data(), text.data() + text.size());
+    }
+
+  protected:
+    int_type underflow() override {
+        if (blocksLeft-- == 0) {
+            blocksLeft = 0;
+            return traits_type::eof();
+        }
+        text.assign(1U << 20U, '\0');
+        setg(text.data(), text.data(), text.data() + text.size());
+        return 0;
+    }
+    pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
+        return 0;
+    }
+    pos_type seekpos(pos_type, std::ios_base::openmode) override { return 0; }
+
+  private:
+    std::string text;
+    std::size_t blocksLeft;
+};
+
+TEST(PdbReader, LineOfGigabytesNeedsNoMemory) {
+    const std::string atom = sAtomLine{}.line();
+    cEndlessLine buffer(atom + atom + sAtomLine{.number = "7"}.text(), 3000);
+    std::istream in(&buffer);
+    std::set<std::string> missing;
+    cPdbPeptide peptide;
+    rusage before{};
+    rusage after{};
+    ::getrusage(RUSAGE_SELF, &before);
+    EXPECT_EQ(peptide.loadFromStream(in, {}, missing), 0);
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(peptide.atoms.size(), 3U);
+    EXPECT_EQ(residueNumbers(peptide), (tTexts{"1", "7"}));
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "KiB";
 }
 
 TEST(PdbReader, ZeroBytesEndNothing) {

@@ -95,6 +95,13 @@ TEST(FilePath, DisplayShowsTheReplacementCharacter) {
     EXPECT_EQ(displayedPath(QStringLiteral("/in/1abc.pdb")), QStringLiteral("/in/1abc.pdb"));
 }
 
+TEST(FilePath, DisplayShowsAByteOrderMarkAsTheReplacementCharacter) {
+    for (const std::string name : {"\xEF\xBB\xBF.pdb", "\xEF\xBB\xBF\xFF.pdb"}) {
+        const QString shown = displayedPath(pathFromBytes(name));
+        EXPECT_EQ(shown, QString(shown.size() - 4, QChar::ReplacementCharacter) + ".pdb");
+    }
+}
+
 TEST(FilePath, RegularFilesAreOpenedWhateverTheirName) {
     const cScratchDirectory scratch;
     for (const std::string name : {"plain.pdb", "caf\xC3\xA9.pdb", "bad\xFF\xC3.pdb", "a\nb.pdb"}) {

@@ -83,6 +83,14 @@ TEST(ParameterTableMessages, FaultyLineIsNamed) {
               "Hydrophobicity file not properly formatted!\nError in line: 22");
 }
 
+TEST(ParameterTableMessages, RadiusWhoseSlicesHaveNoEndIsRefused) {
+    EXPECT_EQ(radiiMessage("ALA_CA  100\nALA_N   0\nALA_C   -1\n"), "");
+    EXPECT_EQ(radiiMessage("ALA_N   1.65\nALA_CA  100.001\n"),
+              "The radius of ALA_CA in radii file is larger than 100 \xC3\x85!");
+    EXPECT_EQ(radiiMessage("ALA_CA  1" + std::string(400, '0') + "\n"),
+              "The radius of ALA_CA in radii file is larger than 100 \xC3\x85!");
+}
+
 TEST(ParameterTableMessages, LineOfTheContactRulesThatEndsEarlyIsNamed) {
     const std::string rule = "ASP   6  OD1  ARG   9  NH1   4.00     3\n";
     EXPECT_EQ(rulesMessage("header\n" + rule + rule + "\n"),

@@ -1,0 +1,159 @@
+// Every file of the catalogue through the reader and through both workers with everything on.
+#include "tests/catalogue/odd_inputs.h"
+#include "tests/model/pdb_lines.h"
+#include "tests/run/message_log.h"
+#include "tests/run/run_test_tools.h"
+#include "tests/xml/scratch_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+
+/// What the test programs show of a parameter.
+static void PrintTo(const sOddInput& input, std::ostream* out) {
+    *out << input.name;
+}
+
+namespace {
+
+constexpr eInteractionCriterion criteria[] = {maximumDistance, prism, dovreth, vorda};
+
+class OddInput : public testing::TestWithParam<sOddInput> {
+  protected:
+    OddInput() { writeContent(file, input().bytes); }
+
+    static const sOddInput& input() { return GetParam(); }
+    static bool isAnalysed() { return input().faultyLine == 0 && input().atoms > 0; }
+
+    /// The messages that the file must cause, with what the module says before and after.
+    std::vector<std::string> expectedMessages(const std::string& subject,
+                                              const std::string& unknown) const {
+        std::vector<std::string> lines{"black: Analysing " + subject + " of peptide from " + file +
+                                       "..."};
+        if (input().faultyLine != 0) {
+            lines.push_back("red: There was an error in PDB file " + file + " at line " +
+                            std::to_string(input().faultyLine));
+            return lines;
+        }
+        if (input().atoms == 0) {
+            lines.push_back("red: No atoms found in PDB file " + file);
+            return lines;
+        }
+        if (!unknown.empty()) {
+            lines.push_back("yellow: The following radii were not found in radii file: " + unknown);
+        }
+        std::string end = subject + " of peptide from " + file + " analyzed";
+        end.front() = static_cast<char>(std::toupper(end.front()));
+        lines.push_back("black: " + end);
+        return lines;
+    }
+
+    /// The names without a radius as a message shows them: bytes that are no UTF-8 are replaced.
+    static std::string shownUnknown(const char* separator) {
+        return QString::fromStdString(input().unknown).replace(u' ', separator).toStdString();
+    }
+
+    void expectOutcome(cAnalysisRun& run, const QString& stamp,
+                       const std::vector<std::string>& messages) const {
+        const cMessageLog log(run);
+        EXPECT_EQ(run.analyseFile(QString::fromStdString(file), stamp),
+                  isAnalysed() ? eFileOutcome::analysed : eFileOutcome::failed);
+        EXPECT_EQ(log.lines(), messages);
+        EXPECT_TRUE(run.unwrittenReports().isEmpty());
+    }
+
+    /// So many whole reports and nothing else.
+    void expectReports(std::size_t count, bool areTextsEscaped) const {
+        std::vector<std::string> documents;
+        for (const std::string& name : namesIn(output.path())) {
+            if (name.ends_with(".xml")) {
+                documents.push_back(output.file(name));
+            }
+        }
+        EXPECT_EQ(namesIn(output.path()).size(), isAnalysed() ? count : 0);
+        EXPECT_EQ(documents.size(), isAnalysed() ? count / 2 : 0);
+        if (!documents.empty() && (areTextsEscaped || !input().isMarkup)) {
+            EXPECT_TRUE(areWellFormed(documents));
+        }
+    }
+
+    const cScratchDirectory scratch;
+    const cScratchDirectory output;
+    const std::string file = scratch.file("odd.pdb");
+    const QString outputDirectory = QString::fromStdString(output.path().string());
+};
+
+std::string chainIds(const cPdbPeptide& peptide) {
+    std::string ids;
+    for (const cProteinChain& chain : peptide.chains) {
+        ids += chain.chainId;
+    }
+    return ids;
+}
+
+std::string joined(const std::set<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += name + ' ';
+    }
+    return text;
+}
+
+std::size_t countOf(const std::string& part, const std::string& text) {
+    std::size_t count = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+std::string testName(const testing::TestParamInfo<sOddInput>& info) {
+    std::string name = info.param.name;
+    std::ranges::replace_if(
+        name, [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+}
+
+} // namespace
+
+TEST_P(OddInput, IsReadByTheRules) {
+    const sReading reading = readPdb(input().bytes, shippedTables().radii);
+    EXPECT_EQ(reading.result, input().faultyLine);
+    if (input().faultyLine == 0) {
+        EXPECT_EQ(reading.peptide.atoms.size(), input().atoms);
+        EXPECT_EQ(reading.peptide.residues.size(), input().residues);
+        EXPECT_EQ(chainIds(reading.peptide), input().chains);
+        EXPECT_EQ(joined(reading.missing), input().unknown);
+        expectLinksIntoOwnLists(reading.peptide);
+    }
+}
+
+TEST_P(OddInput, GetsStructureReportsOrAMessage) {
+    cRunKEV run;
+    switchEverythingOn(run);
+    run.setOutputDirectoryName(outputDirectory);
+    expectOutcome(run, fixedStamp, expectedMessages("structure", shownUnknown("; ")));
+    expectReports(4, true);
+    if (isAnalysed()) {
+        const std::string document = contentOf(output.file("odd_200703141530_bound.xml"));
+        EXPECT_EQ(countOf("<residue>", document), input().residues);
+        EXPECT_EQ(countOf("<chain>", document), input().chains.size());
+    }
+}
+
+TEST_P(OddInput, GetsInteractionReportsOrAMessage) {
+    std::string unknown = shownUnknown("; ");
+    unknown = unknown.substr(0, unknown.rfind(';'));
+    for (const eInteractionCriterion criterion : criteria) {
+        cRunVOR run;
+        switchEverythingOn(run, criterion);
+        run.outputDirectory = outputDirectory;
+        SCOPED_TRACE(criterion);
+        expectOutcome(run, QString::number(criterion), expectedMessages("contacts", unknown));
+    }
+    expectReports(std::size(criteria) * 6, false);
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogue, OddInput, testing::ValuesIn(oddInputs()), testName);
