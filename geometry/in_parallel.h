@@ -1,6 +1,8 @@
 // Loops over independent items on all threads of the current arena.
 #pragma once
 
+#include "geometry/stop_request.h"
+
 #include <cstddef>
 
 #include <tbb/blocked_range.h>
@@ -14,10 +16,15 @@ constexpr std::size_t residuesPerTask = 128;
 /// a thread that waits here never starts on another structure.
 template <typename Work>
 void inParallel(std::size_t count, std::size_t grain, Work work) {
+    const cStopRequest* const request = cStopRequest::current();
     tbb::this_task_arena::isolate([&] {
         tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, grain),
                           [&](const tbb::blocked_range<std::size_t>& range) {
+                              const cStopRequest::cLoan loan(request);
                               for (std::size_t i = range.begin(); i < range.end(); ++i) {
+                                  if (request != nullptr) {
+                                      request->check();
+                                  }
                                   work(i);
                               }
                           });

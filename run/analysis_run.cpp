@@ -1,5 +1,6 @@
 #include "run/analysis_run.h"
 
+#include "geometry/stop_request.h"
 #include "run/file_path.h"
 #include "run/report_file.h"
 
@@ -64,8 +65,11 @@ void cAnalysisRun::run() {
 
 eFileOutcome cAnalysisRun::analyseFile(const QString& path, const QString& timeStamp) {
     const cAtScopeEnd release([this] { releaseFile(); });
+    const cStopRequest request([this] { return isStopWanted(); });
     try {
         return analyse(path, timeStamp);
+    } catch (const sStopped&) {
+        return eFileOutcome::stopped;
     } catch (const std::bad_alloc&) {
         releaseFile();
         send(Qt::red, "Not enough memory for PDB file " + displayedPath(path));

@@ -28,8 +28,8 @@ enum class eFileOutcome {
 };
 
 /// A worker thread that takes its input files one by one. A stop takes effect at safe points
-/// between the steps of a file and nowhere else; afterwards nothing is half-written and the worker
-/// can be started again.
+/// between the steps of a file, and within a step by giving it up; afterwards nothing is
+/// half-written and the worker can be started again.
 class cAnalysisRun : public QThread {
     Q_OBJECT
   public:
@@ -64,8 +64,6 @@ class cAnalysisRun : public QThread {
     /// A safe point: false when the work is to be given up at once. On the worker thread a pending
     /// termination takes effect here; nothing is half done that the stack does not undo.
     bool mayGoOn();
-    /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
-    bool isStopWanted() const;
     void send(Qt::GlobalColor colour, const QString& text);
 
     enum class eLoad { loaded, failed };
@@ -90,6 +88,8 @@ class cAnalysisRun : public QThread {
   private:
     void finishReport(bool isComplete, class cReportFile& report, const QString& fileName);
     void releaseFile();
+    /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
+    bool isStopWanted() const;
 
     QStringList unwritten;
     const std::atomic<bool>* stopFlag = nullptr;

@@ -149,11 +149,7 @@ bool cRunKEV::analyseChains() {
     if (!mayGoOn()) {
         return false;
     }
-    inParallel(peptide.chains.size(), 1, [&](std::size_t i) {
-        if (!isStopWanted()) {
-            analyseChain(peptide.chains[i]);
-        }
-    });
+    inParallel(peptide.chains.size(), 1, [&](std::size_t i) { analyseChain(peptide.chains[i]); });
     if (calculateHydrophobicity) {
         peptide.setHydrophobicity(hydrophobicity);
     }

@@ -1,0 +1,48 @@
+// A wish to stop that long calculations heed while they run.
+#pragma once
+
+#include <functional>
+#include <utility>
+
+/// Thrown out of a calculation that was told to stop. What it was to compute is then incomplete.
+struct sStopped {};
+
+/// While this lives, the parallel loops that its thread begins ask `isWanted` before every item, on
+/// whatever thread, and throw sStopped when the answer is yes.
+class cStopRequest {
+  public:
+    explicit cStopRequest(std::function<bool()> question)
+        : isWanted(std::move(question)), outer(std::exchange(current(), this)) {}
+    ~cStopRequest() { current() = outer; }
+    cStopRequest(const cStopRequest&) = delete;
+    cStopRequest& operator=(const cStopRequest&) = delete;
+
+    /// The innermost one of this thread, null if there is none.
+    static const cStopRequest*& current() {
+        thread_local const cStopRequest* request = nullptr;
+        return request;
+    }
+
+    /// Makes the request of one thread that of another for the lifetime of the loan.
+    class cLoan {
+      public:
+        explicit cLoan(const cStopRequest* request) : own(std::exchange(current(), request)) {}
+        ~cLoan() { current() = own; }
+        cLoan(const cLoan&) = delete;
+        cLoan& operator=(const cLoan&) = delete;
+
+      private:
+        const cStopRequest* const own;
+    };
+
+    /// Throws sStopped if a stop is wanted.
+    void check() const {
+        if (isWanted()) {
+            throw sStopped{};
+        }
+    }
+
+  private:
+    const std::function<bool()> isWanted;
+    const cStopRequest* const outer;
+};
