@@ -1,11 +1,11 @@
 #include "batch/batch_run.h"
 
+#include "batch/resume.h"
 #include "batch/shown_text.h"
 #include "run/file_path.h"
 
-#include <QHash>
-
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include <tbb/global_control.h>
@@ -39,22 +39,108 @@ class cMessageRelay {
 
 } // namespace
 
-cBatchRun::cBatchRun(const QStringList& pathsToAnalyse, QString stamp, int jobCount,
-                     const cWorkerMaker& workerMaker, cReporter& messageReporter,
-                     const std::atomic<bool>& flag)
-    : paths(pathsToAnalyse), timeStamp(std::move(stamp)), jobs(jobCount), makeWorker(workerMaker),
-      reporter(messageReporter), stopFlag(flag) {}
+/// Takes files one after the other, with a worker of its own.
+class cBatchRun::cPump {
+  public:
+    explicit cPump(cBatchRun& owner)
+        : run(owner), worker(owner.makeWorker()), relay(owner.reporter, owner.manner.jobs > 1) {
+        worker->setStopFlag(&run.stopFlag);
+        // Without a receiver object the call is direct, on this thread.
+        QObject::connect(worker.get(), &cAnalysisRun::sendStatusMessage,
+                         [this](cStatusMessage& message) { relay.take(message); });
+    }
 
-std::vector<sFileResult> cBatchRun::run() {
-    results.resize(static_cast<std::size_t>(paths.size()));
-    groupFiles();
-    const auto cores = static_cast<std::size_t>(jobs);
+    void takeFiles() {
+        const std::size_t end = run.paths.size();
+        for (std::size_t file = run.nextFile++; file < end; file = run.nextFile++) {
+            // Files with the same base name write the same reports, and those of the last one are
+            // to remain: they must not be worked on at the same time. A single core takes the files
+            // one after the other anyway.
+            const auto* group = run.sameNames.groupOf(file);
+            if (group == nullptr || run.manner.jobs == 1) {
+                take(file);
+            } else if (group->front() == file) {
+                std::for_each(group->begin(), group->end(), [&](std::size_t one) { take(one); });
+            }
+        }
+    }
+
+  private:
+    void take(std::size_t file) {
+        if (run.stopFlag) {
+            return;
+        }
+        const QString path = run.paths[file];
+        if (run.manner.isResumed && mayTakeOver(file, path)) {
+            relay.take({Qt::black, "Reports of " + displayedPath(path) + " taken over"});
+            relay.pass();
+            run.reporter.countFileTakenOver();
+            const std::lock_guard lock(run.mutex);
+            ++run.result.takenOver;
+            return;
+        }
+        // While it waits for helpers, a pump must not begin another file: that would hold one more
+        // structure in memory, and this file would have to wait for all of the other's.
+        eFileOutcome outcome = eFileOutcome::stopped;
+        tbb::this_task_arena::isolate(
+            [&] { outcome = worker->analyseFile(path, run.manner.timeStamp); });
+        const QStringList missing = missingReports();
+        relay.pass();
+        if (outcome != eFileOutcome::stopped) {
+            run.reporter.countFile();
+        }
+        record(file, outcome, missing);
+    }
+
+    /// Which of several files with the same name the reports are of, nobody can tell.
+    bool mayTakeOver(std::size_t file, const QString& path) {
+        return run.sameNames.groupOf(file) == nullptr &&
+               areUpToDate(worker->reportNames(path, run.manner.timeStamp),
+                           std::string(run.paths.bytes(file)));
+    }
+
+    /// Final names. Tells at once of those about which the worker was silent.
+    QStringList missingReports() {
+        QStringList names;
+        for (const sUnwrittenReport& report : worker->takeUnwrittenReports()) {
+            if (!report.isBegun) {
+                relay.take({Qt::red, "Could not create report " + displayedPath(report.fileName) +
+                                         ": " + report.reason});
+            }
+            names.append(report.fileName);
+        }
+        return names;
+    }
+
+    void record(std::size_t file, eFileOutcome outcome, const QStringList& missing) {
+        const std::lock_guard lock(run.mutex);
+        run.result.analysed += outcome == eFileOutcome::analysed ? 1U : 0U;
+        run.result.failed += outcome == eFileOutcome::failed ? 1U : 0U;
+        if (outcome == eFileOutcome::failed || !missing.isEmpty()) {
+            run.result.faults.push_back({file, outcome == eFileOutcome::failed, missing});
+        }
+    }
+
+    cBatchRun& run;
+    const std::unique_ptr<cAnalysisRun> worker;
+    cMessageRelay relay;
+};
+
+cBatchRun::cBatchRun(const cInputPaths& pathsToAnalyse, const cSameBaseNames& names,
+                     sBatchManner chosenManner, const cWorkerMaker& workerMaker,
+                     cReporter& messageReporter, const std::atomic<bool>& flag)
+    : paths(pathsToAnalyse), sameNames(names), manner(std::move(chosenManner)),
+      makeWorker(workerMaker), reporter(messageReporter), stopFlag(flag) {}
+
+sBatchResult cBatchRun::run() {
+    result.files = paths.size();
+    const auto cores = static_cast<std::size_t>(manner.jobs);
     const tbb::global_control control(tbb::global_control::max_allowed_parallelism, cores);
-    tbb::task_arena arena(jobs);
-    reporter.beginProgress(results.size());
+    tbb::task_arena arena(manner.jobs);
+    reporter.beginProgress(paths.size());
     arena.execute([&] {
         tbb::task_group pumps;
-        for (std::size_t i = 0; i < std::min(cores, groups.size()); ++i) {
+        for (std::size_t i = 0; i < std::min(cores, paths.size()); ++i) {
             pumps.run([this] { pump(); });
         }
         pumps.wait();
@@ -63,67 +149,19 @@ std::vector<sFileResult> cBatchRun::run() {
     if (failure != nullptr) {
         std::rethrow_exception(failure);
     }
-    return std::move(results);
-}
-
-/// Files with the same base name write the same reports, and those of the last one are to remain:
-/// they stay together, so that they are never worked on at the same time.
-void cBatchRun::groupFiles() {
-    QHash<QString, std::size_t> groupByBaseName;
-    for (qsizetype i = 0; i < paths.size(); ++i) {
-        // A single core takes the files one after the other anyway.
-        const QString name = jobs == 1 ? QString::number(i) : baseNameOf(paths[i]);
-        const auto found = groupByBaseName.constFind(name);
-        if (found != groupByBaseName.constEnd()) {
-            groups[*found].push_back(i);
-        } else {
-            groupByBaseName.insert(name, groups.size());
-            groups.push_back({i});
-        }
-    }
+    std::ranges::sort(result.faults, {}, &sFileFault::file);
+    return std::move(result);
 }
 
 /// Lets no exception out: it would cancel the calculations of the other pumps, which would then
 /// write reports of half-computed values.
 void cBatchRun::pump() {
     try {
-        takeGroups();
+        cPump(*this).takeFiles();
     } catch (...) {
-        const std::lock_guard lock(failureMutex);
+        const std::lock_guard lock(mutex);
         if (failure == nullptr) {
             failure = std::current_exception();
         }
     }
-}
-
-void cBatchRun::takeGroups() {
-    const std::unique_ptr<cAnalysisRun> worker = makeWorker();
-    worker->setStopFlag(&stopFlag);
-    cMessageRelay relay(reporter, jobs > 1);
-    // Without a receiver object the call is direct, on this thread.
-    QObject::connect(worker.get(), &cAnalysisRun::sendStatusMessage,
-                     [&relay](cStatusMessage& message) { relay.take(message); });
-    for (std::size_t group = nextGroup++; group < groups.size(); group = nextGroup++) {
-        for (const qsizetype file : groups[group]) {
-            if (stopFlag) {
-                return;
-            }
-            sFileResult result = analyse(*worker, paths[file]);
-            relay.pass();
-            if (result.outcome != eFileOutcome::stopped) {
-                reporter.countFile();
-            }
-            results[static_cast<std::size_t>(file)] = std::move(result);
-        }
-    }
-}
-
-sFileResult cBatchRun::analyse(cAnalysisRun& worker, const QString& path) {
-    const qsizetype missingBefore = worker.unwrittenReports().size();
-    sFileResult result;
-    // While it waits for helpers, a pump must not begin another one: that would hold one more
-    // structure in memory, and this file would have to wait for all of the other's.
-    tbb::this_task_arena::isolate([&] { result.outcome = worker.analyseFile(path, timeStamp); });
-    result.missingReports = worker.unwrittenReports().mid(missingBefore);
-    return result;
 }

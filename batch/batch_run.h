@@ -1,9 +1,11 @@
 // The work on all files of a run with a given number of cores.
 #pragma once
 
+#include "batch/input_paths.h"
 #include "batch/prepared_run.h"
 #include "batch/reporter.h"
 
+#include <QString>
 #include <QStringList>
 
 #include <atomic>
@@ -12,10 +14,29 @@
 #include <mutex>
 #include <vector>
 
-/// What became of one input file.
-struct sFileResult {
-    eFileOutcome outcome = eFileOutcome::stopped; ///< also of a file that was never begun
-    QStringList missingReports;                   ///< final names of the reports not written
+/// An input file that failed, or of which reports are missing.
+struct sFileFault {
+    std::size_t file = 0; ///< its position among the paths
+    bool hasFailed = false;
+    QStringList missingReports; ///< final names
+};
+
+/// What became of the files of a run. Only what went wrong takes memory of its own.
+struct sBatchResult {
+    std::size_t files = 0;
+    std::size_t analysed = 0;
+    std::size_t takenOver = 0; ///< by a resumed run from the interrupted one
+    std::size_t failed = 0;
+    std::vector<sFileFault> faults; ///< in the order of the files
+
+    /// Files that were given up or never begun because of a stop.
+    std::size_t stopped() const { return files - analysed - takenOver - failed; }
+};
+
+struct sBatchManner {
+    QString timeStamp;
+    int jobs = 1;           ///< with 1 everything happens on the calling thread
+    bool isResumed = false; ///< files whose reports are up to date are taken over
 };
 
 /// Takes the files in order, as many at once as there are cores, each with a worker of its own;
@@ -23,31 +44,27 @@ struct sFileResult {
 /// memory. The reports do not depend on the number of cores.
 class cBatchRun {
   public:
-    /// `jobs` is at least 1; with 1 everything happens on the calling thread. What is referred to
-    /// must outlive the run.
-    cBatchRun(const QStringList& paths, QString timeStamp, int jobs, const cWorkerMaker& makeWorker,
-              cReporter& reporter, const std::atomic<bool>& stopFlag);
+    /// What is referred to must outlive the run.
+    cBatchRun(const cInputPaths& paths, const cSameBaseNames& sameNames, sBatchManner manner,
+              const cWorkerMaker& makeWorker, cReporter& reporter,
+              const std::atomic<bool>& stopFlag);
 
-    /// One result per path, in their order. To be called once.
-    std::vector<sFileResult> run();
+    /// To be called once.
+    sBatchResult run();
 
   private:
-    using cFileGroup = std::vector<qsizetype>; ///< positions of paths
+    class cPump;
 
-    void groupFiles();
     void pump();
-    void takeGroups();
-    sFileResult analyse(cAnalysisRun& worker, const QString& path);
 
-    const QStringList& paths;
-    const QString timeStamp;
-    const int jobs;
+    const cInputPaths& paths;
+    const cSameBaseNames& sameNames;
+    const sBatchManner manner;
     const cWorkerMaker& makeWorker;
     cReporter& reporter;
     const std::atomic<bool>& stopFlag;
-    std::vector<cFileGroup> groups; ///< each is for one pump, in its order
-    std::atomic<std::size_t> nextGroup{0};
-    std::vector<sFileResult> results;
-    std::mutex failureMutex;
+    std::atomic<std::size_t> nextFile{0};
+    std::mutex mutex; ///< guards what follows
+    sBatchResult result;
     std::exception_ptr failure; ///< the first exception that ended a pump
 };

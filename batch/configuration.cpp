@@ -127,10 +127,10 @@ QString rangeText(std::string_view key, double minimum, double maximum, std::str
 
 void cConfiguration::readFile(const QString& path) {
     int lineNumber = 0;
-    for (const std::string& line : readLines(path, "--config")) {
+    forEachLine(path, "--config", [&](std::string_view line) {
         ++lineNumber;
         readLine(line, shownPath(path) + ':' + QString::number(lineNumber));
-    }
+    });
 }
 
 void cConfiguration::readLine(std::string_view line, const QString& origin) {

@@ -26,6 +26,8 @@ Options:
   --jobs N               use N cores (default: all; 1 uses a single thread)
   --stamp YYYYMMDDHHMM   the time stamp in the names of the reports (default:
                          the time of the start)
+  --resume               continue the interrupted run of that --stamp: files
+                         whose reports are all there are not analysed again
   --quiet                show warnings and errors only
   --no-progress          draw no progress bar (default: on a terminal only)
   --help                 show this text and exit
@@ -35,7 +37,7 @@ Options:
 Messages go to standard error. With NO_COLOR set they have no colours.
 
 Exit status:
-  0    all files were analysed and all reports written
+  0    all files were analysed and all reports written, now or before
   1    a file could not be analysed or a report not written
   2    nothing was started: wrong options, settings or tables
   130  stopped by Ctrl-C; what was written is whole

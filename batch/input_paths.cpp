@@ -4,39 +4,92 @@
 #include "batch/text_lines.h"
 #include "run/file_path.h"
 
-#include <QHash>
+#include <algorithm>
+#include <numeric>
+#include <utility>
 
-QStringList inputPaths(const std::vector<sInputSource>& sources) {
-    QStringList paths;
+namespace {
+
+/// What baseNameOf() gives, without a string of its own.
+std::string_view baseNameIn(std::string_view path) {
+    path.remove_prefix(path.rfind('/') + 1); // the next of "not found" is the beginning
+    return path.substr(0, path.find('.'));
+}
+
+} // namespace
+
+cInputPaths::cInputPaths(std::initializer_list<std::string_view> paths) {
+    for (const std::string_view path : paths) {
+        append(path);
+    }
+}
+
+void cInputPaths::append(std::string_view path) {
+    text += path;
+    ends.push_back(text.size());
+}
+
+std::string_view cInputPaths::bytes(std::size_t position) const {
+    const std::size_t begin = position == 0 ? 0 : ends[position - 1];
+    return std::string_view(text).substr(begin, ends[position] - begin);
+}
+
+QString cInputPaths::operator[](std::size_t position) const {
+    return pathFromBytes(bytes(position));
+}
+
+cInputPaths inputPaths(const std::vector<sInputSource>& sources) {
+    cInputPaths paths;
     for (const sInputSource& source : sources) {
-        const QString path = pathFromBytes(source.path);
         if (source.kind == sInputSource::eKind::pdbFile) {
-            paths.append(path);
+            paths.append(source.path);
             continue;
         }
-        for (const std::string& line : readLines(path, "--list")) {
+        forEachLine(pathFromBytes(source.path), "--list", [&](std::string_view line) {
             if (!line.empty()) {
-                paths.append(pathFromBytes(line));
+                paths.append(line);
             }
-        }
+        });
     }
     return paths;
 }
 
-QStringList sameBaseNameWarnings(const QStringList& paths) {
+cSameBaseNames::cSameBaseNames(const cInputPaths& paths) {
+    std::vector<std::size_t> order(paths.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto nameOf = [&](std::size_t file) { return baseNameIn(paths.bytes(file)); };
+    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+        return std::pair(nameOf(left), left) < std::pair(nameOf(right), right);
+    });
+    for (auto begin = order.begin(); begin != order.end();) {
+        const auto end = std::find_if(
+            begin, order.end(), [&](std::size_t file) { return nameOf(file) != nameOf(*begin); });
+        if (end - begin > 1) {
+            for (auto file = begin; file != end; ++file) {
+                groupByFile[*file] = groups.size();
+            }
+            groups.emplace_back(begin, end);
+        }
+        begin = end;
+    }
+}
+
+const cSameBaseNames::tGroup* cSameBaseNames::groupOf(std::size_t file) const {
+    const auto found = groupByFile.find(file);
+    return found == groupByFile.end() ? nullptr : &groups[found->second];
+}
+
+QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames& sameNames) {
     QStringList warnings;
-    QHash<QString, QString> firstByBaseName;
-    for (const QString& path : paths) {
-        const QString baseName = baseNameOf(path);
-        const auto first = firstByBaseName.constFind(baseName);
-        if (first == firstByBaseName.constEnd()) {
-            firstByBaseName.insert(baseName, path);
+    for (std::size_t file = 0; file < paths.size(); ++file) {
+        const cSameBaseNames::tGroup* group = sameNames.groupOf(file);
+        if (group == nullptr || group->front() == file) {
             continue;
         }
         warnings.append(
             QStringLiteral("%1 and %2 have the same base name: the reports of the later "
                            "file replace those of the earlier one")
-                .arg(shownPath(*first), shownPath(path)));
+                .arg(shownPath(paths.bytes(group->front())), shownPath(paths.bytes(file))));
     }
     return warnings;
 }

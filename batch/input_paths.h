@@ -3,14 +3,52 @@
 
 #include "batch/options.h"
 
+#include <QString>
 #include <QStringList>
 
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
+
+/// Paths in order, packed: a run may have very many.
+class cInputPaths {
+  public:
+    cInputPaths() = default;
+    cInputPaths(std::initializer_list<std::string_view> paths);
+
+    void append(std::string_view path);
+    std::size_t size() const { return ends.size(); }
+    bool empty() const { return ends.empty(); }
+    /// The bytes of a path. What is returned is good until the next append().
+    std::string_view bytes(std::size_t position) const;
+    QString operator[](std::size_t position) const;
+
+  private:
+    std::string text; ///< all paths behind each other
+    std::vector<std::size_t> ends;
+};
 
 /// The paths in the order in which they are named; a list file's stand where the list stands. Empty
 /// lines of a list are passed over. Throws cUsageError when a list cannot be read.
-QStringList inputPaths(const std::vector<sInputSource>& sources);
+cInputPaths inputPaths(const std::vector<sInputSource>& sources);
 
-/// One warning for each file whose reports will replace those of an earlier one, because the names
-/// of both are the same up to the first dot.
-QStringList sameBaseNameWarnings(const QStringList& paths);
+/// Which files write the same reports, because their names are the same up to the first dot.
+class cSameBaseNames {
+  public:
+    using tGroup = std::vector<std::size_t>; ///< positions of paths, ascending
+
+    explicit cSameBaseNames(const cInputPaths& paths);
+
+    /// All files that write the reports of this one, itself included; null when there is no other.
+    const tGroup* groupOf(std::size_t file) const;
+
+  private:
+    std::vector<tGroup> groups;
+    std::unordered_map<std::size_t, std::size_t> groupByFile;
+};
+
+/// One warning for each file whose reports will replace those of an earlier one.
+QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames& sameNames);

@@ -57,8 +57,8 @@ sKevSettings settingsFrom(const cConfiguration& configuration) {
     return settings;
 }
 
-void check(const sKevSettings& settings, const QStringList& inputs) {
-    if (inputs.isEmpty()) {
+void check(const sKevSettings& settings, const cInputPaths& inputs) {
+    if (inputs.empty()) {
         throw cUsageError("No files loaded for analysis");
     }
     if (!settings.isAsaCalculated && !settings.isProtrusionCalculated &&
@@ -110,7 +110,7 @@ std::unique_ptr<cAnalysisRun> workerWith(const sKevSettings& settings) {
 } // namespace
 
 sPreparedRun prepareKev(const sOptions& options, const cConfiguration& configuration,
-                        const QStringList& inputs) {
+                        const cInputPaths& inputs) {
     const auto settings = std::make_shared<sKevSettings>(settingsFrom(configuration));
     check(*settings, inputs);
     settings->outputDirectory = outputDirectory(options, configuration);

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "batch/configuration.h"
+#include "batch/input_paths.h"
 #include "batch/prepared_run.h"
 
 /// Checks the settings in the order of the window and reads the tables that they need. Throws
 /// cUsageError at the first thing that keeps the run from starting.
 sPreparedRun prepareKev(const sOptions& options, const cConfiguration& configuration,
-                        const QStringList& inputs);
+                        const cInputPaths& inputs);

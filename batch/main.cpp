@@ -40,7 +40,7 @@ sReporterManner mannerFor(const sOptions& options) {
 
 int analyse(const sOptions& options) {
     const cConfiguration configuration = readConfiguration(options);
-    const QStringList paths = inputPaths(options.inputs);
+    const cInputPaths paths = inputPaths(options.inputs);
     const sPreparedRun prepared = options.module == eModule::kev
                                       ? prepareKev(options, configuration, paths)
                                       : prepareVor(options, configuration, paths);
@@ -50,20 +50,22 @@ int analyse(const sOptions& options) {
     for (const QString& note : prepared.notes) {
         reporter.show({Qt::black, note});
     }
-    for (const QString& warning : sameBaseNameWarnings(paths)) {
+    const cSameBaseNames sameNames(paths);
+    for (const QString& warning : sameBaseNameWarnings(paths, sameNames)) {
         reporter.show({Qt::yellow, warning});
     }
     removeAbandonedReports(prepared.outputDirectory);
 
     const cStopSignal stop;
-    const QString timeStamp = options.timeStamp.has_value()
-                                  ? QString::fromStdString(*options.timeStamp)
-                                  : cAnalysisRun::currentTimeStamp();
-    cBatchRun run(paths, timeStamp, options.jobs.value_or(tbb::info::default_concurrency()),
-                  prepared.makeWorker, reporter, stop.flag());
-    const std::vector<sFileResult> results = run.run();
-    reporter.show(summaryMessages(paths, results));
-    return exitStatus(results);
+    sBatchManner manner;
+    manner.timeStamp = options.timeStamp.has_value() ? QString::fromStdString(*options.timeStamp)
+                                                     : cAnalysisRun::currentTimeStamp();
+    manner.jobs = options.jobs.value_or(tbb::info::default_concurrency());
+    manner.isResumed = options.isResumed;
+    cBatchRun run(paths, sameNames, manner, prepared.makeWorker, reporter, stop.flag());
+    const sBatchResult result = run.run();
+    reporter.show(summaryMessages(paths, result, manner.isResumed));
+    return exitStatus(result);
 }
 
 int answer(const sOptions& options) {

@@ -27,13 +27,14 @@ enum eOptionCode : int {
     contactRulesCode,
     jobsCode,
     stampCode,
+    resumeCode,
     quietCode,
     noProgressCode,
     helpCode,
     versionCode
 };
 
-constexpr std::array<option, 12> longOptions{{
+constexpr std::array<option, 13> longOptions{{
     {"config", required_argument, nullptr, configCode},
     {"set", required_argument, nullptr, setCode},
     {"output-dir", required_argument, nullptr, outputDirCode},
@@ -41,6 +42,7 @@ constexpr std::array<option, 12> longOptions{{
     {"contact-rules", required_argument, nullptr, contactRulesCode},
     {"jobs", required_argument, nullptr, jobsCode},
     {"stamp", required_argument, nullptr, stampCode},
+    {"resume", no_argument, nullptr, resumeCode},
     {"quiet", no_argument, nullptr, quietCode},
     {"no-progress", no_argument, nullptr, noProgressCode},
     {"help", no_argument, nullptr, helpCode},
@@ -123,6 +125,9 @@ void take(int code, sOptions& options) {
         setOnce(options.timeStamp, "stamp");
         checkTimeStamp(optarg);
         break;
+    case resumeCode:
+        options.isResumed = true;
+        break;
     case quietCode:
         options.isQuiet = true;
         break;
@@ -182,6 +187,12 @@ void readArguments(int argc, char** argv, sOptions& options) {
     }
 }
 
+void checkResume(const sOptions& options) {
+    if (options.request == eRequest::analysis && options.isResumed && !options.timeStamp) {
+        refuse("Option --resume needs --stamp with the time stamp of the interrupted run");
+    }
+}
+
 } // namespace
 
 sOptions parseOptions(int argc, char** argv) {
@@ -197,6 +208,7 @@ sOptions parseOptions(int argc, char** argv) {
     } else if (first == "kev" || first == "vor") {
         options.module = first == "kev" ? eModule::kev : eModule::vor;
         readArguments(argc - 1, argv + 1, options);
+        checkResume(options);
     } else {
         refuse("The first argument must be kev or vor, not \"" + shownPath(first) + '"');
     }

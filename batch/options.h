@@ -28,6 +28,7 @@ struct sOptions {
     std::optional<std::string> contactRules;
     std::optional<std::string> timeStamp; ///< 12 digits
     std::optional<int> jobs;              ///< 1 to `maximumJobs`
+    bool isResumed = false;               ///< only with a time stamp
     bool isQuiet = false;
     bool isProgressWanted = true;
     std::vector<sInputSource> inputs; ///< in the order of the command line

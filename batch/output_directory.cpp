@@ -42,7 +42,10 @@ QString outputDirectory(const sOptions& options, const cConfiguration& configura
 }
 
 void checkWritable(const QString& directory) {
-    if (!cReportFile(directory).isOpen()) {
-        throw cUsageError("No file can be created in the output directory " + shownPath(directory));
+    const cReportFile trial(directory);
+    if (!trial.isOpen()) {
+        throw cUsageError("No file can be created in the output directory " + shownPath(directory) +
+                          ": " +
+                          QString::fromStdString(std::generic_category().message(trial.error())));
     }
 }

@@ -34,14 +34,15 @@ std::string bar(std::size_t done, std::size_t total) {
 
 } // namespace
 
-std::string progressLine(std::size_t done, std::size_t total, double elapsedSeconds, int columns) {
-    std::string text = std::to_string(done) + '/' + std::to_string(total) + " files";
-    if (done > 0 && elapsedSeconds > 0.0) {
-        const double rate = static_cast<double>(done) / elapsedSeconds;
+std::string progressLine(const sProgress& progress, double elapsedSeconds, int columns) {
+    const std::size_t ready = progress.done + progress.takenOver;
+    std::string text = std::to_string(ready) + '/' + std::to_string(progress.total) + " files";
+    if (progress.done > 0 && elapsedSeconds > 0.0) {
+        const double rate = static_cast<double>(progress.done) / elapsedSeconds;
         text += formatted(", %.3g files/s, ", rate);
-        text += clockTime(static_cast<double>(total - done) / rate) + " left";
+        text += clockTime(static_cast<double>(progress.total - ready) / rate) + " left";
     }
     const auto room = static_cast<std::size_t>(std::max(columns, 0));
-    const std::string withBar = bar(done, total) + text;
+    const std::string withBar = bar(ready, progress.total) + text;
     return withBar.size() <= room ? withBar : text.substr(0, room);
 }

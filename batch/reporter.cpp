@@ -86,6 +86,7 @@ std::string cReporter::formatted(const cStatusMessage& message) const {
 void cReporter::beginProgress(std::size_t files) {
     const std::lock_guard lock(mutex);
     filesDone = 0;
+    filesTakenOver = 0;
     filesInAll = files;
     start = std::chrono::steady_clock::now();
     hasProgressBegun = manner.hasProgressBar;
@@ -95,12 +96,20 @@ void cReporter::beginProgress(std::size_t files) {
 }
 
 void cReporter::countFile() {
+    countFile(filesDone);
+}
+
+void cReporter::countFileTakenOver() {
+    countFile(filesTakenOver);
+}
+
+void cReporter::countFile(std::size_t& counter) {
     // More often than this no eye can follow, and slow terminals would hold up the run.
     constexpr std::chrono::milliseconds shortestInterval(100);
     const std::lock_guard lock(mutex);
-    ++filesDone;
+    ++counter;
     const bool isDue = std::chrono::steady_clock::now() - lastDrawing >= shortestInterval;
-    if (hasProgressBegun && (isDue || filesDone == filesInAll)) {
+    if (hasProgressBegun && (isDue || filesDone + filesTakenOver == filesInAll)) {
         clearBar();
         drawBar();
     }
@@ -116,7 +125,8 @@ void cReporter::drawBar() {
     lastDrawing = std::chrono::steady_clock::now();
     const std::chrono::duration<double> elapsed = lastDrawing - start;
     // The last column stays free: some terminals begin a new line when it is written.
-    write(progressLine(filesDone, filesInAll, elapsed.count(), terminalColumns() - 1));
+    write(progressLine({filesDone, filesTakenOver, filesInAll}, elapsed.count(),
+                       terminalColumns() - 1));
     isBarDrawn = true;
 }
 

@@ -33,11 +33,14 @@ class cReporter {
     /// The progress bar stands below the messages from here to endProgress().
     void beginProgress(std::size_t files);
     void countFile();
+    /// A file on which no time was spent.
+    void countFileTakenOver();
     void endProgress();
 
   private:
     std::string formatted(const cStatusMessage& message) const;
     void write(const std::string& text);
+    void countFile(std::size_t& counter);
     void drawBar();
     void clearBar();
 
@@ -46,6 +49,7 @@ class cReporter {
     bool isBarDrawn = false;
     bool hasProgressBegun = false;
     std::size_t filesDone = 0;
+    std::size_t filesTakenOver = 0;
     std::size_t filesInAll = 0;
     std::chrono::steady_clock::time_point start;
     std::chrono::steady_clock::time_point lastDrawing;

@@ -2,34 +2,30 @@
 
 #include "batch/shown_text.h"
 
-#include <algorithm>
-
 namespace {
 
-qsizetype countOf(const std::vector<sFileResult>& results, eFileOutcome outcome) {
-    return std::ranges::count(results, outcome, &sFileResult::outcome);
-}
-
-qsizetype missingReports(const std::vector<sFileResult>& results) {
+std::size_t missingReports(const sBatchResult& result) {
     qsizetype missing = 0;
-    for (const sFileResult& result : results) {
-        missing += result.missingReports.size();
+    for (const sFileFault& fault : result.faults) {
+        missing += fault.missingReports.size();
     }
-    return missing;
+    return static_cast<std::size_t>(missing);
 }
 
-QString counted(qsizetype count, const char* singular, const char* plural) {
+QString counted(std::size_t count, const char* singular, const char* plural) {
     return QString::number(count) + ' ' + QLatin1String(count == 1 ? singular : plural);
 }
 
-cStatusMessage totals(const std::vector<sFileResult>& results) {
-    const eExitStatus status = exitStatus(results);
-    const QString text = QStringLiteral("%1%2 of %3 analysed, %4 failed, %5 missing")
+cStatusMessage totals(const sBatchResult& result, bool isResumed) {
+    const eExitStatus status = exitStatus(result);
+    const QString takenOver =
+        isResumed ? QStringLiteral(", %1 taken over").arg(result.takenOver) : QString();
+    const QString text = QStringLiteral("%1%2 of %3 analysed%4, %5 failed, %6 missing")
                              .arg(QLatin1String(status == stoppedBySignal ? "Stopped: " : ""))
-                             .arg(countOf(results, eFileOutcome::analysed))
-                             .arg(counted(static_cast<qsizetype>(results.size()), "file", "files"))
-                             .arg(countOf(results, eFileOutcome::failed))
-                             .arg(counted(missingReports(results), "report", "reports"));
+                             .arg(result.analysed)
+                             .arg(counted(result.files, "file", "files"), takenOver)
+                             .arg(result.failed)
+                             .arg(counted(missingReports(result), "report", "reports"));
     switch (status) {
     case allDone:
         return {Qt::black, text};
@@ -42,27 +38,24 @@ cStatusMessage totals(const std::vector<sFileResult>& results) {
 
 } // namespace
 
-std::vector<cStatusMessage> summaryMessages(const QStringList& paths,
-                                            const std::vector<sFileResult>& results) {
+std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
+                                            bool isResumed) {
     std::vector<cStatusMessage> messages;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        if (results[i].outcome == eFileOutcome::failed) {
-            messages.emplace_back(Qt::red,
-                                  "Failed: " + shownPath(paths[static_cast<qsizetype>(i)]));
+    for (const sFileFault& fault : result.faults) {
+        if (fault.hasFailed) {
+            messages.emplace_back(Qt::red, "Failed: " + shownPath(paths.bytes(fault.file)));
         }
-        for (const QString& report : results[i].missingReports) {
+        for (const QString& report : fault.missingReports) {
             messages.emplace_back(Qt::red, "Report missing: " + shownPath(report));
         }
     }
-    messages.push_back(totals(results));
+    messages.push_back(totals(result, isResumed));
     return messages;
 }
 
-eExitStatus exitStatus(const std::vector<sFileResult>& results) {
-    if (countOf(results, eFileOutcome::stopped) > 0) {
+eExitStatus exitStatus(const sBatchResult& result) {
+    if (result.stopped() > 0) {
         return stoppedBySignal;
     }
-    const bool isAllDone =
-        countOf(results, eFileOutcome::failed) == 0 && missingReports(results) == 0;
-    return isAllDone ? allDone : someMissing;
+    return result.faults.empty() ? allDone : someMissing;
 }

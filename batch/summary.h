@@ -11,8 +11,9 @@ enum eExitStatus : int {
     stoppedBySignal = 130 ///< as shells give it for Ctrl-C
 };
 
-/// One line for every file that failed and every report that is missing, and one for the whole.
-std::vector<cStatusMessage> summaryMessages(const QStringList& paths,
-                                            const std::vector<sFileResult>& results);
+/// One line for every file that failed and every report that is missing, and one for the whole;
+/// that of a resumed run counts the files that were taken over.
+std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
+                                            bool isResumed);
 
-eExitStatus exitStatus(const std::vector<sFileResult>& results);
+eExitStatus exitStatus(const sBatchResult& result);

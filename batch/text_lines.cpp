@@ -7,8 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <optional>
-#include <string_view>
-#include <utility>
+#include <string>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -69,9 +68,12 @@ bool isNamedPipe(const cDescriptor& file) {
            ::fstatfs(file.number, &system) == 0 && system.f_type != PIPEFS_MAGIC;
 }
 
-/// The lines of a text that comes piece by piece.
+/// Hands on the lines of a text that comes piece by piece.
 class cLineSplitter {
   public:
+    explicit cLineSplitter(const std::function<void(std::string_view)>& receiver)
+        : handOn(receiver) {}
+
     void take(std::string_view piece) {
         for (std::size_t end = piece.find('\n'); end != std::string_view::npos;
              end = piece.find('\n')) {
@@ -83,30 +85,33 @@ class cLineSplitter {
     }
     /// The number of a line that is too long, if there is one.
     std::optional<std::size_t> tooLong() const {
-        return rest.size() > longestLine ? std::optional(lines.size() + 1) : std::nullopt;
+        return rest.size() > longestLine ? std::optional(lineCount + 1) : std::nullopt;
     }
-    std::vector<std::string> finish() {
+    void finish() {
         if (!rest.empty()) {
             endLine();
         }
-        return std::move(lines);
     }
 
   private:
     void endLine() {
+        ++lineCount;
         if (rest.ends_with('\r')) {
             rest.pop_back();
         }
-        lines.push_back(std::exchange(rest, {}));
+        handOn(rest);
+        rest.clear();
     }
 
-    std::vector<std::string> lines;
+    const std::function<void(std::string_view)>& handOn;
+    std::size_t lineCount = 0;
     std::string rest; ///< of the line that has not ended yet
 };
 
 } // namespace
 
-std::vector<std::string> readLines(const QString& path, const QString& requester) {
+void forEachLine(const QString& path, const QString& requester,
+                 const std::function<void(std::string_view)>& take) {
     const cUsageError notOpened(requester + ": Could not open file " + shownPath(path));
     const cDescriptor file(path);
     if (!isText(file)) {
@@ -122,7 +127,7 @@ std::vector<std::string> readLines(const QString& path, const QString& requester
     if (isWriterSilent) {
         count = file.readInto(buffer);
     }
-    cLineSplitter text;
+    cLineSplitter text(take);
     for (; count > 0; count = file.readInto(buffer)) {
         text.take({buffer.data(), static_cast<std::size_t>(count)});
         if (const auto line = text.tooLong()) {
@@ -134,5 +139,5 @@ std::vector<std::string> readLines(const QString& path, const QString& requester
     if (count < 0) {
         throw notOpened;
     }
-    return text.finish();
+    text.finish();
 }

@@ -1,12 +1,13 @@
-// The lines of a small text file, read whole.
+// The lines of a small text file.
 #pragma once
 
 #include <QString>
 
-#include <string>
-#include <vector>
+#include <functional>
+#include <string_view>
 
-/// The lines as bytes, without their ends; a carriage return before the line feed belongs to a DOS
-/// line end and is dropped. Pipes are read too. Throws cUsageError, whose text begins with
-/// `requester`, when the file cannot be read.
-std::vector<std::string> readLines(const QString& path, const QString& requester);
+/// Calls `take` for each line in order: its bytes without their end; a carriage return before the
+/// line feed belongs to a DOS line end and is dropped. Pipes are read too. Throws cUsageError,
+/// whose text begins with `requester`, when the file cannot be read.
+void forEachLine(const QString& path, const QString& requester,
+                 const std::function<void(std::string_view)>& take);

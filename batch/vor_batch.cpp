@@ -69,8 +69,8 @@ sVorSettings settingsFrom(const cConfiguration& configuration) {
     return settings;
 }
 
-void check(const sVorSettings& settings, const QStringList& inputs) {
-    if (inputs.isEmpty()) {
+void check(const sVorSettings& settings, const cInputPaths& inputs) {
+    if (inputs.empty()) {
         throw cUsageError("No files loaded for analysis!");
     }
     if (!settings.isXmlWritten && !settings.isTableWritten) {
@@ -115,7 +115,7 @@ std::unique_ptr<cAnalysisRun> workerWith(const sVorSettings& settings) {
 } // namespace
 
 sPreparedRun prepareVor(const sOptions& options, const cConfiguration& configuration,
-                        const QStringList& inputs) {
+                        const cInputPaths& inputs) {
     const auto settings = std::make_shared<sVorSettings>(settingsFrom(configuration));
     check(*settings, inputs);
     settings->outputDirectory = outputDirectory(options, configuration);

@@ -6,12 +6,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <istream>
 #include <iterator>
 #include <utility>
 
 #include <tbb/parallel_pipeline.h>
 #include <tbb/task_arena.h>
+#include <tbb/task_group.h>
 
 namespace {
 
@@ -193,8 +195,11 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
     constexpr std::size_t runsUnderWay = 16;
     cLineRuns runs(in);
     std::atomic<bool> hasEnded = false;
+    int error = errno;
     const auto takeRun = [&](tbb::flow_control& control) {
+        errno = error;
         std::string run = hasEnded ? std::string() : runs.next();
+        error = errno;
         if (run.empty()) {
             control.stop();
         }
@@ -205,14 +210,18 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
         assembly.append(std::move(lines));
         hasEnded = assembly.hasEnded();
     };
+    // By default a pipeline ends without a word when a loop around it is cancelled.
+    tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
     // Isolated, so that a thread that waits here never starts on another file.
     tbb::this_task_arena::isolate([&] {
         tbb::parallel_pipeline(
             runsUnderWay,
             tbb::make_filter<void, std::string>(tbb::filter_mode::serial_in_order, takeRun) &
                 tbb::make_filter<std::string, sPdbLines>(tbb::filter_mode::parallel, parse) &
-                tbb::make_filter<sPdbLines, void>(tbb::filter_mode::serial_in_order, append));
+                tbb::make_filter<sPdbLines, void>(tbb::filter_mode::serial_in_order, append),
+            ownCancellation);
     });
+    errno = error; // why the stream is bad, if it is
 }
 
 } // namespace

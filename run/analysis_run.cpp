@@ -1,5 +1,6 @@
 #include "run/analysis_run.h"
 
+#include "geometry/in_parallel.h"
 #include "geometry/stop_request.h"
 #include "run/file_path.h"
 #include "run/report_file.h"
@@ -11,7 +12,9 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
+#include <cerrno>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -19,6 +22,11 @@ namespace {
 /// The directory of a file, with a slash at its end.
 QString directoryOf(const QString& fileName) {
     return QFileInfo(fileName).path() + '/';
+}
+
+/// What the system says about an errno.
+QString reasonOf(int error) {
+    return QString::fromStdString(std::generic_category().message(error));
 }
 
 /// Runs an action when a scope is left, however that happens.
@@ -77,6 +85,62 @@ eFileOutcome cAnalysisRun::analyseFile(const QString& path, const QString& timeS
     }
 }
 
+QString cAnalysisRun::reportBase(const QString& path, const QString& timeStamp) const {
+    return reportDirectory() + baseNameOf(path) + '_' + timeStamp;
+}
+
+std::vector<cAnalysisRun::sReportGroup> cAnalysisRun::planReports(const QString& /*base*/) {
+    return {};
+}
+
+QStringList cAnalysisRun::reportNames(const QString& path, const QString& timeStamp) {
+    QStringList names;
+    for (const sReportGroup& group : planReports(reportBase(path, timeStamp))) {
+        for (const sPlannedReport& report : group.reports) {
+            names.append(report.fileName);
+        }
+    }
+    return names;
+}
+
+bool cAnalysisRun::calculateAndWrite(const QString& path, const QString& timeStamp) {
+    for (const sReportGroup& group : planReports(reportBase(path, timeStamp))) {
+        if (!group.calculate()) {
+            return false;
+        }
+        writeReports(group.reports);
+        if (!mayGoOn()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Documents and tables are written at the same time, but get their final names in order.
+void cAnalysisRun::writeReports(const std::vector<sPlannedReport>& reports) {
+    std::vector<sWrittenReport> written(reports.size());
+    inParallel(2, 1, [&](std::size_t kind) {
+        for (std::size_t i = 0; i < reports.size(); ++i) {
+            if (reports[i].content.index() == kind) {
+                written[i] = std::visit(
+                    [&](const auto& content) { return writeReport(reports[i].fileName, content); },
+                    reports[i].content);
+            }
+        }
+    });
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        finishReport(std::move(written[i]), reports[i].fileName);
+    }
+}
+
+QStringList cAnalysisRun::unwrittenReports() const {
+    QStringList names;
+    for (const sUnwrittenReport& report : unwritten) {
+        names.append(report.fileName);
+    }
+    return names;
+}
+
 void cAnalysisRun::releaseFile() {
     currentXmlWriter.reset();
     currentPeptide.reset();
@@ -110,7 +174,13 @@ cAnalysisRun::eLoad cAnalysisRun::loadPeptide(std::ifstream& in, const QString& 
                                               const std::map<std::string, double>& radii,
                                               std::set<std::string>& missingRadii) {
     currentPeptide = std::make_unique<cPdbPeptide>();
+    errno = 0;
     const int badLine = currentPeptide->loadFromStream(in, radii, missingRadii);
+    if (in.bad()) {
+        // Neither the end of the file nor a bad line: what was read is not all there is.
+        send(Qt::red, "Could not read PDB file " + displayedPath(path) + ": " + reasonOf(errno));
+        return eLoad::failed;
+    }
     if (badLine != 0) {
         send(Qt::red, "There was an error in PDB file " + displayedPath(path) + " at line " +
                           QString::number(badLine));
@@ -123,38 +193,44 @@ cAnalysisRun::eLoad cAnalysisRun::loadPeptide(std::ifstream& in, const QString& 
     return eLoad::loaded;
 }
 
-void cAnalysisRun::writeXmlReport(const QString& fileName, const cXmlContent& content) {
-    cReportFile report(directoryOf(fileName));
-    if (report.isOpen()) {
-        currentXmlWriter = std::make_unique<cXmlWriter>(report.temporaryName().c_str());
+cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
+                                                       const cXmlContent& content) {
+    auto report = std::make_unique<cReportFile>(directoryOf(fileName));
+    if (report->isOpen()) {
+        currentXmlWriter = std::make_unique<cXmlWriter>(report->temporaryName().c_str());
     }
     if (currentXmlWriter == nullptr || !currentXmlWriter->isFileOpen()) {
+        const int error = report->isOpen() ? errno : report->error();
         currentXmlWriter.reset();
-        unwritten.append(fileName);
-        return;
+        return {nullptr, error};
     }
+    errno = 0; // a stream tells that it failed but not why
     content(*currentXmlWriter);
     currentXmlWriter->close();
-    const bool isComplete = !currentXmlWriter->fail();
+    const int error = currentXmlWriter->fail() ? report->writeError(errno) : 0;
     currentXmlWriter.reset();
-    finishReport(isComplete, report, fileName);
+    return {std::move(report), error};
 }
 
-void cAnalysisRun::writeTableReport(const QString& fileName, const cTableContent& content) {
-    cReportFile report(directoryOf(fileName));
-    tableFile.setFileName(fileName);
-    if (!report.isOpen() || !tableFile.open(report.duplicateDescriptor(), QIODevice::WriteOnly,
-                                            QFileDevice::AutoCloseHandle)) {
-        unwritten.append(fileName);
-        return;
+cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
+                                                       const cTableContent& content) {
+    auto report = std::make_unique<cReportFile>(directoryOf(fileName));
+    const int descriptor = report->duplicateDescriptor();
+    if (descriptor < 0) {
+        return {nullptr, errno};
     }
+    tableFile.setFileName(fileName);
+    tableFile.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+    errno = 0; // the file forgets why it failed when it is written to again
     QTextStream stream(&tableFile);
     content(stream);
     stream.flush();
-    const bool isComplete = stream.status() == QTextStream::Ok && tableFile.flush() &&
-                            tableFile.error() == QFileDevice::NoError;
+    bool isComplete = stream.status() == QTextStream::Ok && tableFile.flush() &&
+                      tableFile.error() == QFileDevice::NoError;
     tableFile.close();
-    finishReport(isComplete, report, fileName);
+    isComplete = isComplete && tableFile.error() == QFileDevice::NoError;
+    const int error = isComplete ? 0 : report->writeError(errno);
+    return {std::move(report), error};
 }
 
 void cAnalysisRun::writeBytes(QTextStream& stream, std::string_view bytes) {
@@ -169,9 +245,17 @@ void cAnalysisRun::writeBytes(QTextStream& stream, std::string_view bytes) {
     }
 }
 
-void cAnalysisRun::finishReport(bool isComplete, cReportFile& report, const QString& fileName) {
-    if (!isComplete || !report.commit(fileName)) {
-        unwritten.append(fileName);
-        send(Qt::red, "Could not write report " + displayedPath(fileName));
+void cAnalysisRun::finishReport(sWrittenReport written, const QString& fileName) {
+    const bool isBegun = written.file != nullptr;
+    if (written.error == 0 && !written.file->commit(fileName)) {
+        written.error = written.file->error();
+    }
+    if (written.error == 0) {
+        return;
+    }
+    unwritten.push_back({fileName, reasonOf(written.error), isBegun});
+    if (isBegun) {
+        send(Qt::red,
+             "Could not write report " + displayedPath(fileName) + ": " + unwritten.back().reason);
     }
 }

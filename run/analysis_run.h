@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/pdb_peptide.h"
+#include "run/report_file.h"
 #include "run/status_message.h"
 #include "xml/xml_writer.h"
 
@@ -19,12 +20,22 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
 
 /// How the work on one file ended.
 enum class eFileOutcome {
     analysed, ///< reports that could not be written are in unwrittenReports()
     failed,   ///< reported in red; no report exists
     stopped   ///< a stop was asked for; only reports that were whole before it exist
+};
+
+/// A report that was asked for but does not exist, or exists only as an older run left it.
+struct sUnwrittenReport {
+    QString fileName;    ///< its final name
+    QString reason;      ///< in the words of the system
+    bool isBegun = true; ///< false when not even a file could be created: no message was sent
 };
 
 /// A worker thread that takes its input files one by one. A stop takes effect at safe points
@@ -42,8 +53,13 @@ class cAnalysisRun : public QThread {
     /// calling thread. Several threads may work at once, each through a worker object of its own.
     eFileOutcome analyseFile(const QString& path, const QString& timeStamp);
 
+    /// Final names of the reports that analyseFile() would write, in the order of writing.
+    QStringList reportNames(const QString& path, const QString& timeStamp);
+
     /// Final names of the reports that were asked for but not written since the run began.
-    const QStringList& unwrittenReports() const { return unwritten; }
+    QStringList unwrittenReports() const;
+    /// The same with the reasons; they are forgotten here.
+    std::vector<sUnwrittenReport> takeUnwrittenReports() { return std::exchange(unwritten, {}); }
 
     /// Besides an interruption of the thread, a flag that asks for a stop; not owned, may be null.
     void setStopFlag(const std::atomic<bool>* flag) { stopFlag = flag; }
@@ -61,6 +77,24 @@ class cAnalysisRun : public QThread {
     /// The work on one file. Returns early with `stopped` when a safe point says so.
     virtual eFileOutcome analyse(const QString& path, const QString& timeStamp) = 0;
 
+    using cXmlContent = std::function<void(cXmlWriter&)>;
+    using cTableContent = std::function<void(QTextStream&)>;
+    /// A report that was asked for: its final name and what writes its content.
+    struct sPlannedReport {
+        QString fileName;
+        std::variant<cXmlContent, cTableContent> content;
+    };
+    /// A step of calculations, false when a stop was asked for, and the reports that follow it.
+    struct sReportGroup {
+        std::function<bool()> calculate;
+        std::vector<sPlannedReport> reports;
+    };
+    /// Everything that is to be done with the current peptide by the settings, in order. `base` is
+    /// what the names of the file's reports begin with.
+    virtual std::vector<sReportGroup> planReports(const QString& base);
+    /// Carries out the plan for the file; false when a stop was asked for.
+    bool calculateAndWrite(const QString& path, const QString& timeStamp);
+
     /// A safe point: false when the work is to be given up at once. On the worker thread a pending
     /// termination takes effect here; nothing is half done that the stack does not undo.
     bool mayGoOn();
@@ -73,11 +107,6 @@ class cAnalysisRun : public QThread {
                       const std::map<std::string, double>& radii,
                       std::set<std::string>& missingRadii);
 
-    using cXmlContent = std::function<void(cXmlWriter&)>;
-    using cTableContent = std::function<void(QTextStream&)>;
-    void writeXmlReport(const QString& fileName, const cXmlContent& content);
-    void writeTableReport(const QString& fileName, const cTableContent& content);
-
     /// Writes bytes as they are behind what the stream has written so far.
     static void writeBytes(QTextStream& stream, std::string_view bytes);
 
@@ -86,11 +115,20 @@ class cAnalysisRun : public QThread {
     QFile tableFile;
 
   private:
-    void finishReport(bool isComplete, class cReportFile& report, const QString& fileName);
+    QString reportBase(const QString& path, const QString& timeStamp) const;
+    /// A report under its temporary name; null if none could be created.
+    struct sWrittenReport {
+        std::unique_ptr<cReportFile> file;
+        int error = 0; ///< errno of a report that is not complete
+    };
+    void writeReports(const std::vector<sPlannedReport>& reports);
+    sWrittenReport writeReport(const QString& fileName, const cXmlContent& content);
+    sWrittenReport writeReport(const QString& fileName, const cTableContent& content);
+    void finishReport(sWrittenReport written, const QString& fileName);
     void releaseFile();
     /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
     bool isStopWanted() const;
 
-    QStringList unwritten;
+    std::vector<sUnwrittenReport> unwritten;
     const std::atomic<bool>* stopFlag = nullptr;
 };

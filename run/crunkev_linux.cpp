@@ -97,18 +97,42 @@ eFileOutcome cRunKEV::analyse(const QString& path, const QString& timeStamp) {
         }
         send(Qt::yellow, text);
     }
-    const QString reportBase = reportDirectory() + baseNameOf(path) + '_' + timeStamp;
-    const bool isDone =
-        (!boundAnalysis || (analyseBound() && writeReports(reportBase, "bound"))) &&
-        (!chainAnalysis || (analyseChains() && writeReports(reportBase, "unbound")));
-    if (!isDone) {
+    if (!calculateAndWrite(path, timeStamp)) {
         return eFileOutcome::stopped;
     }
     send(Qt::black, "Structure of peptide from " + shownPath + " analyzed");
     return eFileOutcome::analysed;
 }
 
-/// Returns false when the run is to stop, like the two below.
+std::vector<cAnalysisRun::sReportGroup> cRunKEV::planReports(const QString& base) {
+    std::vector<sReportGroup> plan;
+    if (boundAnalysis) {
+        plan.push_back({[this] { return analyseBound(); }, reportsOf(base, "bound")});
+    }
+    if (chainAnalysis) {
+        plan.push_back({[this] { return analyseChains(); }, reportsOf(base, "unbound")});
+    }
+    return plan;
+}
+
+std::vector<cAnalysisRun::sPlannedReport> cRunKEV::reportsOf(const QString& base,
+                                                             const std::string& analysisType) {
+    const QString fileName = base + '_' + QString::fromStdString(analysisType);
+    std::vector<sPlannedReport> reports;
+    if (xmlOutput) {
+        reports.push_back({fileName + ".xml", [this, analysisType](cXmlWriter& writer) {
+                               writePeptideAttributeXml(writer, *currentPeptide, analysisType);
+                           }});
+    }
+    if (tableOutput) {
+        reports.push_back({fileName + ".tbl", [this, analysisType](QTextStream& stream) {
+                               writePeptideAttributeTable(stream, *currentPeptide, analysisType);
+                           }});
+    }
+    return reports;
+}
+
+/// Returns false when the run is to stop, like the one below.
 bool cRunKEV::analyseBound() {
     cPdbPeptide& peptide = *currentPeptide;
     if (!mayGoOn()) {
@@ -167,22 +191,4 @@ void cRunKEV::analyseChain(cProteinChain chain) const {
     if (calculateProtrusion) {
         chain.setProtrusionIndex(cxThreshold, cxAtomVolume);
     }
-}
-
-bool cRunKEV::writeReports(const QString& reportBase, const std::string& analysisType) {
-    const QString fileName = reportBase + '_' + QString::fromStdString(analysisType);
-    if (xmlOutput) {
-        writeXmlReport(fileName + ".xml", [&](cXmlWriter& writer) {
-            writePeptideAttributeXml(writer, *currentPeptide, analysisType);
-        });
-        if (!mayGoOn()) {
-            return false;
-        }
-    }
-    if (tableOutput) {
-        writeTableReport(fileName + ".tbl", [&](QTextStream& stream) {
-            writePeptideAttributeTable(stream, *currentPeptide, analysisType);
-        });
-    }
-    return mayGoOn();
 }

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 /// Filled through its setters while idle, then started; see cAnalysisRun for how it runs and stops.
 class cRunKEV : public cAnalysisRun {
@@ -45,12 +46,13 @@ class cRunKEV : public cAnalysisRun {
     const QStringList& pathsToAnalyse() const override { return inputFiles; }
     QString reportDirectory() const override;
     eFileOutcome analyse(const QString& path, const QString& timeStamp) override;
+    std::vector<sReportGroup> planReports(const QString& base) override;
 
   private:
     bool analyseBound();
     bool analyseChains();
     void analyseChain(cProteinChain chain) const;
-    bool writeReports(const QString& reportBase, const std::string& analysisType);
+    std::vector<sPlannedReport> reportsOf(const QString& base, const std::string& analysisType);
     void writeTableHeader(std::string& text, const cPdbPeptide& peptide,
                           const std::string& analysisType) const;
     void writeColumnTitles(std::string& text) const;

@@ -63,9 +63,11 @@ bool cReportFile::createLocked(const std::string& directory) {
     name = directory + nextTemporaryName();
     const int created = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
     if (created < 0) {
-        return errno == EEXIST;
+        lastError = errno;
+        return lastError == EEXIST;
     }
     if (lockFile(created) == eLock::heldElsewhere || !isLinked(created)) {
+        lastError = EBUSY;
         ::close(created);
         return true;
     }
@@ -84,11 +86,23 @@ cReportFile::~cReportFile() {
 }
 
 int cReportFile::duplicateDescriptor() const {
-    return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    const int duplicate = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (!isOpen()) {
+        errno = lastError;
+    }
+    return duplicate;
+}
+
+int cReportFile::writeError(int errorNumber) const {
+    if (errorNumber != 0) {
+        return errorNumber;
+    }
+    return ::write(descriptor, "", 1) < 0 ? errno : EIO;
 }
 
 bool cReportFile::commit(const QString& finalName) {
     isCommitted = std::rename(name.c_str(), pathToBytes(finalName).c_str()) == 0;
+    lastError = isCommitted ? 0 : errno;
     return isCommitted;
 }
 

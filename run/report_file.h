@@ -17,10 +17,15 @@ class cReportFile {
     cReportFile& operator=(const cReportFile&) = delete;
 
     bool isOpen() const { return descriptor >= 0; }
+    /// Why the file could not be created or get its final name: an errno.
+    int error() const { return lastError; }
     /// The name under which the file is written.
     const std::string& temporaryName() const { return name; }
-    /// A descriptor of its own for a writer, who closes it; negative on failure.
+    /// A descriptor of its own for a writer, who closes it; negative on failure, with errno set.
     int duplicateDescriptor() const;
+    /// Why writing failed, given its errno. When that is 0, a write was cut short, and one more is
+    /// tried to learn the reason: such a report must not be committed.
+    int writeError(int errorNumber) const;
     /// Gives the file its final name, replacing an older report.
     bool commit(const QString& finalName);
 
@@ -29,6 +34,7 @@ class cReportFile {
 
     std::string name;
     int descriptor = -1;
+    int lastError = 0;
     bool isCommitted = false;
 };
 

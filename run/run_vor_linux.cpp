@@ -3,6 +3,7 @@
 #include "run/file_path.h"
 
 #include <fstream>
+#include <new>
 #include <set>
 #include <sstream>
 
@@ -42,14 +43,14 @@ eFileOutcome cRunVOR::analyse(const QString& path, const QString& timeStamp) {
         }
         send(Qt::yellow, "The following radii were not found in radii file: " + names.join("; "));
     }
-    if (!resolve() || !writeReports(reportDirectory() + baseNameOf(path) + '_' + timeStamp)) {
+    if (!calculateAndWrite(path, timeStamp)) {
         return eFileOutcome::stopped;
     }
     send(Qt::black, "Contacts of peptide from " + shownPath + " analyzed");
     return eFileOutcome::analysed;
 }
 
-/// Returns false when the run is to stop, like the writers below.
+/// Returns false when the run is to stop.
 bool cRunVOR::resolve() {
     cPdbPeptide& peptide = *currentPeptide;
     if (!mayGoOn()) {
@@ -78,35 +79,38 @@ bool cRunVOR::resolve() {
     return mayGoOn();
 }
 
-bool cRunVOR::writeReports(const QString& reportBase) {
-    return (!xmlOutput || writeXmlReports(reportBase)) &&
-           (!tableOutput || writeTableReports(reportBase));
+const std::array<cRunVOR::sReportKind, 3> cRunVOR::reportKinds{{
+    {"_contacts", &cRunVOR::writeContacts, &cRunVOR::writeContactsXml,
+     &cRunVOR::writeContactsTable},
+    {"_binding_residues", &cRunVOR::writeBindingResidues, &cRunVOR::writeHotSpotsXml,
+     &cRunVOR::writeHotSpotsTable},
+    {"_binding_status", &cRunVOR::writeBindingStatus, &cRunVOR::writeResidueBindingStatusXml,
+     &cRunVOR::writeResidueBindingStatusTable},
+}};
+
+std::vector<cAnalysisRun::sReportGroup> cRunVOR::planReports(const QString& base) {
+    std::vector<sPlannedReport> reports;
+    for (const sReportKind& kind : reportKinds) {
+        if (xmlOutput && this->*kind.isWanted) {
+            reports.push_back({base + kind.suffix + ".xml", [this, &kind](cXmlWriter& writer) {
+                                   (this->*kind.writeXml)(writer, *currentPeptide);
+                               }});
+        }
+    }
+    for (const sReportKind& kind : reportKinds) {
+        if (tableOutput && this->*kind.isWanted) {
+            reports.push_back({base + kind.suffix + ".tbl",
+                               [this, &kind](QTextStream& stream) { writeWhole(stream, kind); }});
+        }
+    }
+    return {{[this] { return resolve(); }, reports}};
 }
 
-bool cRunVOR::writeXmlReports(const QString& reportBase) {
-    const auto write = [&](const char* suffix, auto writer) {
-        writeXmlReport(reportBase + suffix,
-                       [&](cXmlWriter& out) { (this->*writer)(out, *currentPeptide); });
-        return mayGoOn();
-    };
-    return (!writeContacts || write("_contacts.xml", &cRunVOR::writeContactsXml)) &&
-           (!writeBindingResidues || write("_binding_residues.xml", &cRunVOR::writeHotSpotsXml)) &&
-           (!writeBindingStatus ||
-            write("_binding_status.xml", &cRunVOR::writeResidueBindingStatusXml));
-}
-
-bool cRunVOR::writeTableReports(const QString& reportBase) {
-    const auto write = [&](const char* suffix, auto writer) {
-        writeTableReport(reportBase + suffix, [&](QTextStream& stream) {
-            std::ostringstream text;
-            (this->*writer)(text, *currentPeptide);
-            writeBytes(stream, text.view());
-        });
-        return mayGoOn();
-    };
-    return (!writeContacts || write("_contacts.tbl", &cRunVOR::writeContactsTable)) &&
-           (!writeBindingResidues ||
-            write("_binding_residues.tbl", &cRunVOR::writeHotSpotsTable)) &&
-           (!writeBindingStatus ||
-            write("_binding_status.tbl", &cRunVOR::writeResidueBindingStatusTable));
+void cRunVOR::writeWhole(QTextStream& stream, const sReportKind& kind) {
+    std::ostringstream text;
+    (this->*kind.writeTable)(text, *currentPeptide);
+    if (!text) {
+        throw std::bad_alloc(); // a stream keeps the lack of memory to itself and stops short
+    }
+    writeBytes(stream, text.view());
 }

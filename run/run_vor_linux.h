@@ -4,9 +4,11 @@
 #include "contacts/residue_contact.h"
 #include "run/analysis_run.h"
 
+#include <array>
 #include <iosfwd>
 #include <map>
 #include <string>
+#include <vector>
 
 /// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and
 /// stops.
@@ -47,12 +49,19 @@ class cRunVOR : public cAnalysisRun {
     const QStringList& pathsToAnalyse() const override { return inputFiles; }
     QString reportDirectory() const override;
     eFileOutcome analyse(const QString& path, const QString& timeStamp) override;
+    std::vector<sReportGroup> planReports(const QString& base) override;
 
   private:
+    struct sReportKind {
+        const char* suffix;
+        bool cRunVOR::*isWanted;
+        void (cRunVOR::*writeXml)(cXmlWriter&, cPdbPeptide&);
+        void (cRunVOR::*writeTable)(std::ostream&, cPdbPeptide&);
+    };
+    static const std::array<sReportKind, 3> reportKinds; ///< in the order of writing
+
     bool resolve();
-    bool writeReports(const QString& reportBase);
-    bool writeXmlReports(const QString& reportBase);
-    bool writeTableReports(const QString& reportBase);
+    void writeWhole(QTextStream& stream, const sReportKind& kind);
     void writeXmlHeader(cXmlWriter& writer, const char* root, const cPdbPeptide& peptide) const;
     void writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) const;
 };

@@ -197,7 +197,8 @@ TEST_F(BatchInputs, ReportThatIsTooLargeIsMissing) {
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(reportNames(), (std::vector<std::string>{"1ubq_200703141530_bound.tbl",
                                                        "1ubq_200703141530_unbound.tbl"}));
-    EXPECT_TRUE(contains(outcome.err, "Could not write report out/1ubq_200703141530_bound.xml\n"));
+    EXPECT_TRUE(contains(outcome.err, "Could not write report out/1ubq_200703141530_bound.xml: "
+                                      "File too large\n"));
     EXPECT_TRUE(outcome.err.ends_with("Report missing: out/1ubq_200703141530_bound.xml\n"
                                       "Report missing: out/1ubq_200703141530_unbound.xml\n"
                                       "1 of 1 file analysed, 0 failed, 2 reports missing\n"))
@@ -209,6 +210,8 @@ TEST_F(BatchInputs, ReportWhoseNameIsTakenByADirectoryIsMissing) {
     const sProcessOutcome outcome = run("kev", {ubiquitin, antibody});
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_EQ(reports().size(), 7U);
+    EXPECT_TRUE(contains(outcome.err, "Could not write report out/1ubq_200703141530_bound.tbl: "
+                                      "Is a directory\n"));
     EXPECT_TRUE(outcome.err.ends_with("Report missing: out/1ubq_200703141530_bound.tbl\n"
                                       "2 of 2 files analysed, 0 failed, 1 report missing\n"))
         << outcome.err;

@@ -48,16 +48,20 @@ TEST(BatchOptions, DefaultsOfAModule) {
     EXPECT_FALSE(options.outputDirectory.has_value());
     EXPECT_FALSE(options.jobs.has_value());
     EXPECT_FALSE(options.timeStamp.has_value());
+    EXPECT_FALSE(options.isResumed);
     EXPECT_FALSE(options.isQuiet);
     EXPECT_TRUE(options.isProgressWanted);
     EXPECT_TRUE(options.inputs.empty());
 }
 
 TEST(BatchOptions, EveryOptionIsTaken) {
-    const sOptions options =
-        parsed({"vor", "--config", "a.cfg", "--set", "k=v", "--set=l=w", "--output-dir", "out",
-                "--contact-rules", "rules.txt", "--jobs", "3", "--stamp", "200703141530", "--quiet",
-                "--no-progress", "--list", "a.fls", "x.pdb"});
+    const sOptions options = parsed({"vor",          "--config",      "a.cfg",
+                                     "--set",        "k=v",           "--set=l=w",
+                                     "--output-dir", "out",           "--contact-rules",
+                                     "rules.txt",    "--jobs",        "3",
+                                     "--stamp",      "200703141530",  "--resume",
+                                     "--quiet",      "--no-progress", "--list",
+                                     "a.fls",        "x.pdb"});
     EXPECT_EQ(options.module, eModule::vor);
     EXPECT_EQ(options.configuration, "a.cfg");
     EXPECT_EQ(options.overrides, (std::vector<std::string>{"k=v", "l=w"}));
@@ -65,6 +69,7 @@ TEST(BatchOptions, EveryOptionIsTaken) {
     EXPECT_EQ(options.contactRules, "rules.txt");
     EXPECT_EQ(options.jobs, 3);
     EXPECT_EQ(options.timeStamp, "200703141530");
+    EXPECT_TRUE(options.isResumed);
     EXPECT_TRUE(options.isQuiet);
     EXPECT_FALSE(options.isProgressWanted);
     EXPECT_EQ(described(options.inputs), "list:a.fls file:x.pdb ");
@@ -155,6 +160,15 @@ TEST(BatchOptions, StampIsTwelveDigits) {
                   std::string("Option --stamp needs 12 digits, YYYYMMDDHHMM, not \"") + value +
                       '"');
     }
+}
+
+TEST(BatchOptions, ResumeNeedsAStamp) {
+    EXPECT_EQ(faultOf({"kev", "--resume", "a.pdb"}),
+              "Option --resume needs --stamp with the time stamp of the interrupted run");
+    EXPECT_EQ(faultOf({"kev", "--resume", "--stamp=200703141530"}), "");
+    EXPECT_EQ(faultOf({"kev", "--resume=1", "--stamp=200703141530"}),
+              "Option --resume=1 takes no value");
+    EXPECT_EQ(parsed({"kev", "--resume", "--help"}).request, eRequest::help);
 }
 
 TEST(BatchOptions, HelpAndVersionEndTheReading) {

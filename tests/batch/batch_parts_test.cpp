@@ -6,34 +6,49 @@
 #include "batch/shown_text.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
+#include "run/file_path.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 
+namespace {
+
+QStringList warningsFor(const cInputPaths& paths) {
+    return sameBaseNameWarnings(paths, cSameBaseNames(paths));
+}
+
+} // namespace
+
 TEST(ProgressLine, ShowsFilesRateAndTimeLeft) {
-    EXPECT_EQ(progressLine(10, 40, 20.0, 79),
+    EXPECT_EQ(progressLine({10, 0, 40}, 20.0, 79),
               "[#######.......................] 10/40 files, 0.5 files/s, 1:00 left");
 }
 
 TEST(ProgressLine, HasNoRateBeforeTheFirstFile) {
-    EXPECT_EQ(progressLine(0, 3, 5.0, 79), "[..............................] 0/3 files");
+    EXPECT_EQ(progressLine({0, 0, 3}, 5.0, 79), "[..............................] 0/3 files");
 }
 
 TEST(ProgressLine, EndsFull) {
-    EXPECT_EQ(progressLine(3, 3, 2.0, 79),
+    EXPECT_EQ(progressLine({3, 0, 3}, 2.0, 79),
               "[##############################] 3/3 files, 1.5 files/s, 0:00 left");
 }
 
 TEST(ProgressLine, ShowsHoursWhenThereAreAny) {
-    EXPECT_EQ(progressLine(1, 2, 3723.0, 30), "1/2 files, 0.000269 files/s, 1");
-    EXPECT_NE(progressLine(1, 2, 3723.0, 79).find(" 1:02:03 left"), std::string::npos);
-    EXPECT_NE(progressLine(1, 2, 1e12, 79).find(" 99:59:59 left"), std::string::npos);
+    EXPECT_EQ(progressLine({1, 0, 2}, 3723.0, 30), "1/2 files, 0.000269 files/s, 1");
+    EXPECT_NE(progressLine({1, 0, 2}, 3723.0, 79).find(" 1:02:03 left"), std::string::npos);
+    EXPECT_NE(progressLine({1, 0, 2}, 1e12, 79).find(" 99:59:59 left"), std::string::npos);
+}
+
+TEST(ProgressLine, FilesTakenOverCountAsDoneButNotForTheRate) {
+    EXPECT_EQ(progressLine({10, 20, 40}, 20.0, 79),
+              "[######################........] 30/40 files, 0.5 files/s, 0:20 left");
+    EXPECT_EQ(progressLine({0, 20, 40}, 20.0, 79), "[###############...............] 20/40 files");
 }
 
 TEST(ProgressLine, NeverExceedsTheColumns) {
     for (int columns = -1; columns < 100; ++columns) {
-        EXPECT_LE(static_cast<int>(progressLine(123, 456, 7.0, columns).size()),
+        EXPECT_LE(static_cast<int>(progressLine({123, 0, 456}, 7.0, columns).size()),
                   std::max(columns, 0));
     }
 }
@@ -45,52 +60,95 @@ TEST(ShownText, ControlCharactersCannotBreakALine) {
     EXPECT_EQ(shownPath(std::string_view("f\xfcr\n")), QStringLiteral("f\uFFFDr?"));
 }
 
+TEST(InputPaths, ArePackedAndComeBackAsTheyWere) {
+    const cInputPaths paths{"a/x.pdb", "", "f\xfcr \n.pdb", "y"};
+    ASSERT_EQ(paths.size(), 4U);
+    EXPECT_EQ(paths.bytes(0), "a/x.pdb");
+    EXPECT_EQ(paths.bytes(1), "");
+    EXPECT_EQ(paths.bytes(2), "f\xfcr \n.pdb");
+    EXPECT_EQ(pathToBytes(paths[2]), "f\xfcr \n.pdb");
+    EXPECT_EQ(paths.bytes(3), "y");
+    EXPECT_TRUE(cInputPaths().empty());
+}
+
 TEST(SameBaseName, BothFilesAreNamed) {
     const QStringList warnings =
-        sameBaseNameWarnings({"a/x.pdb", "y.pdb", "b/x.model1.ent", "z.pdb", "c/x"});
-    ASSERT_EQ(warnings.size(), 2);
+        warningsFor({"a/x.pdb", "y.pdb", "b/x.model1.ent", "z.pdb", "y", "c/x"});
+    ASSERT_EQ(warnings.size(), 3);
     EXPECT_TRUE(warnings[0].startsWith("a/x.pdb and b/x.model1.ent have the same base name"));
-    EXPECT_TRUE(warnings[1].startsWith("a/x.pdb and c/x have the same base name"));
+    EXPECT_TRUE(warnings[1].startsWith("y.pdb and y have the same base name"));
+    EXPECT_TRUE(warnings[2].startsWith("a/x.pdb and c/x have the same base name"));
 }
 
 TEST(SameBaseName, CaseMakesADifference) {
-    EXPECT_TRUE(sameBaseNameWarnings({"x.pdb", "X.pdb", "xx.pdb"}).isEmpty());
+    EXPECT_TRUE(warningsFor({"x.pdb", "X.pdb", "xx.pdb"}).isEmpty());
+}
+
+TEST(SameBaseName, GroupsHoldTheirFilesInOrder) {
+    const cInputPaths paths{"b.pdb", "a.pdb", "x/b.ent", "c.pdb", "b"};
+    const cSameBaseNames sameNames(paths);
+    const std::vector<std::size_t> expected{0, 2, 4};
+    for (const std::size_t file : expected) {
+        ASSERT_NE(sameNames.groupOf(file), nullptr);
+        EXPECT_EQ(*sameNames.groupOf(file), expected);
+    }
+    EXPECT_EQ(sameNames.groupOf(1), nullptr);
+    EXPECT_EQ(sameNames.groupOf(3), nullptr);
+}
+
+TEST(SameBaseName, IsTheNameThatTheReportsGet) {
+    for (const std::string_view path :
+         {"1abc.pdb", "a/1abc.model1.pdb", "/a.b/c", "a/", "..", "a/..", ".hidden", "a/.hidden.pdb",
+          "", "/", ".", "a//b.pdb", "back\\slash.pdb", ":/colon.pdb", "f\xfcr.pdb",
+          "\xef\xbb\xbf.x", "gr\xc3\xbc\xc3\x9f.pdb"}) {
+        const std::string twin = pathToBytes(baseNameOf(pathFromBytes(path)));
+        const cInputPaths paths{path, "other/" + twin + ".ent", twin + "x"};
+        const cSameBaseNames sameNames(paths);
+        EXPECT_NE(sameNames.groupOf(0), nullptr) << path;
+        EXPECT_EQ(sameNames.groupOf(2), nullptr) << path;
+    }
 }
 
 TEST(Summary, CountsAndNamesInTheOrderOfTheFiles) {
-    const QStringList paths{"a", "b", "c\nd"};
-    const std::vector<sFileResult> results{{eFileOutcome::analysed, {}},
-                                           {eFileOutcome::analysed, {"b.xml", "b.tbl"}},
-                                           {eFileOutcome::failed, {}}};
-    const auto messages = summaryMessages(paths, results);
+    const cInputPaths paths{"a", "b", "c\nd"};
+    const sBatchResult result{3, 2, 0, 1, {{1, false, {"b.xml", "b.tbl"}}, {2, true, {}}}};
+    const auto messages = summaryMessages(paths, result, false);
     ASSERT_EQ(messages.size(), 4U);
     EXPECT_EQ(messages[0].text, "Report missing: b.xml");
     EXPECT_EQ(messages[1].text, "Report missing: b.tbl");
     EXPECT_EQ(messages[2].text, "Failed: c?d");
     EXPECT_EQ(messages[3].text, "2 of 3 files analysed, 1 failed, 2 reports missing");
     EXPECT_EQ(messages[3].colour, QColor(Qt::red));
-    EXPECT_EQ(exitStatus(results), 1);
+    EXPECT_EQ(exitStatus(result), 1);
 }
 
 TEST(Summary, OfARunWithoutFaultIsBlack) {
-    const std::vector<sFileResult> results{{eFileOutcome::analysed, {}}};
-    const auto messages = summaryMessages({"a"}, results);
+    const sBatchResult result{1, 1, 0, 0, {}};
+    const auto messages = summaryMessages({"a"}, result, false);
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_EQ(messages[0].text, "1 of 1 file analysed, 0 failed, 0 reports missing");
     EXPECT_EQ(messages[0].colour, QColor(Qt::black));
-    EXPECT_EQ(exitStatus(results), 0);
+    EXPECT_EQ(exitStatus(result), 0);
+}
+
+TEST(Summary, OfAResumedRunCountsTheFilesTakenOver) {
+    const sBatchResult result{5, 2, 3, 0, {}};
+    EXPECT_EQ(summaryMessages({"a", "b", "c", "d", "e"}, result, true).back().text,
+              "2 of 5 files analysed, 3 taken over, 0 failed, 0 reports missing");
+    EXPECT_EQ(exitStatus(result), 0);
+    EXPECT_EQ(summaryMessages({"a"}, {1, 1, 0, 0, {}}, true).back().text,
+              "1 of 1 file analysed, 0 taken over, 0 failed, 0 reports missing");
 }
 
 TEST(Summary, MissingReportAloneIsAFailure) {
-    EXPECT_EQ(exitStatus({{eFileOutcome::analysed, {"a.xml"}}}), 1);
+    EXPECT_EQ(exitStatus({1, 1, 0, 0, {{0, false, {"a.xml"}}}}), 1);
 }
 
 TEST(Summary, OfAStoppedRunSaysSo) {
-    const std::vector<sFileResult> results{
-        {eFileOutcome::analysed, {}}, {eFileOutcome::stopped, {}}, {eFileOutcome::failed, {}}};
-    EXPECT_EQ(summaryMessages({"a", "b", "c"}, results).back().text,
+    const sBatchResult result{3, 1, 0, 1, {{2, true, {}}}};
+    EXPECT_EQ(summaryMessages({"a", "b", "c"}, result, false).back().text,
               "Stopped: 1 of 3 files analysed, 1 failed, 0 reports missing");
-    EXPECT_EQ(exitStatus(results), 130);
+    EXPECT_EQ(exitStatus(result), 130);
 }
 
 TEST(StopSignal, FirstSignalRaisesTheFlagAndTheHandlerGoesWithTheObject) {

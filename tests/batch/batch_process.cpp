@@ -3,6 +3,7 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <system_error>
 
 #include <fcntl.h>
@@ -30,9 +31,12 @@ void resetSignals() {
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-void limitFileSize(std::size_t bytes) {
+/// No limit when it is 0.
+void setLimit(decltype(RLIMIT_AS) resource, std::size_t bytes) {
     const rlimit limit{bytes, bytes};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    if (bytes > 0) {
+        ::setrlimit(resource, &limit);
+    }
 }
 
 } // namespace
@@ -69,9 +73,8 @@ void cBatchProcess::becomeProgram(const std::vector<std::string>& arguments,
     for (const auto& [name, value] : manner.environment) {
         ::setenv(name.c_str(), value.c_str(), 1);
     }
-    if (manner.fileSizeLimit > 0) {
-        limitFileSize(manner.fileSizeLimit);
-    }
+    setLimit(RLIMIT_FSIZE, manner.fileSizeLimit);
+    setLimit(RLIMIT_AS, manner.memoryLimit);
     std::string program =
         manner.program.empty() ? batchProgram().string() : manner.program.string();
     std::vector<std::string> texts = arguments;
@@ -122,15 +125,36 @@ void cBatchProcess::sendSignal(int signalNumber) const {
     ::kill(process, signalNumber);
 }
 
-std::size_t cBatchProcess::threadCount() const {
+std::size_t cBatchProcess::countIn(const char* processDirectory) const {
     std::error_code error;
     std::size_t count = 0;
-    std::filesystem::directory_iterator thread("/proc/" + std::to_string(process) + "/task", error);
-    while (!error && thread != std::filesystem::directory_iterator()) {
+    std::filesystem::directory_iterator entry(
+        "/proc/" + std::to_string(process) + '/' + processDirectory, error);
+    while (!error && entry != std::filesystem::directory_iterator()) {
         ++count;
-        thread.increment(error);
+        entry.increment(error);
     }
     return count;
+}
+
+std::size_t cBatchProcess::threadCount() const {
+    return countIn("task");
+}
+
+std::size_t cBatchProcess::descriptorCount() const {
+    return countIn("fd");
+}
+
+std::size_t cBatchProcess::peakAddressSpace() const {
+    constexpr std::size_t kibibyte = 1024;
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string word; status >> word;) {
+        std::size_t amount = 0;
+        if (word == "VmPeak:" && status >> amount) {
+            return amount * kibibyte;
+        }
+    }
+    return 0;
 }
 
 bool cBatchProcess::hasEnded() {

@@ -15,11 +15,12 @@ struct sProcessManner {
     std::map<std::string, std::string> environment; ///< added to the test's own
     bool hasTerminal = false;                       ///< standard error is a terminal of 80 columns
     std::size_t fileSizeLimit = 0; ///< largest file it may write, bytes; 0 is no limit
+    std::size_t memoryLimit = 0;   ///< most address space it may use, bytes; 0 is no limit
     std::filesystem::path program; ///< kelmo-batch of this build if empty
 };
 
 struct sProcessOutcome {
-    int exitStatus = -1; ///< 128 + n when signal n killed it
+    int exitStatus = -1;    ///< 128 + n when signal n killed it
     std::string out;
     std::string err;            ///< on a terminal with its line ends, carriage return and line feed
     std::size_t peakMemory = 0; ///< bytes; at least what the test itself held when it started it
@@ -40,12 +41,17 @@ class cBatchProcess {
     void sendSignal(int signalNumber) const;
     /// How many threads it has now; 0 when it has ended.
     std::size_t threadCount() const;
+    /// How many file descriptors it has open now; 0 when it has ended.
+    std::size_t descriptorCount() const;
+    /// The most address space it has used so far, bytes; 0 when it has ended.
+    std::size_t peakAddressSpace() const;
     /// Whether it has ended, without waiting. Its outcome can still be taken.
     bool hasEnded();
     sProcessOutcome finish();
 
   private:
     bool readSome();
+    std::size_t countIn(const char* processDirectory) const;
     void becomeProgram(const std::vector<std::string>& arguments, const sProcessManner& manner,
                        int errorDescriptor) const;
 

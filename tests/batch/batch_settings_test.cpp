@@ -181,7 +181,8 @@ TEST_F(KevSettings, OutputDirectoryWithoutRoomForFilesIsRefused) {
     // Nobody can create files there, whatever his rights.
     const sProcessOutcome outcome = runAlone({"kev", "--output-dir=/proc/self", ubiquitin});
     EXPECT_EQ(outcome.exitStatus, 2);
-    EXPECT_EQ(outcome.err, "No file can be created in the output directory /proc/self/\n");
+    EXPECT_EQ(outcome.err, "No file can be created in the output directory /proc/self/: "
+                           "No such file or directory\n");
 }
 
 TEST_F(KevSettings, CurrentDirectoryIsTheDefaultOutputDirectory) {

@@ -88,7 +88,7 @@ TEST_F(UnreadableFile, InADirectoryThatMayNotBeEnteredIsNoStructureEither) {
 
 TEST_F(UnreadableFile, IsNoListOrConfiguration) {
     try {
-        readLines(pathFromBytes(file.native()), "--list");
+        forEachLine(pathFromBytes(file.native()), "--list", [](std::string_view) {});
         ADD_FAILURE() << "the list was read";
     } catch (const cUsageError& error) {
         EXPECT_EQ(error.what(), "--list: Could not open file " + file.string());

@@ -116,7 +116,7 @@ void readOptions(const std::string& text) {
 }
 
 void readList(const std::string& text) {
-    const QStringList paths = inputPaths({{sInputSource::eKind::listFile, inputFile(text)}});
+    const cInputPaths paths = inputPaths({{sInputSource::eKind::listFile, inputFile(text)}});
     std::vector<std::string> expected;
     for (std::string& line : linesOf(text)) {
         if (line.ends_with('\r')) {
@@ -126,12 +126,11 @@ void readList(const std::string& text) {
             expected.push_back(line);
         }
     }
-    require(static_cast<std::size_t>(paths.size()) == expected.size(), "a path for every line");
+    require(paths.size() == expected.size(), "a path for every line");
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        require(pathToBytes(paths[static_cast<qsizetype>(i)]) == expected[i],
-                "paths byte for byte");
+        require(paths.bytes(i) == expected[i], "paths byte for byte");
     }
-    for (const QString& warning : sameBaseNameWarnings(paths)) {
+    for (const QString& warning : sameBaseNameWarnings(paths, cSameBaseNames(paths))) {
         require(!warning.isEmpty(), "a warning");
     }
 }

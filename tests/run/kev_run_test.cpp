@@ -359,7 +359,8 @@ TEST_F(KevRun, ReportThatCannotBeRenamedIsReportedAndTheOthersAreWritten) {
     const std::string path = input("1tst.pdb");
     EXPECT_EQ(analyse(path), eFileOutcome::analysed);
     EXPECT_EQ(log.lines(),
-              (tLines{begin(path), "red: Could not write report " + taken, end(path)}));
+              (tLines{begin(path), "red: Could not write report " + taken + ": Is a directory",
+                      end(path)}));
     EXPECT_EQ(run.unwrittenReports(), pathList({taken}));
     EXPECT_EQ(reports(), (tLines{"1tst_200703141530_bound.xml", "1tst_200703141530_unbound.tbl",
                                  "1tst_200703141530_unbound.xml"}));
@@ -384,7 +385,8 @@ TEST_F(KevRun, FullDiskIsReportedAndOlderReportsStay) {
         expected.push_back(begin(path));
         const std::string base = output.file(path == small ? "1tst" : "1ubq");
         for (const char* suffix : {"_bound.xml", "_bound.tbl", "_unbound.xml", "_unbound.tbl"}) {
-            expected.push_back("red: Could not write report " + base + "_200703141530" + suffix);
+            expected.push_back("red: Could not write report " + base + "_200703141530" + suffix +
+                               ": File too large");
         }
         expected.push_back(end(path));
     }

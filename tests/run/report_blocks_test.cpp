@@ -1,4 +1,5 @@
 // Reports put together in blocks, several at a time: every item once, and in order.
+#include "geometry/in_parallel.h"
 #include "run/report_blocks.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace {
 
@@ -42,6 +44,32 @@ TEST(ReportBlocks, FewBlocksStandInMemoryAtATime) {
     EXPECT_EQ(waiting, 0);
     EXPECT_LE(most, 64);
     EXPECT_GE(most, 1);
+}
+
+TEST(ReportBlocks, LoopAroundThatIsGivenUpCutsNoReportShort) {
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        std::atomic<std::size_t> handedOn = 0;
+        std::atomic<bool> isUnderWay = false;
+        const auto work = [&](std::size_t i) {
+            if (i == 0) {
+                inBlocks(
+                    20'000,
+                    [&](std::string& block, std::size_t) {
+                        isUnderWay = true;
+                        block += 'x';
+                    },
+                    [&](std::string_view block) { handedOn += block.size(); });
+                return;
+            }
+            while (!isUnderWay) {
+                std::this_thread::yield();
+            }
+            throw std::runtime_error("the other report failed");
+        };
+        tbb::task_arena arena(2);
+        arena.execute([&] { EXPECT_THROW(inParallel(2, 1, work), std::runtime_error); });
+        EXPECT_EQ(handedOn, 20'000U);
+    }
 }
 
 TEST(ReportBlocks, ErrorOfAnItemComesOut) {

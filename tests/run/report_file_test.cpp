@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <string>
@@ -146,7 +147,9 @@ TEST(ReportFile, FailedCommitLeavesTheOlderReportAndNothingElse) {
     {
         cReportFile report(inScratch(scratch));
         EXPECT_FALSE(report.commit(inScratch(scratch, "taken.xml")));
+        EXPECT_EQ(report.error(), EISDIR);
         EXPECT_FALSE(report.commit(inScratch(scratch, "missing/1abc.xml")));
+        EXPECT_EQ(report.error(), ENOENT);
     }
     EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"1abc.xml"});
     EXPECT_EQ(contentOf(scratch.file("1abc.xml")), "older");
@@ -172,6 +175,8 @@ TEST(ReportFile, UnwritableDirectoryGivesAClosedReport) {
         const cReportFile report(QString::fromStdString(directory));
         EXPECT_FALSE(report.isOpen()) << directory;
         EXPECT_LT(report.duplicateDescriptor(), 0);
+        EXPECT_NE(report.error(), 0);
+        EXPECT_EQ(errno, report.error());
     }
 }
 

@@ -273,7 +273,8 @@ TEST_F(VorRun, ReportsThatCannotBeCompletedAreReported) {
     const std::string path = input("1tst.pdb");
     EXPECT_EQ(analyse(path), eFileOutcome::analysed);
     EXPECT_EQ(log.lines(),
-              (tLines{begin(path), "red: Could not write report " + taken, end(path)}));
+              (tLines{begin(path), "red: Could not write report " + taken + ": Is a directory",
+                      end(path)}));
     EXPECT_EQ(reports().size(), 5U);
 
     for (const std::string& name : reports()) {

@@ -1,0 +1,135 @@
+// The memory and the descriptors of a run do not follow the number of its files, and a file that is
+// too large for the memory is an error of that file. Not for sanitizers, which have a memory of
+// their own.
+#include "tests/batch/batch_fixture.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+std::string atomLine(int number, double x) {
+    char line[64];
+    std::snprintf(line, sizeof line, "ATOM  %5d  CA  GLY A%4d    %8.3f%8.3f%8.3f\n",
+                  number % 100'000, number % 10'000, x, 0.0, 0.0);
+    return line;
+}
+
+struct sUse {
+    std::size_t peakMemory = 0; ///< bytes
+    std::size_t mostDescriptors = 0;
+    std::size_t peakAddressSpace = 0;
+};
+
+class BatchMemory : public cBatchFixture {
+  protected:
+    /// What a run over that many tiny files uses.
+    sUse useOf(int fileCount, const std::string& jobs) const {
+        directory.write("tiny.pdb", atomLine(1, 0.0) + atomLine(2, 4.0) + "END\n");
+        std::string list;
+        for (int i = 0; i < fileCount; ++i) {
+            const std::string name =
+                "in/a_long_enough_name_of_a_file_" + std::to_string(i) + ".pdb";
+            const auto link = directory.path() / name;
+            std::filesystem::create_directories(link.parent_path());
+            if (!std::filesystem::exists(link)) {
+                std::filesystem::create_symlink(directory.path() / "tiny.pdb", link);
+            }
+            list += name + '\n';
+        }
+        directory.write("all.fls", list);
+        sProcessManner manner;
+        manner.directory = directory.path();
+        std::vector<std::string> arguments{"kev",    "--quiet", "--output-dir=out",
+                                           "--jobs", jobs,      "--list=all.fls"};
+        for (const char* key :
+             {"calc_rasa", "calc_dpx", "calc_cx", "calc_hydro", "analyze_unbound", "write_xml"}) {
+            arguments.push_back(std::string("--set=") + key + "=0");
+        }
+        cBatchProcess process(arguments, manner);
+        sUse use;
+        while (!process.hasEnded()) {
+            use.mostDescriptors = std::max(use.mostDescriptors, process.descriptorCount());
+            use.peakAddressSpace = std::max(use.peakAddressSpace, process.peakAddressSpace());
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        const sProcessOutcome outcome = process.finish();
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
+        EXPECT_EQ(outcome.err, "");
+        use.peakMemory = outcome.peakMemory;
+        return use;
+    }
+
+    void expectReportsOfSmallFiles() const {
+        const auto left = reports();
+        for (const char* kind : {"bound.xml", "bound.tbl", "unbound.xml", "unbound.tbl"}) {
+            EXPECT_EQ(left.count(std::string("1a0q_200703141530_") + kind), 1U) << kind;
+            EXPECT_EQ(left.count(std::string("small_200703141530_") + kind), 1U) << kind;
+            EXPECT_EQ(left.count(std::string("huge_200703141530_") + kind), 0U) << kind;
+        }
+    }
+
+    /// Room beside what a small run uses: plenty for one, too little for the huge one.
+    static constexpr std::size_t spareMemory = std::size_t{48} << 20;
+
+    static std::string hugeStructure() {
+        constexpr int atoms = 500'000;
+        std::string text;
+        for (int i = 0; i < atoms; ++i) {
+            text += atomLine(i, i % 2000 * 4.0);
+        }
+        return text + "END\n";
+    }
+};
+
+} // namespace
+
+TEST_F(BatchMemory, DoesNotFollowTheNumberOfFiles) {
+    for (const char* jobs : {"1", "2"}) {
+        const std::size_t few = useOf(100, jobs).peakMemory;
+        const std::size_t many = useOf(5000, jobs).peakMemory;
+        EXPECT_LT(static_cast<double>(many), 1.05 * static_cast<double>(few)) << jobs;
+    }
+}
+
+TEST_F(BatchMemory, DescriptorsDoNotFollowTheNumberOfFiles) {
+    // Standard streams, the message pipe, and for each core the structure and the report that is
+    // being written, with its second descriptor; the rest is for the libraries.
+    constexpr std::size_t most = 16;
+    EXPECT_LE(useOf(50, "2").mostDescriptors, most);
+    EXPECT_LE(useOf(2000, "2").mostDescriptors, most);
+}
+
+TEST_F(BatchMemory, FileThatIsTooLargeFailsAndTheOthersAreAnalysed) {
+    directory.write("huge.pdb", hugeStructure());
+    directory.linkSample("1ubq", "small.pdb");
+    sProcessManner manner;
+    manner.memoryLimit = useOf(300, "1").peakAddressSpace + spareMemory;
+    const sProcessOutcome outcome =
+        run("kev", {"--jobs=1", antibody, "huge.pdb", "small.pdb"}, manner);
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_TRUE(contains(outcome.err, "Not enough memory for PDB file huge.pdb\n")) << outcome.err;
+    EXPECT_TRUE(outcome.err.ends_with("Failed: huge.pdb\n"
+                                      "2 of 3 files analysed, 1 failed, 0 reports missing\n"))
+        << outcome.err;
+    expectReportsOfSmallFiles();
+}
+
+TEST_F(BatchMemory, FilesThatFailedBesideATooLargeOneAreMadeUpForByResuming) {
+    directory.write("huge.pdb", hugeStructure());
+    directory.linkSample("1ubq", "small.pdb");
+    sProcessManner manner;
+    manner.memoryLimit = useOf(300, "2").peakAddressSpace + spareMemory;
+    // Whether the small ones get their memory beside the huge one depends on the moment.
+    const sProcessOutcome both =
+        run("kev", {"--jobs=2", antibody, "huge.pdb", "small.pdb"}, manner);
+    EXPECT_EQ(both.exitStatus, 1);
+    EXPECT_TRUE(contains(both.err, "Not enough memory for PDB file huge.pdb\n")) << both.err;
+    const sProcessOutcome resumed =
+        run("kev", {"--resume", "--jobs=1", antibody, "huge.pdb", "small.pdb"}, manner);
+    EXPECT_EQ(resumed.exitStatus, 1);
+    EXPECT_TRUE(resumed.err.ends_with(", 1 failed, 0 reports missing\n")) << resumed.err;
+    expectReportsOfSmallFiles();
+}
