@@ -20,7 +20,7 @@ if [ -z "$build" ]; then
     build=build/release
 fi
 batch=$build/bin/kelmo-batch
-work=$(mktemp -d)
+work=$(work_directory)
 trap 'rm -rf "$work"' EXIT
 
 # --- inputs -------------------------------------------------------------------------------------
@@ -102,7 +102,7 @@ per_million=$(calculate %.3f "1e6 * $median_area_million / $atoms_million")
 row "4 microseconds per atom, $atoms_million atoms against $atoms_small" "$per_million" "$per_small" \
     "$(ratio "$per_million" "$per_small")" "at most 1.3"
 
-peak=$(peak_kib "$batch" kev --quiet --no-progress --output-dir "$work/out" --jobs 1 "$work/million.pdb")
+peak=$(peak_kib "$batch" kev --quiet --no-progress --stamp 202601010000 --output-dir "$work/out" --jobs 1 "$work/million.pdb")
 row "4 peak memory, bytes per atom above 60 MiB, everything" \
     "$(calculate %.0f "($peak - 61440) * 1024 / $atoms_million")" "" "" "at most 400"
 
@@ -110,8 +110,8 @@ mkdir "$work/many"
 for i in $(seq "$many"); do ln -s "$root/data/samples/1ubq.pdb" "$work/many/$i.pdb"; done
 ls -d "$work"/many/* >"$work/many.fls"
 head -n 100 "$work/many.fls" >"$work/few.fls"
-peak_few=$(peak_kib "$batch" kev --quiet --no-progress --output-dir "$work/out" --jobs 2 "${only_area[@]}" --list "$work/few.fls")
-peak_many=$(peak_kib "$batch" kev --quiet --no-progress --output-dir "$work/out" --jobs 2 "${only_area[@]}" --list "$work/many.fls")
+peak_few=$(peak_kib "$batch" kev --quiet --no-progress --stamp 202601010000 --output-dir "$work/out" --jobs 2 "${only_area[@]}" --list "$work/few.fls")
+peak_many=$(peak_kib "$batch" kev --quiet --no-progress --stamp 202601010000 --output-dir "$work/out" --jobs 2 "${only_area[@]}" --list "$work/many.fls")
 row "4 peak memory in KiB, $many files against 100" "$peak_many" "$peak_few" \
     "$(ratio "$peak_many" "$peak_few")" "at most 1.1"
 

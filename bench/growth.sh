@@ -11,7 +11,7 @@ runs=${RUNS:-3}
 install_missing "${build_packages[@]}" gnuplot-nox time
 build_preset release kelmo-batch
 batch=build/release/bin/kelmo-batch
-work=$(mktemp -d)
+work=$(work_directory)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/out"
 
@@ -23,7 +23,7 @@ for copies in 1 2 4 8 16 32 64 128 228; do
     lattice 2hhb "$copies" 7 65 >"$work/entry.pdb"
     atoms=$(grep -c '^ATOM' "$work/entry.pdb")
     alternate area all
-    peak=$(peak_kib "$batch" kev --quiet --no-progress --output-dir "$work/out" --jobs 1 "$work/entry.pdb")
+    peak=$(peak_kib "$batch" kev --quiet --no-progress --stamp 202601010000 --output-dir "$work/out" --jobs 1 "$work/entry.pdb")
     printf '%d %s %s %s\n' "$atoms" "$(calculate %.3f "1e6 * $median_area / $atoms")" \
         "$(calculate %.3f "1e6 * $median_all / $atoms")" "$(calculate %.1f "$peak / 1024")"
 done | tee "$work/atoms.txt"
@@ -34,7 +34,7 @@ for files in 10 100 1000 10000; do
     for i in $(seq "$files"); do ln -sf "$root/data/samples/1ubq.pdb" "$work/many/$i.pdb"; done
     ls -d "$work"/many/* >"$work/files.fls"
     time=$(seconds kev --jobs 2 "${only_area[@]}" --list "$work/files.fls")
-    peak=$(peak_kib "$batch" kev --quiet --no-progress --output-dir "$work/out" --jobs 2 \
+    peak=$(peak_kib "$batch" kev --quiet --no-progress --stamp 202601010000 --output-dir "$work/out" --jobs 2 \
         "${only_area[@]}" --list "$work/files.fls")
     printf '%d %s %s\n' "$files" "$(calculate %.3f "100 * $time / $files")" \
         "$(calculate %.1f "$peak / 1024")"
@@ -55,8 +55,15 @@ set ylabel "microseconds per atom, one core"
 plot "$work/atoms.txt" using 1:3 with linespoints ls 2 title "everything", \
      "$work/atoms.txt" using 1:2 with linespoints ls 1 title "area, bound"
 set output "docs/images/growth-memory.svg"
-set ylabel "peak memory, bytes per atom above 60 MiB"
-plot [50000:] "$work/atoms.txt" using 1:((\$4-60)*1048576/\$1) with linespoints ls 2 title "everything"
+set ylabel "peak memory in MiB, one core"
+set yrange [10:1000]
+set logscale y
+set key top left
+plot 60 + x * 400 / 1048576 with lines lc rgb "#999999" dt 2 title "60 MiB and 400 bytes an atom", \
+     "$work/atoms.txt" using 1:4 with linespoints ls 2 title "everything"
+unset logscale y
+set yrange [0:*]
+set key bottom right
 set xlabel "files of 1UBQ in one run"
 set output "docs/images/growth-files.svg"
 set ylabel "peak memory in MiB, two cores"
