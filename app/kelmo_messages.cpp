@@ -2,6 +2,7 @@
 
 #include "app/kelmo_linux.h"
 #include "app/message_pane.h"
+#include "model/thread_order.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -35,6 +36,7 @@ void kelmo::receiveVORStatusMessage(cStatusMessage& message) {
 
 /// Returns whether the message is to be shown now, rather than with the next refresh.
 bool kelmo::take(sModulePage& page, const cStatusMessage& message) {
+    takeOver(&message);
     page.messages.push_back(message);
     page.progress.take(message);
     if (!refreshTimer.isActive()) {

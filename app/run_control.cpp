@@ -2,6 +2,7 @@
 
 #include "app/kelmo_linux.h"
 #include "app/message_pane.h"
+#include "model/thread_order.h"
 #include "run/file_path.h"
 
 #include <QCoreApplication>
@@ -27,7 +28,7 @@ bool kelmo::refuse(sModulePage& page, const QString& problem) {
 
 /// A second click may come before the first one's start has disabled the button.
 bool kelmo::isReadyForRun(const sModulePage& page) const {
-    return !page.worker->isRunning();
+    return page.worker->isIdle();
 }
 
 void kelmo::start(sModulePage& page) {
@@ -63,7 +64,7 @@ void kelmo::endWorker(sModulePage& page) {
         page.worker->requestInterruption();
         page.worker->terminate();
     }
-    page.worker->wait();
+    page.worker->awaitEnd();
 }
 
 void kelmo::deliverPendingMessages() {
@@ -76,6 +77,7 @@ void kelmo::runStarted(sModulePage& page) {
 }
 
 void kelmo::runFinished(sModulePage& page) {
+    takeOver(page.worker);
     page.runButton->setEnabled(true);
     page.stopButton->setEnabled(false);
     if (page.isStoppedByUser) {

@@ -2,15 +2,12 @@
 
 #include "batch/resume.h"
 #include "batch/shown_text.h"
+#include "model/parallel_work.h"
 #include "run/file_path.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
-
-#include <tbb/global_control.h>
-#include <tbb/task_arena.h>
-#include <tbb/task_group.h>
 
 namespace {
 
@@ -82,8 +79,7 @@ class cBatchRun::cPump {
         // While it waits for helpers, a pump must not begin another file: that would hold one more
         // structure in memory, and this file would have to wait for all of the other's.
         eFileOutcome outcome = eFileOutcome::stopped;
-        tbb::this_task_arena::isolate(
-            [&] { outcome = worker->analyseFile(path, run.manner.timeStamp); });
+        keepTogether([&] { outcome = worker->analyseFile(path, run.manner.timeStamp); });
         const QStringList missing = missingReports();
         relay.pass();
         if (outcome != eFileOutcome::stopped) {
@@ -135,16 +131,8 @@ cBatchRun::cBatchRun(const cInputPaths& pathsToAnalyse, const cSameBaseNames& na
 sBatchResult cBatchRun::run() {
     result.files = paths.size();
     const auto cores = static_cast<std::size_t>(manner.jobs);
-    const tbb::global_control control(tbb::global_control::max_allowed_parallelism, cores);
-    tbb::task_arena arena(manner.jobs);
     reporter.beginProgress(paths.size());
-    arena.execute([&] {
-        tbb::task_group pumps;
-        for (std::size_t i = 0; i < std::min(cores, paths.size()); ++i) {
-            pumps.run([this] { pump(); });
-        }
-        pumps.wait();
-    });
+    runTogether(std::min(cores, paths.size()), manner.jobs, [this] { pump(); });
     reporter.endProgress();
     if (failure != nullptr) {
         std::rethrow_exception(failure);

@@ -1,5 +1,6 @@
 // Reading PDB text into a structure, several runs of its lines side by side.
 #include "model/addition.h"
+#include "model/parallel_work.h"
 #include "model/pdb_lines.h"
 #include "model/pdb_peptide.h"
 #include "model/string_operation.h"
@@ -10,10 +11,6 @@
 #include <istream>
 #include <iterator>
 #include <utility>
-
-#include <tbb/parallel_pipeline.h>
-#include <tbb/task_arena.h>
-#include <tbb/task_group.h>
 
 namespace {
 
@@ -189,6 +186,11 @@ void reserveFor(std::istream& in, cPdbPeptide& peptide) {
     peptide.residues.reserve(std::min(atoms, usualResidues));
 }
 
+struct sRun {
+    std::string text;
+    sPdbLines lines;
+};
+
 /// Reads, parses and puts together at the same time, several runs being parsed side by side. Few
 /// runs are under way at a time: of a file of many models only the first is wanted.
 void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly) {
@@ -196,30 +198,19 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
     cLineRuns runs(in);
     std::atomic<bool> hasEnded = false;
     int error = errno;
-    const auto takeRun = [&](tbb::flow_control& control) {
-        errno = error;
-        std::string run = hasEnded ? std::string() : runs.next();
-        error = errno;
-        if (run.empty()) {
-            control.stop();
+    const auto take = [&](sRun& run) {
+        if (hasEnded) {
+            return false;
         }
-        return run;
+        errno = error;
+        run.text = runs.next();
+        error = errno;
+        return !run.text.empty();
     };
-    const auto parse = [&](const std::string& run) { return parsePdbLines(run, radii); };
-    const auto append = [&](sPdbLines lines) {
-        assembly.append(std::move(lines));
+    const auto parse = [&](sRun& run) { run.lines = parsePdbLines(run.text, radii); };
+    workInOrder<sRun>(runsUnderWay, take, parse, [&](sRun& run) {
+        assembly.append(std::move(run.lines));
         hasEnded = assembly.hasEnded();
-    };
-    // By default a pipeline ends without a word when a loop around it is cancelled.
-    tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
-    // Isolated, so that a thread that waits here never starts on another file.
-    tbb::this_task_arena::isolate([&] {
-        tbb::parallel_pipeline(
-            runsUnderWay,
-            tbb::make_filter<void, std::string>(tbb::filter_mode::serial_in_order, takeRun) &
-                tbb::make_filter<std::string, sPdbLines>(tbb::filter_mode::parallel, parse) &
-                tbb::make_filter<sPdbLines, void>(tbb::filter_mode::serial_in_order, append),
-            ownCancellation);
     });
     errno = error; // why the stream is bad, if it is
 }

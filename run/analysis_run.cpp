@@ -2,6 +2,7 @@
 
 #include "geometry/in_parallel.h"
 #include "geometry/stop_request.h"
+#include "model/thread_order.h"
 #include "run/file_path.h"
 #include "run/report_file.h"
 
@@ -46,12 +47,30 @@ class cAtScopeEnd {
 
 cAnalysisRun::cAnalysisRun(QObject* parent) : QThread(parent) {
     registerStatusMessageType();
+    // Also of a thread that is terminated before it comes to run().
+    connect(
+        this, &QThread::finished, this, [this] { handOver(this); }, Qt::DirectConnection);
 }
 
 cAnalysisRun::~cAnalysisRun() = default;
 
 QString cAnalysisRun::currentTimeStamp() {
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddhhmm"));
+}
+
+bool cAnalysisRun::isIdle() {
+    if (isRunning()) {
+        return false;
+    }
+    return awaitEnd(); // the thread may still be on its way out
+}
+
+bool cAnalysisRun::awaitEnd(QDeadlineTimer deadline) {
+    const bool hasEnded = wait(deadline);
+    if (hasEnded) {
+        takeOver(this);
+    }
+    return hasEnded;
 }
 
 void cAnalysisRun::run() {

@@ -7,6 +7,7 @@
 #include "run/status_message.h"
 #include "xml/xml_writer.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QString>
 #include <QStringList>
@@ -60,6 +61,12 @@ class cAnalysisRun : public QThread {
     QStringList unwrittenReports() const;
     /// The same with the reasons; they are forgotten here.
     std::vector<sUnwrittenReport> takeUnwrittenReports() { return std::exchange(unwritten, {}); }
+
+    /// Whether no run is going on. Then the last one has ended altogether, its signals included.
+    bool isIdle();
+    /// Waits for the end of the run, if there is one; false when the time is over before. Unlike
+    /// wait(), it lets a thread checker know that the caller may use what the run has used.
+    bool awaitEnd(QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever));
 
     /// Besides an interruption of the thread, a flag that asks for a stop; not owned, may be null.
     void setStopFlag(const std::atomic<bool>* flag) { stopFlag = flag; }

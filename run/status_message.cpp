@@ -1,5 +1,7 @@
 #include "run/status_message.h"
 
+#include "model/thread_order.h"
+
 #include <utility>
 
 cStatusMessage::cStatusMessage() : colour(Qt::black) {}
@@ -7,8 +9,17 @@ cStatusMessage::cStatusMessage() : colour(Qt::black) {}
 cStatusMessage::cStatusMessage(QColor messageColour, QString messageText)
     : colour(messageColour), text(std::move(messageText)) {}
 
+cStatusMessage::cStatusMessage(const cStatusMessage& other)
+    : colour(other.colour), text(other.text) {
+    // A queued signal hands such a copy to the thread of the receiver.
+    handOver(this);
+}
+
 void registerStatusMessageType() {
-    qRegisterMetaType<cStatusMessage>("cStatusMessage");
-    // The signal carries a reference; a queued call stores the copy under this name.
-    qRegisterMetaType<cStatusMessage>("cStatusMessage&");
+    [[maybe_unused]] static const bool isRegistered = [] {
+        qRegisterMetaType<cStatusMessage>("cStatusMessage");
+        // The signal carries a reference; a queued call stores the copy under this name.
+        qRegisterMetaType<cStatusMessage>("cStatusMessage&");
+        return true;
+    }();
 }

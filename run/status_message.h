@@ -11,6 +11,11 @@ class cStatusMessage {
   public:
     cStatusMessage();
     cStatusMessage(QColor messageColour, QString messageText);
+    cStatusMessage(const cStatusMessage& other);
+    cStatusMessage(cStatusMessage&&) = default;
+    cStatusMessage& operator=(const cStatusMessage&) = default;
+    cStatusMessage& operator=(cStatusMessage&&) = default;
+    ~cStatusMessage() = default;
 
     QColor colour;
     QString text;

@@ -406,7 +406,7 @@ void cRunControlTest::kevRunWritesWhatTheWorkerWrites() {
         true, tableFrom<radiiTable>(dataPath("kyte-doolittle.hpb"), readHydrophobicityTable));
     worker.setHydroFilename(dataPath("kyte-doolittle.hpb").toStdString());
     worker.start();
-    QVERIFY(worker.wait(60'000));
+    QVERIFY(worker.awaitEnd(QDeadlineTimer(60'000)));
     const auto reports = reportsIn(place->path("window"));
     QCOMPARE(reports.size(), (bound && chains) ? 8U : 4U);
     QVERIFY(reports == reportsIn(place->path("worker")));
@@ -458,7 +458,7 @@ void cRunControlTest::vorRunWritesWhatTheWorkerWrites() {
     worker.writeBindingResidues = true;
     worker.writeBindingStatus = true;
     worker.start();
-    QVERIFY(worker.wait(60'000));
+    QVERIFY(worker.awaitEnd(QDeadlineTimer(60'000)));
     const auto reports = reportsIn(place->path("window"));
     QCOMPARE(reports.size(), criterion == dovreth ? 8U : 12U);
     QVERIFY(reports == reportsIn(place->path("worker")));

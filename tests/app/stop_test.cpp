@@ -172,7 +172,7 @@ void cStopTest::stopAtTheVeryEndIsAStop() {
     runButton().click();
     // The worker is done, but the window has not heard of it yet.
     for (cAnalysisRun* worker : window->findChildren<cAnalysisRun*>()) {
-        QVERIFY(worker->wait(60'000));
+        QVERIFY(worker->awaitEnd(QDeadlineTimer(60'000)));
     }
     stopButton().setEnabled(true);
     stopButton().click();

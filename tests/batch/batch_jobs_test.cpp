@@ -6,6 +6,13 @@
 
 namespace {
 
+/// A thread checker may have a thread of its own in the program.
+#ifdef __SANITIZE_THREAD__
+constexpr std::size_t checkersThreads = 1;
+#else
+constexpr std::size_t checkersThreads = 0;
+#endif
+
 class BatchJobs : public cBatchFixture {
   protected:
     /// Links that many files, the samples in turn; returns their names.
@@ -20,12 +27,21 @@ class BatchJobs : public cBatchFixture {
     }
 
     std::map<std::string, std::string> reportsWith(const std::string& module, int jobs,
-                                                   std::vector<std::string> arguments) const {
-        const auto out = directory.makeDirectory(module + "-out" + std::to_string(jobs));
+                                                   std::vector<std::string> arguments) {
+        const auto out = directory.makeDirectory("out" + std::to_string(++runs));
         arguments.insert(arguments.begin(), {module, "--stamp=200703141530", "--output-dir",
                                              out.string(), "--jobs", std::to_string(jobs)});
         EXPECT_EQ(runAlone(arguments).exitStatus, 0);
         return filesIn(out);
+    }
+
+    void expectSameReports(const std::string& module, const std::vector<std::string>& arguments,
+                           std::size_t reportCount) {
+        const auto expected = reportsWith(module, 1, arguments);
+        EXPECT_EQ(expected.size(), reportCount);
+        for (const int jobs : {2, 4}) {
+            EXPECT_TRUE(reportsWith(module, jobs, arguments) == expected) << module << jobs;
+        }
     }
 
     /// The largest number of threads seen while the program runs.
@@ -43,6 +59,9 @@ class BatchJobs : public cBatchFixture {
         EXPECT_EQ(process.finish().exitStatus, 0);
         return most;
     }
+
+  private:
+    int runs = 0;
 };
 
 } // namespace
@@ -59,17 +78,20 @@ TEST_F(BatchJobs, ReportsDoNotDependOnTheNumber) {
 }
 
 TEST_F(BatchJobs, SingleFileIsTheSameOnSeveralCores) {
-    const auto expected = reportsWith("kev", 1, {haemoglobin});
-    EXPECT_EQ(expected.size(), 4U);
-    EXPECT_TRUE(reportsWith("kev", 4, {haemoglobin}) == expected);
+    for (const std::string& sample : {ubiquitin, antibody, haemoglobin}) {
+        SCOPED_TRACE(sample);
+        expectSameReports("kev", {sample}, 4U);
+        // The criterion that computes areas; the others have no work to share.
+        expectSameReports("vor", {"--set=contact_criterion=3", sample}, 6U);
+    }
 }
 
-TEST_F(BatchJobs, AreaCriterionIsTheSameOnSeveralCores) {
-    const auto expected =
-        reportsWith("vor", 1, {"--set=contact_criterion=3", haemoglobin, antibody});
-    EXPECT_EQ(expected.size(), 12U);
-    EXPECT_TRUE(reportsWith("vor", 4, {"--set=contact_criterion=3", haemoglobin, antibody}) ==
-                expected);
+TEST_F(BatchJobs, EveryCriterionIsTheSameOnSeveralCores) {
+    for (const std::string criterion : {"1", "2", "3", "4"}) {
+        SCOPED_TRACE(criterion);
+        expectSameReports(
+            "vor", {"--set=contact_criterion=" + criterion, ubiquitin, haemoglobin, antibody}, 18U);
+    }
 }
 
 TEST_F(BatchJobs, OfFilesWithTheSameBaseNameTheLastOneRemains) {
@@ -118,17 +140,20 @@ TEST_F(BatchJobs, MessagesOfAFileStayTogether) {
 
 TEST_F(BatchJobs, OneJobIsOneThread) {
     const auto names = linkFiles(6);
-    EXPECT_EQ(mostThreads("1", names), 1U);
+    const std::size_t threads = mostThreads("1", names);
+    EXPECT_GE(threads, 1U);
+    EXPECT_LE(threads, 1U + checkersThreads);
 }
 
 TEST_F(BatchJobs, NJobsAreAtMostNThreads) {
     const auto names = linkFiles(6);
     const std::size_t threads = mostThreads("3", names);
     EXPECT_GT(threads, 1U);
-    EXPECT_LE(threads, 3U);
+    EXPECT_LE(threads, 3U + checkersThreads);
 }
 
 TEST_F(BatchJobs, MoreJobsThanFilesHelpWithinAFile) {
     const std::size_t threads = mostThreads("2", {haemoglobin});
-    EXPECT_EQ(threads, 2U);
+    EXPECT_GE(threads, 2U);
+    EXPECT_LE(threads, 2U + checkersThreads);
 }

@@ -1,9 +1,15 @@
 // The walk over the files that both workers share, with an analysis of the test's own.
+#include "model/thread_order.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
+#include <QSemaphore>
+#include <QThread>
+
+#include <atomic>
 #include <functional>
 #include <new>
 #include <string>
@@ -58,6 +64,42 @@ TEST(AnalysisRun, StopOfAFileEndsTheRun) {
     });
     ASSERT_TRUE(runToEnd(run));
     EXPECT_EQ(taken, (tLines{"a", "b"}));
+}
+
+TEST(AnalysisRun, IsIdleOutsideOfARunOnly) {
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    cGivenRun run({"a"}, [&](const std::string&) {
+        begun.release();
+        mayEnd.acquire();
+        return eFileOutcome::analysed;
+    });
+    EXPECT_TRUE(run.isIdle());
+    EXPECT_TRUE(run.awaitEnd());
+    run.start();
+    begun.acquire();
+    EXPECT_FALSE(run.isIdle());
+    EXPECT_FALSE(run.awaitEnd(QDeadlineTimer(1)));
+    mayEnd.release();
+    EXPECT_TRUE(awaitEnd(run));
+    EXPECT_TRUE(run.isIdle());
+}
+
+TEST(AnalysisRun, IdleRunHasToldOfItsEnd) {
+    cGivenRun run({}, [](const std::string&) { return eFileOutcome::analysed; });
+    std::atomic<bool> isEndTold = false;
+    QObject::connect(
+        &run, &QThread::finished, &run,
+        [&] {
+            QThread::msleep(50); // to the toolkit, the thread does not run any more by now
+            isEndTold = true;
+        },
+        Qt::DirectConnection);
+    run.start();
+    while (!run.isIdle()) {
+        QThread::yieldCurrentThread();
+    }
+    EXPECT_TRUE(isEndTold);
 }
 
 TEST(AnalysisRun, LackOfMemoryIsReportedAndTheRunGoesOn) {
@@ -138,7 +180,13 @@ TEST(AnalysisRun, FinishedIsEmittedAfterATermination) {
         return eFileOutcome::analysed;
     });
     QObject::connect(
-        &run, &QThread::finished, &run, [&] { ++finished; }, Qt::DirectConnection);
+        &run, &QThread::finished, &run,
+        [&] {
+            ++finished;
+            handOver(&finished);
+        },
+        Qt::DirectConnection);
     ASSERT_TRUE(runToEnd(run));
+    takeOver(&finished);
     EXPECT_EQ(finished, 1);
 }

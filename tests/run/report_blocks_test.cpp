@@ -1,5 +1,6 @@
 // Reports put together in blocks, several at a time: every item once, and in order.
 #include "geometry/in_parallel.h"
+#include "model/parallel_work.h"
 #include "run/report_blocks.h"
 
 #include <gtest/gtest.h>
@@ -66,8 +67,7 @@ TEST(ReportBlocks, LoopAroundThatIsGivenUpCutsNoReportShort) {
             }
             throw std::runtime_error("the other report failed");
         };
-        tbb::task_arena arena(2);
-        arena.execute([&] { EXPECT_THROW(inParallel(2, 1, work), std::runtime_error); });
+        runTogether(1, 2, [&] { EXPECT_THROW(inParallel(2, 1, work), std::runtime_error); });
         EXPECT_EQ(handedOn, 20'000U);
     }
 }

@@ -69,7 +69,6 @@ class RunStop : public testing::TestWithParam<sStopCase> {
             vor->outputDirectory = directory;
             run = std::move(vor);
         }
-        end = std::make_unique<cEndOfRun>(*run);
     }
 
     /// Small files between larger ones, so that stops meet every step.
@@ -94,7 +93,7 @@ class RunStop : public testing::TestWithParam<sStopCase> {
         if (GetParam().stop != eStop::interruption) {
             run->terminate();
         }
-        return end->wait();
+        return awaitEnd(*run);
     }
 
     /// Whether what a stopped run left is a beginning of the whole: only whole reports, every file
@@ -125,7 +124,6 @@ class RunStop : public testing::TestWithParam<sStopCase> {
     cScratchDirectory inputs;
     cScratchDirectory output;
     std::unique_ptr<cAnalysisRun> run;
-    std::unique_ptr<cEndOfRun> end;
 };
 
 } // namespace

@@ -97,27 +97,14 @@ void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion) {
     run.radiiFileName = "protor.radii";
 }
 
-cEndOfRun::cEndOfRun(cAnalysisRun& worker)
-    : run(worker),
-      connection(QObject::connect(
-          &worker, &QThread::finished, &worker,
-          [this] { endCount.fetch_add(1, std::memory_order_release); }, Qt::DirectConnection)) {}
-
-cEndOfRun::~cEndOfRun() {
-    QObject::disconnect(connection);
-}
-
-bool cEndOfRun::wait() {
-    constexpr unsigned long minute = 60'000;
-    const bool hasEnded = run.wait(minute);
-    endCount.load(std::memory_order_acquire);
-    return hasEnded;
+bool awaitEnd(cAnalysisRun& run) {
+    constexpr qint64 minute = 60'000;
+    return run.awaitEnd(QDeadlineTimer(minute));
 }
 
 bool runToEnd(cAnalysisRun& run) {
-    cEndOfRun end(run);
     run.start();
-    return end.wait();
+    return awaitEnd(run);
 }
 
 std::map<std::string, std::string> filesIn(const std::filesystem::path& directory) {

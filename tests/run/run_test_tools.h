@@ -6,11 +6,9 @@
 #include "run/crunkev_linux.h"
 #include "run/run_vor_linux.h"
 
-#include <QObject>
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -44,24 +42,8 @@ void switchEverythingOn(cRunKEV& run);
 /// Every report on, shipped radii and rules, and the usual threshold of the criterion.
 void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion);
 
-/// Waits for the end of a worker, and lets a thread checker see that its work is over by then: what
-/// happens within the toolkit is hidden from it. Make it before the start.
-class cEndOfRun {
-  public:
-    explicit cEndOfRun(cAnalysisRun& worker);
-    ~cEndOfRun();
-    cEndOfRun(const cEndOfRun&) = delete;
-    cEndOfRun& operator=(const cEndOfRun&) = delete;
-
-    /// False when the worker does not end in a minute.
-    bool wait();
-
-  private:
-    cAnalysisRun& run;
-    std::atomic<int> endCount = 0;
-    QMetaObject::Connection connection;
-};
-
+/// Waits for the end of a worker; false when it does not come in a minute.
+bool awaitEnd(cAnalysisRun& run);
 /// Starts the worker and waits for its end; false when it does not end in a minute.
 bool runToEnd(cAnalysisRun& run);
 

@@ -1,0 +1,97 @@
+#include "model/parallel_work.h"
+
+#include "model/thread_order.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/global_control.h>
+#include <tbb/parallel_for.h>
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
+#include <tbb/task_group.h>
+
+// A build with ThreadSanitizer leaves this file unchecked: the templates of the library work hand
+// in hand with its compiled part, which is unchecked, and what the one half does would be taken for
+// a race with the other. Here stands nothing but those templates; the work itself is compiled
+// elsewhere and checked in full.
+
+void shareOut(std::size_t count, std::size_t rangeSize,
+              const std::function<void(std::size_t begin, std::size_t end)>& work) {
+    using tRange = tbb::blocked_range<std::size_t>;
+    cForkedWork order;
+    // By default a loop ends without a word when the one around it is cancelled.
+    tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_for(
+            tRange(0, count, rangeSize),
+            [&](const tRange& range) {
+                const cForkedWork::cPiece piece(order);
+                work(range.begin(), range.end());
+            },
+            ownCancellation);
+    });
+}
+
+void workInOrder(std::size_t underWay, const std::function<std::shared_ptr<void>()>& take,
+                 const std::function<void(void*)>& work, const std::function<void(void*)>& handOn) {
+    using tItem = std::shared_ptr<void>;
+    using tFilter = tbb::filter_mode;
+    cForkedWork order;
+    // What one thread did with an item, or at an end of the line, is over for the next that does.
+    char entrance = 0;
+    char exit = 0;
+    const auto takeNext = [&](tbb::flow_control& control) {
+        const cForkedWork::cPiece piece(order);
+        takeOver(&entrance);
+        tItem item = take();
+        handOver(&entrance);
+        handOver(item.get());
+        if (item == nullptr) {
+            control.stop();
+        }
+        return item;
+    };
+    const auto workOn = [&](tItem item) {
+        const cForkedWork::cPiece piece(order);
+        takeOver(item.get());
+        work(item.get());
+        handOver(item.get());
+        return item;
+    };
+    const auto finish = [&](tItem item) {
+        const cForkedWork::cPiece piece(order);
+        takeOver(item.get());
+        takeOver(&exit);
+        handOn(item.get());
+        item.reset();
+        handOver(&exit);
+    };
+    tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
+    tbb::this_task_arena::isolate([&] {
+        tbb::parallel_pipeline(underWay,
+                               tbb::make_filter<void, tItem>(tFilter::serial_in_order, takeNext) &
+                                   tbb::make_filter<tItem, tItem>(tFilter::parallel, workOn) &
+                                   tbb::make_filter<tItem, void>(tFilter::serial_in_order, finish),
+                               ownCancellation);
+    });
+}
+
+void runTogether(std::size_t times, int threads, const std::function<void()>& work) {
+    const tbb::global_control control(tbb::global_control::max_allowed_parallelism,
+                                      static_cast<std::size_t>(threads));
+    tbb::task_arena arena(threads);
+    cForkedWork order;
+    arena.execute([&] {
+        tbb::task_group group;
+        for (std::size_t i = 0; i < times; ++i) {
+            group.run([&] {
+                const cForkedWork::cPiece piece(order);
+                work();
+            });
+        }
+        group.wait();
+    });
+}
+
+void keepTogether(const std::function<void()>& work) {
+    tbb::this_task_arena::isolate([&] { work(); });
+}

@@ -1,0 +1,127 @@
+// Sharing work among threads: everything is done once, and when the call returns it is done.
+#include "model/parallel_work.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstddef>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// The threads that have come by.
+class cVisitors {
+  public:
+    void sign() {
+        const std::lock_guard lock(mutex);
+        threads.insert(std::this_thread::get_id());
+    }
+    const std::set<std::thread::id>& seen() const { return threads; }
+
+  private:
+    std::mutex mutex;
+    std::set<std::thread::id> threads;
+};
+
+} // namespace
+
+TEST(ParallelWork, EveryNumberIsInExactlyOneRange) {
+    for (const std::size_t count : {0U, 1U, 2U, 255U, 256U, 257U, 10'000U}) {
+        for (const std::size_t rangeSize : {1U, 7U, 256U, 20'000U}) {
+            std::vector<int> times(count, 0);
+            shareOut(count, rangeSize, [&](std::size_t begin, std::size_t end) {
+                ASSERT_LT(begin, end);
+                ASSERT_LE(end, count);
+                for (std::size_t i = begin; i < end; ++i) {
+                    ++times[i];
+                }
+            });
+            EXPECT_EQ(times, std::vector<int>(count, 1)) << count << ' ' << rangeSize;
+        }
+    }
+}
+
+TEST(ParallelWork, RangeThatFitsIsNotSplit) {
+    int calls = 0;
+    shareOut(256, 256, [&](std::size_t begin, std::size_t end) {
+        ++calls;
+        EXPECT_EQ(begin, 0U);
+        EXPECT_EQ(end, 256U);
+    });
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(ParallelWork, ExceptionOfARangeComesOut) {
+    const auto work = [](std::size_t begin, std::size_t end) {
+        if (begin <= 500 && 500 < end) {
+            throw std::runtime_error("five hundred");
+        }
+    };
+    EXPECT_THROW(shareOut(1000, 1, work), std::runtime_error);
+}
+
+TEST(ParallelWork, EverythingTogetherIsDoneSoManyTimes) {
+    for (const std::size_t times : {0U, 1U, 5U, 100U}) {
+        for (const int threads : {1, 2, 4}) {
+            std::atomic<std::size_t> calls = 0;
+            runTogether(times, threads, [&] { ++calls; });
+            EXPECT_EQ(calls, times) << threads;
+        }
+    }
+}
+
+TEST(ParallelWork, OneThreadIsTheCaller) {
+    cVisitors visitors;
+    runTogether(20, 1, [&] {
+        shareOut(1000, 1, [&](std::size_t, std::size_t) { visitors.sign(); });
+        visitors.sign();
+    });
+    EXPECT_EQ(visitors.seen(), std::set{std::this_thread::get_id()});
+}
+
+TEST(ParallelWork, RangesWithinUseNoMoreThreads) {
+    cVisitors visitors;
+    runTogether(20, 3, [&] {
+        shareOut(1000, 1, [&](std::size_t, std::size_t) { visitors.sign(); });
+        visitors.sign();
+    });
+    EXPECT_LE(visitors.seen().size(), 3U);
+}
+
+TEST(ParallelWork, TwoAreAtWorkAtTheSameTime) {
+    std::atomic<int> present = 0;
+    // Each waits for the other: one after the other this would never end.
+    runTogether(2, 2, [&] {
+        ++present;
+        while (present < 2) {
+            std::this_thread::yield();
+        }
+    });
+    EXPECT_EQ(present, 2);
+}
+
+TEST(ParallelWork, WaitingThreadBeginsNothingFromOutside) {
+    // Which work of runTogether() this thread is in.
+    static thread_local int depth = 0;
+    std::atomic<int> deepest = 0;
+    runTogether(50, 2, [&] {
+        const int here = ++depth;
+        int seen = deepest;
+        while (here > seen && !deepest.compare_exchange_weak(seen, here)) {
+        }
+        keepTogether([] {
+            std::atomic<int> sum = 0;
+            shareOut(200, 1, [&](std::size_t begin, std::size_t end) {
+                sum += static_cast<int>(end - begin);
+                std::this_thread::yield();
+            });
+            EXPECT_EQ(sum, 200);
+        });
+        --depth;
+    });
+    EXPECT_EQ(deepest, 1);
+}

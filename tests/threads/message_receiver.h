@@ -1,0 +1,32 @@
+// Takes a worker's messages in the thread where it was made, as the window does.
+#pragma once
+
+#include "model/thread_order.h"
+#include "run/analysis_run.h"
+
+#include <QObject>
+
+#include <functional>
+#include <utility>
+
+class cMessageReceiver : public QObject {
+    Q_OBJECT
+  public:
+    cMessageReceiver(const cAnalysisRun& run, std::function<void()> actionAtMessage)
+        : action(std::move(actionAtMessage)) {
+        connect(&run, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
+                SLOT(receive(cStatusMessage&)));
+    }
+
+    bool hasReceived = false;
+
+  public slots:
+    void receive(cStatusMessage& message) {
+        takeOver(&message);
+        hasReceived = true;
+        action();
+    }
+
+  private:
+    std::function<void()> action;
+};
