@@ -22,14 +22,16 @@ build_preset coverage "${programs[@]}"
 build=build/coverage
 # What an earlier run has counted.
 find "$build" -name '*.gcda' -delete
-for program in "${programs[@]}"; do
-    echo "Running $program ..."
-    log="$build/$program.log"
-    "$build/bin/$program" --gtest_brief=1 >"$log" 2>&1 || {
-        cat "$log" >&2
-        exit 1
+run_one() {
+    "$build/bin/$1" --gtest_brief=1 >"$build/$1.log" 2>&1 || {
+        cat "$build/$1.log" >&2
+        return 1
     }
-done
+}
+export -f run_one
+export build
+echo "Running ${programs[*]} ..."
+printf '%s\n' "${programs[@]}" | xargs -P "$(nproc)" -I{} bash -c 'run_one {}'
 
 # What else may lie in the build tree has not been built now.
 objects=("${rooms[@]/#/$build/}" "${rooms[@]/#/$build/tests/}")

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <mutex>
@@ -124,4 +125,57 @@ TEST(ParallelWork, WaitingThreadBeginsNothingFromOutside) {
         --depth;
     });
     EXPECT_EQ(deepest, 1);
+}
+
+TEST(ParallelWork, ItemsAreHandedOnInTheOrderOfTaking) {
+    struct sItem {
+        int number = 0;
+        int square = 0;
+    };
+    for (const int threads : {1, 2, 4}) {
+        int next = 0;
+        std::vector<int> squares;
+        std::atomic<int> underWay = 0;
+        std::atomic<int> most = 0;
+        runTogether(1, threads, [&] {
+            workInOrder<sItem>(
+                8,
+                [&](sItem& item) {
+                    const int now = ++underWay;
+                    most = std::max(most.load(), now);
+                    item.number = next++;
+                    return item.number < 5000;
+                },
+                [](sItem& item) { item.square = item.number * item.number; },
+                [&](const sItem& item) {
+                    --underWay;
+                    squares.push_back(item.square);
+                });
+        });
+        ASSERT_EQ(squares.size(), 5000U);
+        for (int i = 0; i < 5000; ++i) {
+            ASSERT_EQ(squares[static_cast<std::size_t>(i)], i * i);
+        }
+        EXPECT_LE(most, 9) << "with the one that found the end";
+    }
+}
+
+TEST(ParallelWork, ErrorsOfEveryKindOfWorkInOrderComeOut) {
+    const auto fail = [](bool must) {
+        if (must) {
+            throw std::runtime_error("no more");
+        }
+    };
+    for (int where = 0; where < 3; ++where) {
+        int next = 0;
+        const auto take = [&](int& item) {
+            item = next++;
+            fail(where == 0 && item == 50);
+            return item < 100;
+        };
+        EXPECT_THROW(workInOrder<int>(
+                         4, take, [&](const int& item) { fail(where == 1 && item == 50); },
+                         [&](const int& item) { fail(where == 2 && item == 50); }),
+                     std::runtime_error);
+    }
 }
