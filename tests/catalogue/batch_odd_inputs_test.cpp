@@ -145,6 +145,7 @@ TEST_F(BatchOddInputs, FileThatOpensButCannotBeReadSaysWhy) {
     // The system's own memory file: at address 0 there is nothing to read.
     const sProcessOutcome outcome = run("kev", {"--quiet", "/proc/self/mem"});
     EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_TRUE(outcome.err.starts_with("Could not read PDB file /proc/self/mem: Input/output error\n"))
+    EXPECT_TRUE(
+        outcome.err.starts_with("Could not read PDB file /proc/self/mem: Input/output error\n"))
         << outcome.err;
 }
