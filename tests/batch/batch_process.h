@@ -20,7 +20,7 @@ struct sProcessManner {
 };
 
 struct sProcessOutcome {
-    int exitStatus = -1;    ///< 128 + n when signal n killed it
+    int exitStatus = -1; ///< 128 + n when signal n killed it
     std::string out;
     std::string err;            ///< on a terminal with its line ends, carriage return and line feed
     std::size_t peakMemory = 0; ///< bytes; at least what the test itself held when it started it
