@@ -41,9 +41,8 @@ void workInOrder(std::size_t underWay, const std::function<std::shared_ptr<void>
     char exit = 0;
     const auto takeNext = [&](tbb::flow_control& control) {
         const cForkedWork::cPiece piece(order);
-        takeOver(&entrance);
+        const cVisit visit(&entrance);
         tItem item = take();
-        handOver(&entrance);
         handOver(item.get());
         if (item == nullptr) {
             control.stop();
@@ -52,18 +51,15 @@ void workInOrder(std::size_t underWay, const std::function<std::shared_ptr<void>
     };
     const auto workOn = [&](tItem item) {
         const cForkedWork::cPiece piece(order);
-        takeOver(item.get());
+        const cVisit visit(item.get());
         work(item.get());
-        handOver(item.get());
         return item;
     };
-    const auto finish = [&](tItem item) {
+    const auto finish = [&](const tItem& item) {
         const cForkedWork::cPiece piece(order);
-        takeOver(item.get());
-        takeOver(&exit);
+        const cVisit visit(item.get());
+        const cVisit visitToTheExit(&exit);
         handOn(item.get());
-        item.reset();
-        handOver(&exit);
     };
     tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
     tbb::this_task_arena::isolate([&] {

@@ -1,6 +1,8 @@
 // Work shared among threads: the one place where the project meets the library that schedules it.
 #pragma once
 
+#include "model/thread_order.h"
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -34,7 +36,11 @@ void workInOrder(std::size_t underWay, Take take, Work work, HandOn handOn) {
     workInOrder(
         underWay,
         [&]() -> std::shared_ptr<void> {
-            auto item = std::make_shared<Item>();
+            // Destroyed by any thread, also when everything is given up.
+            const std::shared_ptr<Item> item(new Item, [](Item* last) {
+                takeOver(last);
+                delete last;
+            });
             return take(*item) ? item : nullptr;
         },
         [&](void* item) { work(*static_cast<Item*>(item)); },

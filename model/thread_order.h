@@ -24,6 +24,18 @@ inline void takeOver([[maybe_unused]] const void* place) {
 #endif
 }
 
+/// Lives while a thread is at a place that only one is at at a time.
+class cVisit {
+  public:
+    explicit cVisit(const void* visitedPlace) : place(visitedPlace) { takeOver(place); }
+    ~cVisit() { handOver(place); }
+    cVisit(const cVisit&) = delete;
+    cVisit& operator=(const cVisit&) = delete;
+
+  private:
+    const void* const place;
+};
+
 /// Work that one thread, which makes and destroys this, gives to others and waits for: the work
 /// comes after whatever that thread did before, and before what it does afterwards. The pieces have
 /// no order among each other.
