@@ -78,10 +78,6 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                       [](char left, char right) { return lowered(left) == lowered(right); });
 }
 
-bool isPlainDecimal(std::string_view text) {
-    return plainDecimal(text).has_value();
-}
-
 std::optional<double> plainDecimal(std::string_view text) {
     const std::string_view whole = text;
     const bool isNegative = !text.empty() && text.front() == '-';

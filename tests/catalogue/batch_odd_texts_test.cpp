@@ -1,5 +1,6 @@
 // kelmo-batch with odd parameter tables, input lists and configurations.
 #include "tests/batch/batch_fixture.h"
+#include "tests/catalogue/odd_inputs.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,16 +22,6 @@ const std::string replacement = "\xEF\xBF\xBD"; // as which it is shown
 
 std::string shipped(const char* name) {
     return contentOf(std::filesystem::path(KELMO_SOURCE_DIR) / "data" / name);
-}
-
-/// A text as UTF-16, which has a byte of zero in every character.
-std::string utf16(const std::string& text) {
-    std::string bytes = "\xFF\xFE";
-    for (const char c : text) {
-        bytes += c;
-        bytes += '\0';
-    }
-    return bytes;
 }
 
 /// How a run with an odd text ends: the exit status and what stands in its messages.

@@ -67,16 +67,6 @@ std::string header(std::size_t columns) {
            '\n' + glycines();
 }
 
-/// UTF-16 as some editors save it.
-std::string utf16(const std::string& text) {
-    std::string bytes = "\xFF\xFE";
-    for (const char c : text) {
-        bytes += c;
-        bytes += '\0';
-    }
-    return bytes;
-}
-
 using tOddInputs = std::vector<sOddInput>;
 
 tOddInputs lineEnds() {
@@ -333,6 +323,15 @@ double upTo(double end, std::mt19937& generator) {
 }
 
 } // namespace
+
+std::string utf16(const std::string& text) {
+    std::string bytes = "\xFF\xFE";
+    for (const char c : text) {
+        bytes += c;
+        bytes += '\0';
+    }
+    return bytes;
+}
 
 std::vector<sOddInput> oddInputs() {
     tOddInputs all;

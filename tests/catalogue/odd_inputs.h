@@ -24,6 +24,10 @@ struct sOddInput {
 /// fuzzing.
 std::vector<sOddInput> oddInputs();
 
+/// A text as UTF-16 with its byte order mark, as some editors save it: every other byte of plain
+/// letters is zero.
+std::string utf16(const std::string& text);
+
 /// Writes a protein-like cloud in chains A and B: so many residues of ten atoms, about one atom per
 /// `atomVolume` Å³. The same arguments give the same bytes.
 void writeCloud(std::ostream& out, std::size_t residues, double atomVolume);
