@@ -110,8 +110,8 @@ TEST(PlainDecimal, AcceptsAndRefusesByForm) {
     }
     EXPECT_FALSE(plainDecimal(std::string_view("1\0", 2)));
     EXPECT_FALSE(plainDecimal(std::string_view("\0"
-                                                 "1",
-                                                 2)));
+                                               "1",
+                                               2)));
     EXPECT_TRUE(plainDecimal(std::string(1U << 20U, '7')));
 }
 
