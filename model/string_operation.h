@@ -19,9 +19,9 @@ int caseInvarStrCmp(const std::string& a, const std::string& b);
 /// Whether two texts are equal when case is ignored.
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
-/// The value of a plain decimal number, correctly rounded; nothing for any other text. Such a number
-/// is an optional sign and digits with at most one point among them, the last character a digit: no
-/// exponent, no blanks.
+/// The value of a plain decimal number, correctly rounded; nothing for any other text. Such a
+/// number is an optional sign and digits with at most one point among them, the last character a
+/// digit: no exponent, no blanks.
 std::optional<double> plainDecimal(std::string_view text);
 
 /// What strtod reads in the C locale, whatever locale the process runs in: the toolkit switches to
