@@ -21,6 +21,7 @@ bool isTaken(const QString& path) {
 
 eReplacement replaceFile(const QString& path, std::string_view bytes) {
     QSaveFile file(path);
+    file.setDirectWriteFallback(true); // a directory may allow changing its files but no new ones
     if (isTaken(path) || !file.open(QIODevice::WriteOnly)) {
         return eReplacement::notOpened;
     }

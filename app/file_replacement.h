@@ -12,5 +12,5 @@ enum class eReplacement {
 };
 
 /// Writes the bytes to a new file beside the old one, which it replaces when it is whole and on
-/// disk.
+/// disk. Where the directory takes no new file, the old one is written to itself.
 eReplacement replaceFile(const QString& path, std::string_view bytes);

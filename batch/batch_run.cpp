@@ -132,7 +132,8 @@ sBatchResult cBatchRun::run() {
     result.files = paths.size();
     const auto cores = static_cast<std::size_t>(manner.jobs);
     reporter.beginProgress(paths.size());
-    runTogether(std::min(cores, paths.size()), manner.jobs, [this] { pump(); });
+    runTogether(std::min({cores, paths.size(), manner.structuresAtOnce}), manner.jobs,
+                [this] { pump(); });
     reporter.endProgress();
     if (failure != nullptr) {
         std::rethrow_exception(failure);

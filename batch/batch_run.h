@@ -35,8 +35,9 @@ struct sBatchResult {
 
 struct sBatchManner {
     QString timeStamp;
-    int jobs = 1;           ///< with 1 everything happens on the calling thread
-    bool isResumed = false; ///< files whose reports are up to date are taken over
+    int jobs = 1;                        ///< with 1 everything happens on the calling thread
+    std::size_t structuresAtOnce = 1024; ///< at most, however many jobs there are
+    bool isResumed = false;              ///< files whose reports are up to date are taken over
 };
 
 /// Takes the files in order, as many at once as there are cores, each with a worker of its own;

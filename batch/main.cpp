@@ -6,6 +6,7 @@
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
 #include "batch/kev_batch.h"
+#include "batch/open_files.h"
 #include "batch/options.h"
 #include "batch/output_directory.h"
 #include "batch/stop_signal.h"
@@ -61,6 +62,7 @@ int analyse(const sOptions& options) {
     manner.timeStamp = options.timeStamp.has_value() ? QString::fromStdString(*options.timeStamp)
                                                      : cAnalysisRun::currentTimeStamp();
     manner.jobs = options.jobs.value_or(tbb::info::default_concurrency());
+    manner.structuresAtOnce = structuresAtOnce();
     manner.isResumed = options.isResumed;
     cBatchRun run(paths, sameNames, manner, prepared.makeWorker, reporter, stop.flag());
     const sBatchResult result = run.run();

@@ -1,12 +1,15 @@
 // Which residues of different chains of a structure touch, by each of the four criteria.
 #include "contacts/residue_contact.h"
 #include "geometry/atom_grid.h"
+#include "geometry/in_parallel.h"
 #include "model/pdb_peptide.h"
+#include "model/stop_request.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <set>
@@ -232,11 +235,13 @@ void findPartners(const sParticipant& participant, const sChainSearch& later, do
 }
 
 /// All touching pairs, ordered by the first residue in the file, then by the chain of the second.
+/// The residues of a chain are searched side by side.
 template <typename Test>
 std::vector<sTouchingPair> findPairs(const std::vector<sChainSearch>& searches, double range,
                                      const Test& test) {
     std::vector<sTouchingPair> pairs;
     for (auto chain = searches.begin(); chain != searches.end(); ++chain) {
+        stopIfWanted();
         std::vector<const sChainSearch*> laterChains;
         for (auto later = chain + 1; later != searches.end(); ++later) {
             if (!areApart(chain->representativesBounds, later->representativesBounds, range) &&
@@ -244,10 +249,17 @@ std::vector<sTouchingPair> findPairs(const std::vector<sChainSearch>& searches, 
                 laterChains.push_back(&*later);
             }
         }
-        for (const sParticipant& participant : chain->participants) {
+        if (laterChains.empty()) {
+            continue;
+        }
+        std::vector<std::vector<sTouchingPair>> found(chain->participants.size());
+        inParallel(found.size(), residuesPerTask, [&](std::size_t i) {
             for (const sChainSearch* later : laterChains) {
-                findPartners(participant, *later, range, test, pairs);
+                findPartners(chain->participants[i], *later, range, test, found[i]);
             }
+        });
+        for (std::vector<sTouchingPair>& part : found) {
+            std::ranges::move(part, std::back_inserter(pairs));
         }
     }
     return pairs;
@@ -287,14 +299,20 @@ void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double search
         const cVordaTest test(map != nullptr ? *map : noRules, nameIndices, vdwThreshold);
         pairs = findPairs(searches, range, test);
     }
+    cStopCheck check;
     contacts.reserve(contacts.size() + 2 * pairs.size());
     for (const sTouchingPair& pair : pairs) {
+        check();
         record(pair, criterion, contacts);
         pair.first->residue->isBinding = true;
         pair.second->residue->isBinding = true;
     }
     // Stable, so that records that compare equal stand in the order of the file with every library.
-    std::stable_sort(contacts.begin(), contacts.end());
+    std::stable_sort(contacts.begin(), contacts.end(),
+                     [&](const cResidueContact& a, const cResidueContact& b) {
+                         check();
+                         return a < b;
+                     });
 }
 
 void cPdbPeptide::resolveThresholdContacts(double threshold) {

@@ -1,6 +1,6 @@
 #include "contacts/residue_contact.h"
 
-#include "model/chain_residue.h"
+#include "model/atom_pairs.h"
 #include "model/string_operation.h"
 
 #include <algorithm>
@@ -86,24 +86,15 @@ void addRule(sResidueAtomContact rule, contactMap& map) {
     map[keyOf(rule.residueName1, rule.residueName2)].push_back(std::move(rule));
 }
 
-bool isAnyAtomPairWithin(const cChainResidue& r1, const cChainResidue& r2, double maxDistance) {
-    for (unsigned i = 0; i < r1.atomCount; ++i) {
-        for (unsigned j = 0; j < r2.atomCount; ++j) {
-            if (centreDistance(r1.atoms[i], r2.atoms[j]) <= maxDistance) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
 bool isFulfilled(const sResidueAtomContact& rule, const cChainResidue& r1,
                  const cChainResidue& r2) {
     if (rule.atomIndex1 >= r1.atomCount || rule.atomIndex2 >= r2.atomCount) {
         return false;
     }
     if (rule.atomName1 == everyAtom && rule.atomName2 == everyAtom) {
-        return isAnyAtomPairWithin(r1, r2, rule.maxDistance);
+        return isAnyAtomPair(r1, r2, [&](const cResidueAtom& a, const cResidueAtom& b) {
+            return centreDistance(a, b) <= rule.maxDistance;
+        });
     }
     const cResidueAtom& atom1 = r1.atoms[rule.atomIndex1];
     const cResidueAtom& atom2 = r2.atoms[rule.atomIndex2];

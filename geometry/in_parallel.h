@@ -1,8 +1,8 @@
 // Loops over independent items on all free threads.
 #pragma once
 
-#include "geometry/stop_request.h"
 #include "model/parallel_work.h"
+#include "model/stop_request.h"
 
 #include <cstddef>
 

@@ -1,5 +1,7 @@
 #include "model/chain_residue.h"
 
+#include "model/atom_pairs.h"
+
 #include <utility>
 
 cChainResidue::cChainResidue(std::string name, std::string number, cResidueAtom* firstAtom,
@@ -8,24 +10,14 @@ cChainResidue::cChainResidue(std::string name, std::string number, cResidueAtom*
       residueNumber(std::move(number)), atomCount(count) {}
 
 bool cChainResidue::isWithinRange(const cChainResidue& other, double range) const {
-    for (unsigned i = 0; i < atomCount; ++i) {
-        for (unsigned j = 0; j < other.atomCount; ++j) {
-            if (atoms[i].isInRangeByCenter(other.atoms[j], range)) {
-                return true;
-            }
-        }
-    }
-    return false;
+    return isAnyAtomPair(*this, other, [range](const cResidueAtom& a, const cResidueAtom& b) {
+        return a.isInRangeByCenter(b, range);
+    });
 }
 
 bool cChainResidue::isWithinRangeFromRadius(const cChainResidue& other, double value) const {
     const double probe = value * 0.5;
-    for (unsigned i = 0; i < atomCount; ++i) {
-        for (unsigned j = 0; j < other.atomCount; ++j) {
-            if (atoms[i].doesIntersect(other.atoms[j], probe)) {
-                return true;
-            }
-        }
-    }
-    return false;
+    return isAnyAtomPair(*this, other, [probe](const cResidueAtom& a, const cResidueAtom& b) {
+        return a.doesIntersect(b, probe);
+    });
 }

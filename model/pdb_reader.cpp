@@ -3,6 +3,7 @@
 #include "model/parallel_work.h"
 #include "model/pdb_lines.h"
 #include "model/pdb_peptide.h"
+#include "model/stop_request.h"
 #include "model/string_operation.h"
 
 #include <algorithm>
@@ -153,7 +154,9 @@ class cLineRuns {
                 run.resize(lineEnd + 1);
                 break;
             }
-            if (lineEnd == std::string::npos) {
+            if (in.bad()) { // what the error cut off is no line
+                run.resize(lineEnd == std::string::npos ? 0 : lineEnd + 1);
+            } else if (lineEnd == std::string::npos) {
                 run.resize(std::min(run.size(), columnsKept));
             }
         }
@@ -196,9 +199,13 @@ struct sRun {
 void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly) {
     constexpr std::size_t runsUnderWay = 16;
     cLineRuns runs(in);
+    const cStopRequest* const request = cStopRequest::current();
     std::atomic<bool> hasEnded = false;
     int error = errno;
     const auto take = [&](sRun& run) {
+        if (request != nullptr) {
+            request->check();
+        }
         if (hasEnded) {
             return false;
         }
@@ -212,6 +219,11 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
         assembly.append(std::move(run.lines));
         hasEnded = assembly.hasEnded();
     });
+    if (hasEnded) {
+        // How far the stream was read beyond the end is a matter of chance, and so is whether that
+        // succeeded.
+        in.clear(in.rdstate() & ~std::ios::badbit);
+    }
     errno = error; // why the stream is bad, if it is
 }
 

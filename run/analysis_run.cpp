@@ -1,7 +1,7 @@
 #include "run/analysis_run.h"
 
 #include "geometry/in_parallel.h"
-#include "geometry/stop_request.h"
+#include "model/stop_request.h"
 #include "model/thread_order.h"
 #include "run/file_path.h"
 #include "run/report_file.h"
@@ -14,7 +14,9 @@
 #endif
 
 #include <cerrno>
+#include <mutex>
 #include <new>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -135,21 +137,42 @@ bool cAnalysisRun::calculateAndWrite(const QString& path, const QString& timeSta
     return true;
 }
 
-/// Documents and tables are written at the same time, but get their final names in order.
+/// Documents and tables are written at the same time, but get their final names in order, each as
+/// soon as it and those before it are whole: a stop takes none of them away.
 void cAnalysisRun::writeReports(const std::vector<sPlannedReport>& reports) {
-    std::vector<sWrittenReport> written(reports.size());
-    inParallel(2, 1, [&](std::size_t kind) {
+    std::vector<std::optional<sWrittenReport>> written(reports.size());
+    std::size_t named = 0; // so many have been given their names, or up
+    std::mutex mutex;
+    const auto keep = [&](std::size_t i, sWrittenReport report) {
+        const std::lock_guard lock(mutex);
+        written[i] = std::move(report);
+        while (named < reports.size() && written[named]) {
+            giveName(*written[named], reports[named].fileName);
+            ++named;
+        }
+    };
+    const auto writeKind = [&](std::size_t kind) {
         for (std::size_t i = 0; i < reports.size(); ++i) {
             if (reports[i].content.index() == kind) {
-                written[i] = std::visit(
-                    [&](const auto& content) { return writeReport(reports[i].fileName, content); },
-                    reports[i].content);
+                const auto write = [&](const auto& content) {
+                    return writeReport(reports[i].fileName, content);
+                };
+                keep(i, std::visit(write, reports[i].content));
             }
         }
-    });
-    for (std::size_t i = 0; i < reports.size(); ++i) {
-        finishReport(std::move(written[i]), reports[i].fileName);
+    };
+    const auto tell = [&] {
+        for (std::size_t i = 0; i < named; ++i) {
+            tellIfUnwritten(*written[i], reports[i].fileName);
+        }
+    };
+    try {
+        inParallel(2, 1, writeKind);
+    } catch (...) {
+        tell();
+        throw;
     }
+    tell();
 }
 
 QStringList cAnalysisRun::unwrittenReports() const {
@@ -221,14 +244,14 @@ cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
     if (currentXmlWriter == nullptr || !currentXmlWriter->isFileOpen()) {
         const int error = report->isOpen() ? errno : report->error();
         currentXmlWriter.reset();
-        return {nullptr, error};
+        return {nullptr, error, false};
     }
     errno = 0; // a stream tells that it failed but not why
     content(*currentXmlWriter);
     currentXmlWriter->close();
     const int error = currentXmlWriter->fail() ? report->writeError(errno) : 0;
     currentXmlWriter.reset();
-    return {std::move(report), error};
+    return {std::move(report), error, true};
 }
 
 cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
@@ -236,7 +259,7 @@ cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
     auto report = std::make_unique<cReportFile>(directoryOf(fileName));
     const int descriptor = report->duplicateDescriptor();
     if (descriptor < 0) {
-        return {nullptr, errno};
+        return {nullptr, errno, false};
     }
     tableFile.setFileName(fileName);
     tableFile.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
@@ -249,7 +272,7 @@ cAnalysisRun::sWrittenReport cAnalysisRun::writeReport(const QString& fileName,
     tableFile.close();
     isComplete = isComplete && tableFile.error() == QFileDevice::NoError;
     const int error = isComplete ? 0 : report->writeError(errno);
-    return {std::move(report), error};
+    return {std::move(report), error, true};
 }
 
 void cAnalysisRun::writeBytes(QTextStream& stream, std::string_view bytes) {
@@ -264,16 +287,19 @@ void cAnalysisRun::writeBytes(QTextStream& stream, std::string_view bytes) {
     }
 }
 
-void cAnalysisRun::finishReport(sWrittenReport written, const QString& fileName) {
-    const bool isBegun = written.file != nullptr;
+void cAnalysisRun::giveName(sWrittenReport& written, const QString& fileName) {
     if (written.error == 0 && !written.file->commit(fileName)) {
         written.error = written.file->error();
     }
+    written.file.reset(); // handles are few
+}
+
+void cAnalysisRun::tellIfUnwritten(const sWrittenReport& written, const QString& fileName) {
     if (written.error == 0) {
         return;
     }
-    unwritten.push_back({fileName, reasonOf(written.error), isBegun});
-    if (isBegun) {
+    unwritten.push_back({fileName, reasonOf(written.error), written.isBegun});
+    if (written.isBegun) {
         send(Qt::red,
              "Could not write report " + displayedPath(fileName) + ": " + unwritten.back().reason);
     }

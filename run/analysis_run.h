@@ -28,7 +28,7 @@
 /// How the work on one file ended.
 enum class eFileOutcome {
     analysed, ///< reports that could not be written are in unwrittenReports()
-    failed,   ///< reported in red; no report exists
+    failed,   ///< reported in red; at most reports exist that were whole before
     stopped   ///< a stop was asked for; only reports that were whole before it exist
 };
 
@@ -123,15 +123,16 @@ class cAnalysisRun : public QThread {
 
   private:
     QString reportBase(const QString& path, const QString& timeStamp) const;
-    /// A report under its temporary name; null if none could be created.
     struct sWrittenReport {
-        std::unique_ptr<cReportFile> file;
-        int error = 0; ///< errno of a report that is not complete
+        std::unique_ptr<cReportFile> file; ///< under its temporary name
+        int error = 0;                     ///< errno of a report that is not complete
+        bool isBegun = false;              ///< false when not even a file could be created
     };
     void writeReports(const std::vector<sPlannedReport>& reports);
     sWrittenReport writeReport(const QString& fileName, const cXmlContent& content);
     sWrittenReport writeReport(const QString& fileName, const cTableContent& content);
-    void finishReport(sWrittenReport written, const QString& fileName);
+    static void giveName(sWrittenReport& written, const QString& fileName);
+    void tellIfUnwritten(const sWrittenReport& written, const QString& fileName);
     void releaseFile();
     /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
     bool isStopWanted() const;

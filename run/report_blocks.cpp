@@ -1,7 +1,7 @@
 #include "run/report_blocks.h"
 
-#include "geometry/stop_request.h"
 #include "model/parallel_work.h"
+#include "model/stop_request.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,7 @@
 // The reports of the interaction module: cRunVOR's XML documents and tables.
 #include "run/run_vor_linux.h"
 
+#include "model/stop_request.h"
 #include "run/report_namespaces.h"
 
 #include <iomanip>
@@ -45,8 +46,10 @@ void writeContact(cXmlWriter& writer, const cResidueContact& contact) {
 /// Calls `visit(chain, residue)` for every residue of every chain, in order.
 template <typename Visit>
 void forEachResidue(const cPdbPeptide& peptide, Visit visit) {
+    cStopCheck check;
     for (const cProteinChain& chain : peptide.chains) {
         for (unsigned i = 0; i < chain.residueCount; ++i) {
+            check();
             visit(chain, chain.residues[i]);
         }
     }
@@ -105,7 +108,9 @@ void cRunVOR::writeXmlHeader(cXmlWriter& writer, const char* root,
 void cRunVOR::writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
     writeXmlHeader(writer, "peptideResidueContacts", peptide);
     writer.writeStart("contacts", 2);
+    cStopCheck check;
     for (const cResidueContact& contact : peptide.contacts) {
+        check();
         writeContact(writer, contact);
     }
     writer.writeEnd("contacts", 2, true);
@@ -156,7 +161,9 @@ void cRunVOR::writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) co
 
 void cRunVOR::writeContactsTable(std::ostream& out, cPdbPeptide& peptide) {
     writeTableHeader(out, peptide);
+    cStopCheck check;
     for (const cResidueContact& contact : peptide.contacts) {
+        check();
         out << contact.chain1 << std::setw(6) << contact.residueNumber1 << std::setw(5)
             << contact.residueName1 << std::setw(3) << contact.chain2 << std::setw(6)
             << contact.residueNumber2 << std::setw(5) << contact.residueName2 << std::setw(20)

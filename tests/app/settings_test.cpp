@@ -13,6 +13,7 @@
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 class cSettingsTest : public QObject {
     Q_OBJECT
@@ -43,6 +44,7 @@ class cSettingsTest : public QObject {
     void otherDirectoryStartsAfresh();
     void failedSaveIsSilent();
     void saveThatBreaksOffKeepsTheOldFile();
+    void directoryWithoutRoomForNewFilesKeepsOldOnesWritable();
     void pipeIsNoSettingsFile();
     void documentedExamplesAreWhatTheWindowWrites();
 
@@ -363,6 +365,25 @@ void cSettingsTest::saveThatBreaksOffKeepsTheOldFile() {
     QCOMPARE(kevFile(), otherKevFile);
     // Nothing is left of the attempt.
     QCOMPARE(filesIn(place->path()).size(), 1U);
+}
+
+void cSettingsTest::directoryWithoutRoomForNewFilesKeepsOldOnesWritable() {
+    setKevFile("");
+    const std::string directory = place->path().toStdString();
+    QVERIFY(QFile::setPermissions(place->path("kev_program_settings.set"),
+                                  QFileDevice::Permissions(0x6666)));
+    QCOMPARE(::chmod(directory.c_str(), 0555), 0);
+    start();
+    // The superuser may do everything, somebody else may not.
+    constexpr uid_t somebody = 65534;
+    const uid_t user = ::geteuid();
+    QVERIFY(user != 0 || ::seteuid(somebody) == 0);
+    const bool isClosed = !QFile(place->path("new")).open(QIODevice::WriteOnly);
+    window->saveKEVSettings();
+    QVERIFY(user != 0 || ::seteuid(user) == 0);
+    QCOMPARE(::chmod(directory.c_str(), 0755), 0);
+    QVERIFY(isClosed);
+    QCOMPARE(kevFile(), defaultKevFile);
 }
 
 void cSettingsTest::pipeIsNoSettingsFile() {

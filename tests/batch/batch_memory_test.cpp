@@ -102,6 +102,20 @@ TEST_F(BatchMemory, DescriptorsDoNotFollowTheNumberOfFiles) {
     EXPECT_LE(useOf(2000, "2").mostDescriptors, most);
 }
 
+TEST_F(BatchMemory, MoreJobsThanHandlesAreNoFault) {
+    std::vector<std::string> arguments{"--jobs=40", "--quiet"};
+    for (int i = 0; i < 200; ++i) {
+        arguments.push_back("f" + std::to_string(i) + ".pdb");
+        directory.linkSample("1ubq", arguments.back());
+    }
+    sProcessManner manner;
+    manner.openFileLimit = 80;
+    const sProcessOutcome outcome = run("vor", arguments, manner);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(reports().size(), 200U * 6U);
+}
+
 TEST_F(BatchMemory, FileThatIsTooLargeFailsAndTheOthersAreAnalysed) {
     directory.write("huge.pdb", hugeStructure());
     directory.linkSample("1ubq", "small.pdb");

@@ -75,6 +75,7 @@ void cBatchProcess::becomeProgram(const std::vector<std::string>& arguments,
     }
     setLimit(RLIMIT_FSIZE, manner.fileSizeLimit);
     setLimit(RLIMIT_AS, manner.memoryLimit);
+    setLimit(RLIMIT_NOFILE, manner.openFileLimit);
     std::string program =
         manner.program.empty() ? batchProgram().string() : manner.program.string();
     std::vector<std::string> texts = arguments;

@@ -16,6 +16,7 @@ struct sProcessManner {
     bool hasTerminal = false;                       ///< standard error is a terminal of 80 columns
     std::size_t fileSizeLimit = 0; ///< largest file it may write, bytes; 0 is no limit
     std::size_t memoryLimit = 0;   ///< most address space it may use, bytes; 0 is no limit
+    std::size_t openFileLimit = 0; ///< most files it may have open; 0 is no limit
     std::filesystem::path program; ///< kelmo-batch of this build if empty
 };
 

@@ -1,10 +1,12 @@
 // Which residues the four criteria find, against closed cases and against all pairs one by one.
 #include "contacts/residue_contact.h"
 #include "model/pdb_peptide.h"
+#include "model/stop_request.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -811,4 +813,53 @@ TEST(DovrethFlags, AreaThatIsLargerInTheComplexCountsToo) {
     ASSERT_GT(peptide.residues[0].totalAsa, 50.0);
     peptide.resolveDovrethContacts(50.0, probeRadius, zSlice);
     EXPECT_EQ(bindingFlags(peptide), (std::vector<bool>{true, false}));
+}
+
+// ---- Stops ----
+
+TEST(ContactStop, EveryResidueAndEverySortingIsAStopsOpportunity) {
+    const cPdbPeptide peptide = read(sampleText("2hhb.pdb"));
+    const contactMap rules = sampleRules();
+    for (const eInteractionCriterion criterion : {maximumDistance, prism, vorda}) {
+        const auto resolve = [&](int lastQuestion) {
+            cPdbPeptide searched(peptide);
+            std::atomic<int> questions = 0;
+            const cStopRequest request([&] { return ++questions == lastQuestion; });
+            searched.resolveContacts(criterion, 10.0, 1.125, &rules);
+            return questions.load();
+        };
+        const int questions = resolve(0);
+        // Every residue is one, except for the last chain's, and so are the chains and the sorting.
+        const auto residues =
+            static_cast<int>(peptide.residues.size() - peptide.chains.back().residueCount);
+        EXPECT_GT(questions, residues + static_cast<int>(peptide.chains.size())) << criterion;
+        for (const int question : {1, questions / 2, questions}) {
+            EXPECT_THROW(resolve(question), sStopped) << criterion << ' ' << question;
+        }
+    }
+}
+
+TEST(ContactStop, IsHeededBetweenTwoHugeResidues) {
+    constexpr int atoms = 300;
+    cPdbText pdb;
+    for (const char chain : {'A', 'B'}) {
+        pdb.residue(chain, "1", "ALA");
+        for (int i = 0; i < atoms; ++i) {
+            pdb.atom("CA", i, chain == 'A' ? 0.0 : 6.0, 0.0);
+        }
+        // Far from everything, but then the box around A holds all of B.
+        if (chain == 'A') {
+            pdb.atom("CB", 0.0, 50.0, 0.0);
+        }
+    }
+    const cPdbPeptide peptide = read(pdb.text());
+    const contactMap rules = rulesForAllAtoms("ALA_ALA", 5.9, hydrophobic);
+    for (const eInteractionCriterion criterion : {maximumDistance, prism, vorda}) {
+        cPdbPeptide searched(peptide);
+        int questions = 0;
+        const cStopRequest request([&] { return ++questions == atoms; });
+        const double searchValue = criterion == prism ? 2.5 : 5.9;
+        EXPECT_THROW(searched.resolveContacts(criterion, searchValue, -9.0, &rules), sStopped)
+            << criterion;
+    }
 }

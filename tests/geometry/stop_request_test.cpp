@@ -1,7 +1,7 @@
 // Giving up a calculation while it runs.
 #include "geometry/atom_space_calculations.h"
 #include "geometry/in_parallel.h"
-#include "geometry/stop_request.h"
+#include "model/stop_request.h"
 #include "tests/geometry/atom_clouds.h"
 
 #include <gtest/gtest.h>

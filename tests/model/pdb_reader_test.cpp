@@ -1,11 +1,13 @@
 // Reading PDB text: columns, records, residues, chains, radii, and where reading stops.
 #include "model/pdb_peptide.h"
+#include "model/stop_request.h"
 #include "tests/model/pdb_lines.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
 
+#include <atomic>
 #include <cmath>
 #include <fstream>
 #include <limits>
@@ -13,6 +15,7 @@
 #include <map>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <streambuf>
 #include <string>
 #include <utility>
@@ -627,6 +630,82 @@ TEST(PdbReader, LineOfGigabytesNeedsNoMemory) {
     EXPECT_EQ(peptide.atoms.size(), 3U);
     EXPECT_EQ(residueNumbers(peptide), (tTexts{"1", "7"}));
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "KiB";
+}
+
+/// A text behind which every attempt to read fails.
+class cBrokenSource : public std::streambuf {
+  public:
+    explicit cBrokenSource(std::string beginning) : text(std::move(beginning)) {
+        setg(text.data(), text.data(), text.data() + text.size());
+    }
+
+  protected:
+    int_type underflow() override { throw std::runtime_error("broken"); }
+    pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
+        return 0;
+    }
+    pos_type seekpos(pos_type, std::ios_base::openmode) override { return 0; }
+
+  private:
+    std::string text;
+};
+
+struct sBrokenReading {
+    int result;
+    std::size_t atoms;
+    bool isBad; ///< whether the stream is bad afterwards
+};
+
+sBrokenReading readBroken(const std::string& beginning) {
+    cBrokenSource buffer(beginning);
+    std::istream in(&buffer);
+    std::set<std::string> missing;
+    cPdbPeptide peptide;
+    const int result = peptide.loadFromStream(in, {}, missing);
+    return {result, peptide.atoms.size(), in.bad()};
+}
+
+std::string manyAtoms() {
+    std::string text;
+    for (int i = 0; i < 3000; ++i) {
+        text += sAtomLine{}.line();
+    }
+    return text;
+}
+
+TEST(PdbReader, ReadErrorEndsTheFileAndLeavesTheStreamBad) {
+    // Also in the middle of a line, which then is none.
+    for (const char* lastLine : {"", "ATOM", "ATOM  short"}) {
+        const sBrokenReading reading = readBroken(manyAtoms() + lastLine);
+        EXPECT_EQ(reading.result, 0) << lastLine;
+        EXPECT_GT(reading.atoms, 2000U) << lastLine;
+        EXPECT_TRUE(reading.isBad) << lastLine;
+    }
+    EXPECT_TRUE(readBroken("ATOM").isBad);
+}
+
+// How far is read beyond the end depends on the moment, and so does whether an error is met there.
+TEST(PdbReader, ReadErrorBehindTheEndOrABadLineIsNone) {
+    const std::string atoms = manyAtoms();
+    for (int i = 0; i < 50; ++i) {
+        const sBrokenReading ended = readBroken(atoms + "ENDMDL\n" + atoms);
+        ASSERT_EQ(ended.result, 0);
+        ASSERT_EQ(ended.atoms, 3000U);
+        ASSERT_FALSE(ended.isBad) << i;
+        const sBrokenReading faulty = readBroken(atoms + "ATOM  short\n" + atoms);
+        ASSERT_EQ(faulty.result, 3001);
+        ASSERT_FALSE(faulty.isBad) << i;
+    }
+}
+
+TEST(PdbReader, ReadingIsGivenUpWhenAStopIsWanted) {
+    std::istringstream in(manyAtoms() + manyAtoms());
+    std::set<std::string> missing;
+    cPdbPeptide peptide;
+    std::atomic<int> questions = 0;
+    const cStopRequest request([&] { return ++questions == 3; });
+    EXPECT_THROW(peptide.loadFromStream(in, {}, missing), sStopped);
+    EXPECT_EQ(questions, 3);
 }
 
 TEST(PdbReader, ZeroBytesEndNothing) {

@@ -1,7 +1,9 @@
 // The walk over the files that both workers share, with an analysis of the test's own.
+#include "model/stop_request.h"
 #include "model/thread_order.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
+#include "tests/xml/scratch_directory.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +12,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <new>
 #include <string>
@@ -42,7 +45,52 @@ class cGivenRun : public cAnalysisRun {
     tWork work;
 };
 
+/// A worker that writes a document and then does something of the test's in its table.
+class cStoppingRun : public cAnalysisRun {
+  public:
+    cStoppingRun(const cScratchDirectory& output, std::function<void()> givenTable)
+        : cAnalysisRun(nullptr), directory(QString::fromStdString(output.path().string()) + '/'),
+          table(std::move(givenTable)) {}
+
+  protected:
+    const QStringList& pathsToAnalyse() const override { return none; }
+    QString reportDirectory() const override { return directory; }
+    eFileOutcome analyse(const QString& path, const QString& timeStamp) override {
+        return calculateAndWrite(path, timeStamp) ? eFileOutcome::analysed : eFileOutcome::stopped;
+    }
+    std::vector<sReportGroup> planReports(const QString& base) override {
+        const cXmlContent document = [](cXmlWriter& writer) {
+            writer.writeElement("whole", "yes", 0);
+        };
+        return {{[] { return true; },
+                 {{base + ".xml", document},
+                  {base + ".tbl", cTableContent([this](QTextStream&) { table(); })}}}};
+    }
+
+  private:
+    const QStringList none;
+    const QString directory;
+    const std::function<void()> table;
+};
+
 } // namespace
+
+TEST(AnalysisRun, StopLeavesTheReportsThatAreWhole) {
+    const cScratchDirectory output;
+    const std::string document = output.file("a_" + fixedStamp.toStdString() + ".xml");
+    cStoppingRun run(output, [&] {
+        const QDeadlineTimer patience(30'000);
+        while (!std::filesystem::exists(document) && !patience.hasExpired()) {
+            QThread::msleep(1); // another thread writes it, if this one has not
+        }
+        throw sStopped{};
+    });
+    EXPECT_EQ(run.analyseFile(QStringLiteral("a"), fixedStamp), eFileOutcome::stopped);
+    const auto left = filesIn(output.path());
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_TRUE(left.begin()->second.ends_with("<whole>yes</whole>\n"))
+        << left.begin()->first << left.begin()->second;
+}
 
 TEST(AnalysisRun, FilesAreTakenInTheirOrderWhateverBecomesOfThem) {
     tLines taken;

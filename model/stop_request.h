@@ -7,8 +7,8 @@
 /// Thrown out of a calculation that was told to stop. What it was to compute is then incomplete.
 struct sStopped {};
 
-/// While this lives, the parallel loops that its thread begins ask `isWanted` before every item, on
-/// whatever thread, and throw sStopped when the answer is yes.
+/// While this lives, long loops of its thread ask `isWanted` between their rounds, parallel ones on
+/// whatever thread they run, and throw sStopped when the answer is yes.
 class cStopRequest {
   public:
     explicit cStopRequest(std::function<bool()> question)
@@ -45,4 +45,25 @@ class cStopRequest {
   private:
     const std::function<bool()> isWanted;
     const cStopRequest* const outer;
+};
+
+/// Throws sStopped if this thread has a stop request and a stop is wanted.
+inline void stopIfWanted() {
+    if (const cStopRequest* const request = cStopRequest::current(); request != nullptr) {
+        request->check();
+    }
+}
+
+/// Does so now and then, for loops whose rounds take less time than the question.
+class cStopCheck {
+  public:
+    void operator()() {
+        if (++calls % callsPerQuestion == 0) {
+            stopIfWanted();
+        }
+    }
+
+  private:
+    static constexpr unsigned callsPerQuestion = 256;
+    unsigned calls = 0;
 };
