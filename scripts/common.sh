@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian packages: to build and run, to test, and to fuzz.
 build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6 libgl-dev libtbb-dev libhwy-dev)
 test_packages=(libgtest-dev libbenchmark-dev libxml2-utils freesasa time xvfb xdotool xkb-data
-               fonts-dejavu-core)
+               fonts-dejavu-core locales)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 is_installed() {

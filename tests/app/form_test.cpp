@@ -12,6 +12,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -34,6 +35,8 @@ class cFormTest : public QObject {
     void everyNamedWidgetIsThere();
     void spinBoxesHaveTheirRanges_data();
     void spinBoxesHaveTheirRanges();
+    void numbersTakeAPointOrAComma_data();
+    void numbersTakeAPointOrAComma();
     void firstStartShowsDefaults();
     void menusHaveTheirTexts();
     void exitClosesTheWindow();
@@ -188,6 +191,40 @@ void cFormTest::spinBoxesHaveTheirRanges() {
     QCOMPARE(box->singleStep(), step);
     QCOMPARE(box->decimals(), decimals);
     QCOMPARE(box->value(), value);
+}
+
+void cFormTest::numbersTakeAPointOrAComma_data() {
+    QTest::addColumn<QLocale>("locale");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("shown");
+    const QLocale english(QLocale::English, QLocale::UnitedStates);
+    const QLocale german(QLocale::German, QLocale::Germany);
+    const QLocale swiss(QLocale::German, QLocale::Switzerland);
+    QTest::newRow("English point") << english << "1.45" << 1.45 << "1.45";
+    QTest::newRow("English comma") << english << "1,45" << 1.45 << "1.45";
+    QTest::newRow("German point") << german << "1.45" << 1.45 << "1,45";
+    QTest::newRow("German comma") << german << "1,45" << 1.45 << "1,45";
+    QTest::newRow("Swiss comma") << swiss << "0,5" << 0.5 << "0.50";
+    QTest::newRow("two separators") << english << "1.4.5" << 1.45 << "1.45";
+    QTest::newRow("beyond the range") << german << "2.5" << 2.0 << "2,00";
+}
+
+void cFormTest::numbersTakeAPointOrAComma() {
+    QFETCH(const QLocale, locale);
+    QFETCH(const QString, typed);
+    QFETCH(const double, value);
+    QFETCH(const QString, shown);
+    const QLocale earlier;
+    QLocale::setDefault(locale);
+    window = std::make_unique<kelmo>();
+    QLocale::setDefault(earlier);
+    auto* const box = widget<QDoubleSpinBox>(*window, "doubleSpinBoxASARSolvent");
+    box->selectAll();
+    QTest::keyClicks(box, typed);
+    box->interpretText();
+    QCOMPARE(box->value(), value);
+    QCOMPARE(box->text(), shown);
 }
 
 void cFormTest::firstStartShowsDefaults() {

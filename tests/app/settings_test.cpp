@@ -1,6 +1,7 @@
 // The settings files: what is saved is restored, line by line, whatever stands in the lines.
 
 #include "tests/app/app_test_tools.h"
+#include "tests/support/comma_locale.h"
 
 #include <QAbstractButton>
 #include <QDoubleSpinBox>
@@ -253,13 +254,9 @@ void cSettingsTest::numbersHaveSixDigits() {
 }
 
 void cSettingsTest::decimalPointIsKeptInEveryLocale() {
-    // Whatever locale is there that has a comma; without one the default is tested once more.
+    provideCommaLocale();
     const QByteArray before = std::setlocale(LC_NUMERIC, nullptr);
-    for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE", "C"}) {
-        if (std::setlocale(LC_NUMERIC, name) != nullptr) {
-            break;
-        }
-    }
+    QVERIFY(std::setlocale(LC_NUMERIC, commaLocale) != nullptr);
     const QLocale earlier;
     QLocale::setDefault(QLocale(QLocale::German));
     setKevFile(withLine(defaultKevFile, 9, "0.35"));

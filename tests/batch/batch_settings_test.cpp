@@ -1,6 +1,7 @@
 // What a run does with its settings: defaults, configurations, tables, and what keeps it from
 // starting.
 #include "tests/batch/batch_fixture.h"
+#include "tests/support/comma_locale.h"
 
 namespace {
 
@@ -426,4 +427,25 @@ TEST_F(KevSettings, ShippedTableThatIsMissingIsReported) {
     EXPECT_TRUE(outcome.err.starts_with("The table ala-x-ala.asa, which comes with the program, is "
                                         "missing. These directories were searched:\n"))
         << outcome.err;
+}
+
+TEST_F(VorSettings, DecimalCommaOfTheUserChangesNothing) {
+    directory.write("odd.cfg", "threshold: 4.25\n");
+    const auto reportsOf = [&](const std::string& module, const sProcessManner& manner) {
+        cNames arguments{"--jobs=1", ubiquitin, antibody};
+        if (module == "vor") {
+            arguments.insert(arguments.begin(), "--config=odd.cfg");
+        }
+        const sProcessOutcome outcome = run(module, arguments, manner);
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
+        auto written = reports();
+        written["messages"] = outcome.err;
+        return written;
+    };
+    sProcessManner withComma;
+    withComma.environment = commaLocaleEnvironment();
+    for (const char* module : {"kev", "vor"}) {
+        const auto usual = reportsOf(module, {});
+        EXPECT_EQ(reportsOf(module, withComma), usual) << module;
+    }
 }
