@@ -9,6 +9,9 @@
 #include <tbb/task_arena.h>
 #include <tbb/task_group.h>
 
+#include <cassert>
+#include <vector>
+
 // A build with ThreadSanitizer leaves this file unchecked: the templates of the library work hand
 // in hand with its compiled part, which is unchecked, and what the one half does would be taken for
 // a race with the other. Here stands nothing but those templates; the work itself is compiled
@@ -31,42 +34,49 @@ void shareOut(std::size_t count, std::size_t rangeSize,
     });
 }
 
-void workInOrder(std::size_t underWay, const std::function<std::shared_ptr<void>()>& take,
-                 const std::function<void(void*)>& work, const std::function<void(void*)>& handOn) {
-    using tItem = std::shared_ptr<void>;
+void workInOrder(std::size_t underWay, const std::function<bool(std::size_t place)>& take,
+                 const std::function<void(std::size_t place)>& work,
+                 const std::function<void(std::size_t place)>& handOn) {
     using tFilter = tbb::filter_mode;
     cForkedWork order;
-    // What one thread did with an item, or at an end of the line, is over for the next that does.
+    // What one thread did at a place, or at an end of the line, is over for the next that comes by.
+    std::vector<char> isTaken(underWay);
     char entrance = 0;
     char exit = 0;
+    std::size_t taken = 0;
     const auto takeNext = [&](tbb::flow_control& control) {
         const cForkedWork::cPiece piece(order);
-        const cVisit visit(&entrance);
-        tItem item = take();
-        handOver(item.get());
-        if (item == nullptr) {
+        const cVisit visitToTheEntrance(&entrance);
+        // Items leave in order, and no more of them are under way: the oldest place is free again.
+        const std::size_t place = taken++ % underWay;
+        const cVisit visit(&isTaken[place]);
+        assert(isTaken[place] == 0);
+        isTaken[place] = 1;
+        if (!take(place)) {
             control.stop();
         }
-        return item;
+        return place;
     };
-    const auto workOn = [&](tItem item) {
+    const auto workOn = [&](std::size_t place) {
         const cForkedWork::cPiece piece(order);
-        const cVisit visit(item.get());
-        work(item.get());
-        return item;
+        const cVisit visit(&isTaken[place]);
+        work(place);
+        return place;
     };
-    const auto finish = [&](const tItem& item) {
+    const auto finish = [&](std::size_t place) {
         const cForkedWork::cPiece piece(order);
-        const cVisit visit(item.get());
+        const cVisit visit(&isTaken[place]);
         const cVisit visitToTheExit(&exit);
-        handOn(item.get());
+        handOn(place);
+        isTaken[place] = 0;
     };
+    using tPlace = std::size_t;
     tbb::task_group_context ownCancellation(tbb::task_group_context::isolated);
     tbb::this_task_arena::isolate([&] {
         tbb::parallel_pipeline(underWay,
-                               tbb::make_filter<void, tItem>(tFilter::serial_in_order, takeNext) &
-                                   tbb::make_filter<tItem, tItem>(tFilter::parallel, workOn) &
-                                   tbb::make_filter<tItem, void>(tFilter::serial_in_order, finish),
+                               tbb::make_filter<void, tPlace>(tFilter::serial_in_order, takeNext) &
+                                   tbb::make_filter<tPlace, tPlace>(tFilter::parallel, workOn) &
+                                   tbb::make_filter<tPlace, void>(tFilter::serial_in_order, finish),
                                ownCancellation);
     });
 }

@@ -1,11 +1,9 @@
 // Work shared among threads: the one place where the project meets the library that schedules it.
 #pragma once
 
-#include "model/thread_order.h"
-
 #include <cstddef>
 #include <functional>
-#include <memory>
+#include <vector>
 
 /// Calls `work(begin, end)` for ranges that together are all of 0 <= i < count, on this thread and
 /// on those that are free, and returns when all is done. A range is split no further than to
@@ -24,25 +22,21 @@ void runTogether(std::size_t times, int threads, const std::function<void()>& wo
 /// begun outside.
 void keepTogether(const std::function<void()>& work);
 
-/// Takes items one after the other until there is none (null), works on several of them at the same
+/// Takes items one after the other until take() returns false, works on several of them at the same
 /// time, at most `underWay`, and hands them on one at a time in the order of taking, each on any
-/// thread. Waiting and exceptions as with shareOut().
-void workInOrder(std::size_t underWay, const std::function<std::shared_ptr<void>()>& take,
-                 const std::function<void(void*)>& work, const std::function<void(void*)>& handOn);
+/// thread. An item stands at a place below `underWay`, which it leaves to a later one when it has
+/// been handed on. Waiting and exceptions as with shareOut().
+void workInOrder(std::size_t underWay, const std::function<bool(std::size_t place)>& take,
+                 const std::function<void(std::size_t place)>& work,
+                 const std::function<void(std::size_t place)>& handOn);
 
-/// The same with items of one type: `take(item)` fills an item or returns false.
+/// The same with the items themselves; take() finds in an item what a former one has left there.
 template <typename Item, typename Take, typename Work, typename HandOn>
 void workInOrder(std::size_t underWay, Take take, Work work, HandOn handOn) {
+    // Not owned by the scheduler, which forgets some of them when all is given up.
+    std::vector<Item> items(underWay);
     workInOrder(
-        underWay,
-        [&]() -> std::shared_ptr<void> {
-            // Destroyed by any thread, also when everything is given up.
-            const std::shared_ptr<Item> item(new Item, [](Item* last) {
-                takeOver(last);
-                delete last;
-            });
-            return take(*item) ? item : nullptr;
-        },
-        [&](void* item) { work(*static_cast<Item*>(item)); },
-        [&](void* item) { handOn(*static_cast<Item*>(item)); });
+        underWay, [&](std::size_t place) { return take(items[place]); },
+        [&](std::size_t place) { work(items[place]); },
+        [&](std::size_t place) { handOn(items[place]); });
 }

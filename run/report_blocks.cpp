@@ -28,6 +28,7 @@ void inBlocks(std::size_t count,
             request->check();
         }
         block.firstItem = next;
+        block.text.clear();
         next += itemsPerBlock;
         return block.firstItem < count;
     };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -157,6 +158,35 @@ TEST(ParallelWork, ItemsAreHandedOnInTheOrderOfTaking) {
             ASSERT_EQ(squares[static_cast<std::size_t>(i)], i * i);
         }
         EXPECT_LE(most, 9) << "with the one that found the end";
+    }
+}
+
+// Items that wait for their turn when all is given up are the ones that get lost.
+TEST(ParallelWork, NothingIsLeftOfItemsThatWereGivenUp) {
+    struct sItem {
+        int number = 0;
+        std::shared_ptr<int> content;
+    };
+    for (int round = 0; round < 100; ++round) {
+        const auto content = std::make_shared<int>(round);
+        int next = 0;
+        std::atomic<int> finished = 0;
+        const auto take = [&](sItem& item) {
+            item = {next++, content};
+            if (next > 30) {
+                throw std::runtime_error("no more");
+            }
+            return true;
+        };
+        const auto work = [&](const sItem& item) {
+            // The first one holds the others up, if there is another thread to work on them.
+            for (int i = 0; item.number == 0 && i < 1000 && finished < 5; ++i) {
+                std::this_thread::yield();
+            }
+            ++finished;
+        };
+        EXPECT_THROW(workInOrder<sItem>(16, take, work, [](const sItem&) {}), std::runtime_error);
+        ASSERT_EQ(content.use_count(), 1);
     }
 }
 
