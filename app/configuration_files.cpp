@@ -40,6 +40,7 @@ void kelmo::on_pushButtonVORCreateConfigFile_clicked() {
 
 void kelmo::createConfiguration(sModulePage& page,
                                 const std::function<std::string()>& configurationText) {
+    finishTyping();
     const QString outputDirectory = page.outputDirectory->text();
     const QString path =
         askForFile({.caption = tr("Save KEV configuration file as"), // in both modules

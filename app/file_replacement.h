@@ -8,7 +8,7 @@
 enum class eReplacement {
     done,
     notOpened, ///< no file of this name can be made
-    notWritten ///< for example a full disk; an older file is as it was
+    notWritten ///< for example a full disk; an older file is as it was, if it was to be replaced
 };
 
 /// Writes the bytes to a new file beside the old one, which it replaces when it is whole and on

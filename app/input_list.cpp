@@ -1,5 +1,6 @@
 #include "app/input_list.h"
 
+#include "model/text_line.h"
 #include "run/file_path.h"
 
 #include <QCoreApplication>
@@ -106,7 +107,7 @@ void cInputList::refreshMarks() {
 
 QStringList pathsIn(std::istream& in) {
     QStringList paths;
-    for (std::string line; std::getline(in, line);) {
+    for (std::string line; getTextLine(in, line) && line.size() <= longestTextLine;) {
         paths.append(pathFromBytes(line));
     }
     return paths;

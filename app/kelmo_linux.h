@@ -134,6 +134,7 @@ class kelmo : public QMainWindow {
     bool readVorTables(std::map<std::string, double>& radii, contactMap& rules);
     void handOver(const std::map<std::string, double>& radii, const contactMap& rules);
     bool refuse(sModulePage& page, const QString& problem);
+    void finishTyping();
 
     // form_rules.cpp
     void followAttributes();

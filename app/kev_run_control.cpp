@@ -29,6 +29,7 @@ void kelmo::on_pushButtonKEVRUN_clicked() {
     if (!isReadyForRun(kev)) {
         return;
     }
+    finishTyping();
     if (const QString problem = kevFormProblem(); !problem.isEmpty()) {
         refuse(kev, problem);
         return;

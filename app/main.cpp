@@ -1,12 +1,16 @@
 // The desktop program.
 
 #include "app/kelmo_linux.h"
+#include "model/parallel_work.h"
+#include "run/process_start.h"
 
 #include <QApplication>
 
 #include <clocale>
 
 int main(int argc, char* argv[]) {
+    prepareProcess();
+    limitThreads(startableThreads(usualThreads()));
     QApplication application(argc, argv);
     // The toolkit has taken the user's locale; tables and PDB files have decimal points everywhere.
     std::setlocale(LC_NUMERIC, "C");

@@ -34,19 +34,20 @@ bool isUntouched(const QTextDocument& document) {
 /// Removing from the top lays out all that follows anew, so it is done rarely and much at once.
 void removeOldest(QTextDocument& document) {
     constexpr int removedAtOnce = keptParagraphs / 5;
-    if (document.blockCount() <= keptParagraphs) {
+    const int excess = document.blockCount() - keptParagraphs;
+    const bool isTooLong = document.characterCount() > keptCharacters;
+    if (excess <= 0 && !isTooLong) {
         return;
     }
-    const int excess = document.blockCount() - keptParagraphs;
+    const int removed = excess > 0 ? excess + removedAtOnce : document.blockCount() / 2;
     QTextCursor oldest(&document);
-    oldest.setPosition(document.findBlockByNumber(excess + removedAtOnce).position(),
-                       QTextCursor::KeepAnchor);
+    oldest.setPosition(document.findBlockByNumber(removed).position(), QTextCursor::KeepAnchor);
     oldest.removeSelectedText();
 }
 
 /// The text with line feeds in lines that are too long: laying out a paragraph takes time that
-/// grows with the square of its length, and a message that names every atom of a file can be a
-/// megabyte.
+/// grows with the square of its length, and a message that names every atom of a file can be
+/// megabytes long. Of those the beginning is shown.
 QString inShownParagraphs(const QString& text) {
     constexpr qsizetype longestLine = 4000;
     if (text.size() <= longestLine) {
@@ -54,7 +55,7 @@ QString inShownParagraphs(const QString& text) {
     }
     QString broken;
     qsizetype lineLength = 0;
-    for (const QChar character : text) {
+    for (const QChar character : QStringView(text).left(shownCharacters)) {
         // Between words, if there are any, and never within a character of two units.
         const bool isBreak = (lineLength >= longestLine && character.isSpace()) ||
                              (lineLength >= 2 * longestLine && !character.isLowSurrogate());
@@ -64,6 +65,9 @@ QString inShownParagraphs(const QString& text) {
         }
         broken += character;
         lineLength = character == u'\n' ? 0 : lineLength + 1;
+    }
+    if (text.size() > shownCharacters) {
+        broken += QStringLiteral(" ... (%1 more characters)").arg(text.size() - shownCharacters);
     }
     return broken;
 }

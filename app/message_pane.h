@@ -14,6 +14,10 @@ inline constexpr double readableContrast = 4.5;
 
 /// The most paragraphs that a pane keeps. A run of 10,000 files sends 20,000 or more.
 inline constexpr int keptParagraphs = 30'000;
+/// The most characters that it keeps, and that it shows of one message. The toolkit does not come
+/// to an end with laying out very much more.
+inline constexpr int keptCharacters = 20'000'000;
+inline constexpr int shownCharacters = 200'000;
 
 /// The contrast of two opaque colours, from 1 to 21, by the definition of WCAG 2.1.
 double contrastRatio(const QColor& a, const QColor& b);

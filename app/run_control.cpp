@@ -6,6 +6,7 @@
 #include "run/file_path.h"
 
 #include <QCoreApplication>
+#include <QDoubleSpinBox>
 #include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
@@ -29,6 +30,14 @@ bool kelmo::refuse(sModulePage& page, const QString& problem) {
 /// A second click may come before the first one's start has disabled the button.
 bool kelmo::isReadyForRun(const sModulePage& page) const {
     return page.worker->isIdle();
+}
+
+/// A shortcut leaves the field in which it is pressed as it is; what the field shows must be what
+/// counts.
+void kelmo::finishTyping() {
+    for (QDoubleSpinBox* box : findChildren<QDoubleSpinBox*>()) {
+        box->interpretText();
+    }
 }
 
 void kelmo::start(sModulePage& page) {

@@ -2,6 +2,7 @@
 
 #include "app/file_replacement.h"
 #include "app/kelmo_linux.h"
+#include "model/text_line.h"
 #include "run/file_path.h"
 #include "ui_kelmo_main_window.h"
 
@@ -36,7 +37,7 @@ void loadSettings(const QString& fileName, std::span<const formField> fields,
     }
     std::string line;
     for (const formField& field : fields) {
-        if (!std::getline(in, line)) {
+        if (!getTextLine(in, line) || line.size() > longestTextLine) {
             return;
         }
         setField(field, line);
@@ -47,10 +48,12 @@ void loadSettings(const QString& fileName, std::span<const formField> fields,
 } // namespace
 
 void kelmo::saveKEVSettings() {
+    finishTyping();
     saveSettings(kevSettingsFile, kevSettingsFields(), kev.inputFiles.paths());
 }
 
 void kelmo::saveVORSettings() {
+    finishTyping();
     saveSettings(vorSettingsFile, vorSettingsFields(), vor.inputFiles.paths());
 }
 

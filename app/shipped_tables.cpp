@@ -1,5 +1,6 @@
 #include "app/shipped_tables.h"
 
+#include "model/text_line.h"
 #include "run/file_path.h"
 #include "run/shipped_directories.h"
 
@@ -36,7 +37,7 @@ QStringList shippedTables(const QString& suffix) {
 QString tableTitle(const QString& path) {
     std::ifstream in;
     std::string line;
-    if (!openRegularFile(in, path) || !std::getline(in, line) || !line.starts_with('#')) {
+    if (!openRegularFile(in, path) || !getTextLine(in, line) || !line.starts_with('#')) {
         return {};
     }
     return QString::fromStdString(line.substr(1)).trimmed();

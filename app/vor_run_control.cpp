@@ -12,6 +12,7 @@ void kelmo::on_pushButtonVORRun_clicked() {
     if (!isReadyForRun(vor)) {
         return;
     }
+    finishTyping();
     if (const QString problem = vorFormProblem(); !problem.isEmpty()) {
         refuse(vor, problem);
         return;

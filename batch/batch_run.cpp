@@ -17,8 +17,12 @@ class cMessageRelay {
     cMessageRelay(cReporter& receiver, bool keepsTogether)
         : reporter(receiver), isKeeping(keepsTogether) {}
 
+    void begin(const QString& path) { file = displayedPath(path); }
     void take(const cStatusMessage& message) {
-        kept.emplace_back(message.colour, onOneLine(message.text));
+        // In a quiet run the announcement that tells of which file a warning speaks is not shown.
+        const bool needsName = reporter.isQuiet() && message.colour == QColor(Qt::yellow);
+        kept.emplace_back(message.colour,
+                          onOneLine(needsName ? file + ": " + message.text : message.text));
         if (!isKeeping) {
             pass();
         }
@@ -31,6 +35,7 @@ class cMessageRelay {
   private:
     cReporter& reporter;
     bool isKeeping;
+    QString file;
     std::vector<cStatusMessage> kept;
 };
 
@@ -68,6 +73,7 @@ class cBatchRun::cPump {
             return;
         }
         const QString path = run.paths[file];
+        relay.begin(path);
         if (run.manner.isResumed && mayTakeOver(file, path)) {
             relay.take({Qt::black, "Reports of " + displayedPath(path) + " taken over"});
             relay.pass();

@@ -13,14 +13,13 @@
 #include "batch/summary.h"
 #include "batch/usage_error.h"
 #include "batch/vor_batch.h"
+#include "model/parallel_work.h"
+#include "run/process_start.h"
 #include "run/report_file.h"
 
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string_view>
-
-#include <tbb/info.h>
 
 namespace {
 
@@ -45,6 +44,7 @@ int analyse(const sOptions& options) {
     const sPreparedRun prepared = options.module == eModule::kev
                                       ? prepareKev(options, configuration, paths)
                                       : prepareVor(options, configuration, paths);
+    removeAbandonedReports(prepared.outputDirectory);
     checkWritable(prepared.outputDirectory);
 
     cReporter reporter(mannerFor(options));
@@ -55,13 +55,18 @@ int analyse(const sOptions& options) {
     for (const QString& warning : sameBaseNameWarnings(paths, sameNames)) {
         reporter.show({Qt::yellow, warning});
     }
-    removeAbandonedReports(prepared.outputDirectory);
 
     const cStopSignal stop;
     sBatchManner manner;
     manner.timeStamp = options.timeStamp.has_value() ? QString::fromStdString(*options.timeStamp)
                                                      : cAnalysisRun::currentTimeStamp();
-    manner.jobs = options.jobs.value_or(tbb::info::default_concurrency());
+    const int jobs = options.jobs.value_or(usualThreads());
+    manner.jobs = startableThreads(jobs);
+    if (manner.jobs < jobs) {
+        reporter.show({Qt::yellow, QStringLiteral("The system allows no more than %1 of %2 threads")
+                                       .arg(manner.jobs)
+                                       .arg(jobs)});
+    }
     manner.structuresAtOnce = structuresAtOnce();
     manner.isResumed = options.isResumed;
     cBatchRun run(paths, sameNames, manner, prepared.makeWorker, reporter, stop.flag());
@@ -85,9 +90,7 @@ int answer(const sOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // A limit on the size of files is then an error of the report concerned, not the end of the
-    // run.
-    std::signal(SIGXFSZ, SIG_IGN);
+    prepareProcess();
     try {
         return answer(parseOptions(argc, argv));
     } catch (const cUsageError& error) {

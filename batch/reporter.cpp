@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -143,7 +144,10 @@ void cReporter::write(const std::string& text) {
     std::string_view rest = text;
     while (!rest.empty()) {
         const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());
-        if (written < 0 && errno != EINTR) {
+        if (written < 0 && errno == EAGAIN) {
+            pollfd reader{STDERR_FILENO, POLLOUT, 0}; // shared with a process that does not wait
+            ::poll(&reader, 1, -1);
+        } else if (written < 0 && errno != EINTR) {
             return;
         }
         rest.remove_prefix(static_cast<std::size_t>(written < 0 ? 0 : written));

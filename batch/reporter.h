@@ -26,6 +26,8 @@ class cReporter {
   public:
     explicit cReporter(sReporterManner chosenManner) : manner(chosenManner) {}
 
+    bool isQuiet() const { return manner.isQuiet; }
+
     void show(const cStatusMessage& message);
     /// Keeps the messages together.
     void show(const std::vector<cStatusMessage>& messages);

@@ -30,11 +30,13 @@ cStopSignal::cStopSignal() {
     isStopRequested = false;
     earlierInterrupt = handleOnce(SIGINT);
     earlierTermination = handleOnce(SIGTERM);
+    earlierHangup = handleOnce(SIGHUP);
 }
 
 cStopSignal::~cStopSignal() {
     sigaction(SIGINT, &earlierInterrupt, nullptr);
     sigaction(SIGTERM, &earlierTermination, nullptr);
+    sigaction(SIGHUP, &earlierHangup, nullptr);
 }
 
 const std::atomic<bool>& cStopSignal::flag() const {

@@ -5,9 +5,9 @@
 
 #include <signal.h>
 
-/// While it lives, the first SIGINT or SIGTERM raises the flag and a second one of the same kind
-/// kills the process. A SIGINT that is ignored, as for jobs in the background of a script, stays
-/// ignored. One at a time.
+/// While it lives, the first SIGINT, SIGTERM or SIGHUP raises the flag and a second one of the same
+/// kind kills the process. One that is ignored stays so: a SIGINT in the background of a script, a
+/// SIGHUP under nohup. One at a time.
 class cStopSignal {
   public:
     cStopSignal();
@@ -20,4 +20,5 @@ class cStopSignal {
   private:
     struct sigaction earlierInterrupt {};
     struct sigaction earlierTermination {};
+    struct sigaction earlierHangup {};
 };

@@ -132,8 +132,7 @@ void forEachLine(const QString& path, const QString& requester,
         text.take({buffer.data(), static_cast<std::size_t>(count)});
         if (const auto line = text.tooLong()) {
             throw cUsageError(QStringLiteral("%1: %2:%3: this line is too long for text")
-                                  .arg(requester, shownPath(path))
-                                  .arg(*line));
+                                  .arg(requester, shownPath(path), QString::number(*line)));
         }
     }
     if (count < 0) {

@@ -127,6 +127,8 @@ sPreparedRun prepareVor(const sOptions& options, const cConfiguration& configura
         settings->contactRules = loadContactRules(rules);
         // The reports do not tell, and which table it is depends on the current directory.
         notes.append("Contact rules from " + shownPath(rules.value));
+    } else if (options.contactRules.has_value()) {
+        throw cUsageError("Option --contact-rules needs contact_criterion 4");
     }
     return {[settings] { return workerWith(*settings); }, settings->outputDirectory, notes};
 }

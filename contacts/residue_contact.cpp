@@ -2,6 +2,7 @@
 
 #include "model/atom_pairs.h"
 #include "model/string_operation.h"
+#include "model/text_line.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -158,8 +159,11 @@ void createStringContactMap(std::istream& in, contactMap& map) {
 void createStringContactMap(std::istream& in, contactMap& map, int* lineNumber) {
     *lineNumber = 0;
     std::string line;
-    while (std::getline(in, line)) {
+    while (getTextLine(in, line)) {
         const bool isHeader = ++*lineNumber == 1;
+        if (line.size() > longestTextLine) {
+            throw std::out_of_range("a line without end");
+        }
         if (isHeader) {
             continue;
         }

@@ -12,25 +12,41 @@
 
 namespace {
 
+// Instruction sets by their parts: clang 14 does not know the names of the levels of x86-64.
+bool hasSse4() {
+    return __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("popcnt");
+}
+
+bool hasAvx2() {
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
+           __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
+}
+
+bool hasAvx3() {
+    return hasAvx2() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+           __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
+           __builtin_cpu_supports("avx512vl");
+}
+
 std::vector<sSurfaceLoops> loopsOfThisProcessor() {
     std::vector<sSurfaceLoops> available;
 #if HWY_TARGETS & HWY_AVX3
-    if (__builtin_cpu_supports("x86-64-v4")) {
+    if (hasAvx3()) {
         available.push_back(surface_arcs::N_AVX3::loops);
     }
 #endif
 #if HWY_TARGETS & HWY_AVX2
-    if (__builtin_cpu_supports("x86-64-v3")) {
+    if (hasAvx2()) {
         available.push_back(surface_arcs::N_AVX2::loops);
     }
 #endif
 #if HWY_TARGETS & HWY_SSE4
-    if (__builtin_cpu_supports("x86-64-v2")) {
+    if (hasSse4()) {
         available.push_back(surface_arcs::N_SSE4::loops);
     }
 #endif
 #if HWY_TARGETS & HWY_SSSE3
-    if (__builtin_cpu_supports("ssse3")) {
+    if (__builtin_cpu_supports("ssse3") != 0) {
         available.push_back(surface_arcs::N_SSSE3::loops);
     }
 #endif

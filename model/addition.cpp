@@ -1,6 +1,7 @@
 #include "model/addition.h"
 
 #include "model/string_operation.h"
+#include "model/text_line.h"
 
 #include <QRegularExpression>
 #include <QString>
@@ -33,8 +34,12 @@ int readTable(std::istream& in, const char* grammar, Map& table, AddEntry addEnt
     table.clear();
     int lineNumber = 0;
     std::string line;
-    while (std::getline(in, line)) {
+    while (getTextLine(in, line)) {
         ++lineNumber;
+        if (line.size() > longestTextLine) {
+            table.clear();
+            return lineNumber;
+        }
         if (line.empty() || line.front() == '#') {
             continue;
         }
@@ -44,6 +49,10 @@ int readTable(std::istream& in, const char* grammar, Map& table, AddEntry addEnt
             return lineNumber;
         }
         addEntry(line);
+    }
+    if (in.bad()) {
+        table.clear();
+        return lineNumber + 1;
     }
     return 0;
 }

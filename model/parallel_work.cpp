@@ -4,12 +4,16 @@
 
 #include <tbb/blocked_range.h>
 #include <tbb/global_control.h>
+#include <tbb/info.h>
 #include <tbb/parallel_for.h>
 #include <tbb/parallel_pipeline.h>
 #include <tbb/task_arena.h>
 #include <tbb/task_group.h>
 
 #include <cassert>
+#include <future>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 // A build with ThreadSanitizer leaves this file unchecked: the templates of the library work hand
@@ -96,6 +100,32 @@ void runTogether(std::size_t times, int threads, const std::function<void()>& wo
         }
         group.wait();
     });
+}
+
+int startableThreads(int wanted) {
+    std::promise<void> end;
+    const std::shared_future<void> ended = end.get_future().share();
+    std::vector<std::thread> threads;
+    try {
+        while (static_cast<int>(threads.size()) + 1 < wanted) {
+            threads.emplace_back([ended] { ended.wait(); });
+        }
+    } catch (const std::system_error&) { // as many as there can be
+    }
+    end.set_value();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    return static_cast<int>(threads.size()) + 1;
+}
+
+void limitThreads(int threads) {
+    static tbb::global_control control(tbb::global_control::max_allowed_parallelism,
+                                       static_cast<std::size_t>(threads));
+}
+
+int usualThreads() {
+    return tbb::info::default_concurrency();
 }
 
 void keepTogether(const std::function<void()>& work) {

@@ -18,6 +18,16 @@ void shareOut(std::size_t count, std::size_t rangeSize,
 /// meantime is done by the same threads.
 void runTogether(std::size_t times, int threads, const std::function<void()>& work);
 
+/// How many threads, this one included and `wanted` at most, the system lets the process have now.
+int startableThreads(int wanted);
+
+/// Keeps the process to so many threads for good: where the system refuses one to the scheduler,
+/// the process ends.
+void limitThreads(int threads);
+
+/// How many the scheduler takes by default: the cores that the process may use.
+int usualThreads();
+
 /// Calls `work` on this thread. While it waits inside for others, it starts on nothing that was
 /// begun outside.
 void keepTogether(const std::function<void()>& work);

@@ -9,8 +9,11 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <istream>
 #include <iterator>
+#include <limits>
+#include <new>
 #include <utility>
 
 namespace {
@@ -55,7 +58,8 @@ class cPdbAssembly {
     /// closes nothing.
     int finish() {
         if (end == sPdbLines::eEnd::badLine) {
-            return lineCount;
+            return static_cast<int>(
+                std::min<std::int64_t>(lineCount, std::numeric_limits<int>::max()));
         }
         if (!peptide.atoms.empty()) {
             closeResidue(peptide.atoms.size());
@@ -128,7 +132,7 @@ class cPdbAssembly {
     std::string currentResidueNumber;
     std::string currentChainId;
     sPdbLines::eEnd end = sPdbLines::eEnd::none;
-    int lineCount = 0;
+    std::int64_t lineCount = 0;
     std::size_t residueBegin = 0;
     std::size_t chainBegin = 0;
     std::size_t chainFirstResidue = 0;
@@ -138,12 +142,16 @@ class cPdbAssembly {
 /// that mean something are kept, so that a file without line ends needs no memory.
 class cLineRuns {
   public:
-    explicit cLineRuns(std::istream& source) : in(source) {}
+    cLineRuns(std::istream& source, const cStopRequest* stopRequest)
+        : in(source), request(stopRequest) {}
 
     /// The next run; empty at the end of the stream.
     std::string next() {
         std::string run = std::exchange(begun, {});
         while (in) {
+            if (request != nullptr) {
+                request->check(); // a line may be gigabytes long
+            }
             const std::size_t searched = run.size();
             run.resize(searched + usualLength);
             in.read(run.data() + searched, usualLength);
@@ -167,6 +175,7 @@ class cLineRuns {
     static constexpr std::streamsize usualLength = 1 << 15;
     static constexpr std::size_t columnsKept = 128; // the last that is read is the 66th
     std::istream& in;
+    const cStopRequest* request;
     std::string begun; // the line that the last run broke off in
 };
 
@@ -185,7 +194,11 @@ void reserveFor(std::istream& in, cPdbPeptide& peptide) {
     }
     in.clear();
     in.seekg(0);
-    peptide.atoms.reserve(std::min(atoms, usualAtoms * 100));
+    try {
+        peptide.atoms.reserve(std::min(atoms, usualAtoms * 100));
+    } catch (const std::bad_alloc&) {
+        peptide.atoms.reserve(usualAtoms); // the first of many models may still have room
+    }
     peptide.residues.reserve(std::min(atoms, usualResidues));
 }
 
@@ -198,14 +211,10 @@ struct sRun {
 /// runs are under way at a time: of a file of many models only the first is wanted.
 void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly) {
     constexpr std::size_t runsUnderWay = 16;
-    cLineRuns runs(in);
-    const cStopRequest* const request = cStopRequest::current();
+    cLineRuns runs(in, cStopRequest::current());
     std::atomic<bool> hasEnded = false;
     int error = errno;
     const auto take = [&](sRun& run) {
-        if (request != nullptr) {
-            request->check();
-        }
         if (hasEnded) {
             return false;
         }

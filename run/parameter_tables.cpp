@@ -1,5 +1,6 @@
 #include "run/parameter_tables.h"
 
+#include <istream>
 #include <set>
 #include <stdexcept>
 
@@ -9,6 +10,13 @@ QString badLineText(const char* table, int line) {
     return QStringLiteral("%1 file not properly formatted!\nError in line: %2")
         .arg(QString::fromLatin1(table))
         .arg(line);
+}
+
+/// The faulty line of a table, unless the file itself is at fault.
+QString faultText(const std::istream& in, const char* table, int line) {
+    return in.bad() ? QStringLiteral("%1 file could not be read to its end!")
+                          .arg(QString::fromLatin1(table))
+                    : badLineText(table, line);
 }
 
 QString incompleteText(const char* table, const std::set<std::string>& missing) {
@@ -51,19 +59,19 @@ QString tooLargeText(const std::map<std::string, double>& radii) {
 
 QString readRadiiTable(std::istream& in, std::map<std::string, double>& radii) {
     const int badLine = getVdWrRadii(in, radii);
-    return badLine != 0 ? badLineText("Radii", badLine) : tooLargeText(radii);
+    return badLine != 0 ? faultText(in, "Radii", badLine) : tooLargeText(radii);
 }
 
 QString readStandardAsaTable(std::istream& in, std::map<std::string, sAsa>& standards) {
     const int badLine = getStandardAsa(in, standards);
-    return badLine != 0 ? badLineText("Standard ASA", badLine)
+    return badLine != 0 ? faultText(in, "Standard ASA", badLine)
                         : incompleteText("standard asa", checkForStandardPeptides(standards));
 }
 
 QString readHydrophobicityTable(std::istream& in, std::map<std::string, double>& scale) {
     const int badLine = getHydrophobicity(in, scale);
     // The doubled word is what users and their scripts know this message by.
-    return badLine != 0 ? badLineText("Hydrophobicity", badLine)
+    return badLine != 0 ? faultText(in, "Hydrophobicity", badLine)
                         : incompleteText("hydrophobicity file", checkForStandardPeptides(scale));
 }
 
@@ -73,6 +81,10 @@ QString readContactRules(std::istream& in, contactMap& rules) {
         createStringContactMap(in, rules, &line);
     } catch (const std::out_of_range&) {
         return badLineText("Contact rules", line);
+    }
+    if (in.bad()) {
+        rules.clear();
+        return faultText(in, "Contact rules", line);
     }
     return {};
 }

@@ -37,6 +37,7 @@ class cFormTest : public QObject {
     void spinBoxesHaveTheirRanges();
     void numbersTakeAPointOrAComma_data();
     void numbersTakeAPointOrAComma();
+    void whatAFieldShowsIsWhatCounts();
     void firstStartShowsDefaults();
     void menusHaveTheirTexts();
     void exitClosesTheWindow();
@@ -207,7 +208,12 @@ void cFormTest::numbersTakeAPointOrAComma_data() {
     QTest::newRow("German comma") << german << "1,45" << 1.45 << "1,45";
     QTest::newRow("Swiss comma") << swiss << "0,5" << 0.5 << "0.50";
     QTest::newRow("two separators") << english << "1.4.5" << 1.45 << "1.45";
-    QTest::newRow("beyond the range") << german << "2.5" << 2.0 << "2,00";
+    QTest::newRow("German too large") << german << "2.5" << 2.0 << "2,00";
+    QTest::newRow("too large") << english << "9.9" << 2.0 << "2.00";
+    QTest::newRow("far too large") << english << "1e9" << 2.0 << "2.00";
+    QTest::newRow("below zero") << english << "-1" << 0.0 << "0.00";
+    QTest::newRow("no number") << english << "x." << 1.4 << "1.40";
+    QTest::newRow("too fine") << english << "1.456" << 1.45 << "1.45";
 }
 
 void cFormTest::numbersTakeAPointOrAComma() {
@@ -225,6 +231,22 @@ void cFormTest::numbersTakeAPointOrAComma() {
     box->interpretText();
     QCOMPARE(box->value(), value);
     QCOMPARE(box->text(), shown);
+}
+
+void cFormTest::whatAFieldShowsIsWhatCounts() {
+    window = std::make_unique<kelmo>();
+    auto* const box = widget<QDoubleSpinBox>(*window, "doubleSpinBoxASAZSlice");
+    box->selectAll();
+    QTest::keyClicks(box, "0.05"); // below the range, and the field is not left
+    QCOMPARE(box->text(), QStringLiteral("0.05"));
+    window->saveKEVSettings();
+    QCOMPARE(box->text(), QStringLiteral("0.10"));
+    QCOMPARE(bytesOf(place->path("kev_program_settings.set")).split('\n').at(8), "0.1");
+    box->selectAll();
+    QTest::keyClicks(box, "5");
+    QMetaObject::invokeMethod(window.get(), "on_pushButtonKEVRUN_clicked");
+    QCOMPARE(box->text(), QStringLiteral("1.00"));
+    QCOMPARE(box->value(), 1.0);
 }
 
 void cFormTest::firstStartShowsDefaults() {

@@ -36,6 +36,7 @@ class cMessagesTest : public QObject {
     void everyColourIsReadableOnEveryBase();
     void oldestParagraphsGo();
     void floodIsShownWhole();
+    void messagesOfManyMegabytesAreCutShort();
     void hundredThousandMessagesAreShownInTime();
 
   private:
@@ -285,6 +286,22 @@ void cMessagesTest::floodIsShownWhole() {
     }
     QTRY_COMPARE(kevLog().document()->blockCount(), count);
     QCOMPARE(kevLog().toPlainText(), expected.join('\n'));
+}
+
+void cMessagesTest::messagesOfManyMegabytesAreCutShort() {
+    constexpr int size = 10'000'000;
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 200; ++i) {
+        appendMessage(kevLog(), Qt::yellow, QString::number(i) + QString(size / 20, 'x') + " y");
+    }
+    appendMessage(kevLog(), Qt::yellow, "last" + QString(size - 4, 'x'));
+    QVERIFY(clock.elapsed() < 60'000 * KELMO_SLOWNESS);
+    const QString shown = kevLog().toPlainText();
+    QVERIFY(
+        shown.endsWith(QStringLiteral("x ... (%1 more characters)").arg(size - shownCharacters)));
+    QVERIFY(shown.size() > keptCharacters / 4);
+    QVERIFY(shown.size() <= keptCharacters + shownCharacters * 2);
 }
 
 void cMessagesTest::hundredThousandMessagesAreShownInTime() {

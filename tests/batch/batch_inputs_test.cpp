@@ -159,8 +159,8 @@ TEST_F(BatchInputs, MissingRadiiAreAWarningAndNotAFailure) {
     const sProcessOutcome outcome =
         run("kev", {"--quiet", "--set=radii_filename=few.radii", ubiquitin});
     EXPECT_EQ(outcome.exitStatus, 0);
-    EXPECT_TRUE(
-        outcome.err.starts_with("The following radii were not found in radii file: ALA_C; "))
+    EXPECT_TRUE(outcome.err.starts_with(
+        ubiquitin + ": The following radii were not found in radii file: ALA_C; "))
         << outcome.err;
     EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << "nothing but the warning";
 }

@@ -131,6 +131,17 @@ TEST_F(BatchMemory, FileThatIsTooLargeFailsAndTheOthersAreAnalysed) {
     expectReportsOfSmallFiles();
 }
 
+TEST_F(BatchMemory, RoomIsNeededForWhatIsReadOnly) {
+    // One model, and behind its end as much as a trajectory holds.
+    directory.write("long.pdb", contentOf(ubiquitin));
+    std::filesystem::resize_file(directory.path() / "long.pdb", std::uintmax_t{4} << 30);
+    sProcessManner manner;
+    manner.memoryLimit = useOf(300, "1").peakAddressSpace + spareMemory;
+    const sProcessOutcome outcome = run("kev", {"--jobs=1", "--quiet", "long.pdb"}, manner);
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_EQ(outcome.err, "");
+}
+
 TEST_F(BatchMemory, FilesThatFailedBesideATooLargeOneAreMadeUpForByResuming) {
     directory.write("huge.pdb", hugeStructure());
     directory.linkSample("1ubq", "small.pdb");

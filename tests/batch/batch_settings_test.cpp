@@ -392,8 +392,11 @@ TEST_F(VorSettings, FaultyContactRulesAreRefused) {
               "--contact-rules: Could not open file no.txt\n");
 }
 
-TEST_F(VorSettings, ContactRulesAreReadForTheirCriterionOnly) {
-    EXPECT_EQ(run("vor", {"--contact-rules=no.txt", ubiquitin}).exitStatus, 0);
+TEST_F(VorSettings, ContactRulesAreRefusedByOtherCriteria) {
+    for (const char* setting : {"contact_criterion=1", "contact_criterion=3", "threshold=5"}) {
+        EXPECT_EQ(refusal({"--set", setting, "--contact-rules=rules.txt", ubiquitin}),
+                  "Option --contact-rules needs contact_criterion 4\n");
+    }
 }
 
 TEST_F(KevSettings, ProgramIsInstalledWithItsTables) {
@@ -427,6 +430,30 @@ TEST_F(KevSettings, ShippedTableThatIsMissingIsReported) {
     EXPECT_TRUE(outcome.err.starts_with("The table ala-x-ala.asa, which comes with the program, is "
                                         "missing. These directories were searched:\n"))
         << outcome.err;
+}
+
+TEST_F(KevSettings, TableThatCannotBeReadToItsEndIsRefused) {
+    // It looks like a regular file, and every attempt to read it fails.
+    const std::string unreadable = "/proc/self/mem";
+    EXPECT_EQ(refusal({"--set=radii_filename=" + unreadable, ubiquitin}),
+              "--set radii_filename=" + unreadable + ": " + unreadable +
+                  ": Radii file could not be read to its end!\n");
+    EXPECT_EQ(refusal({"--set=standard_asa=" + unreadable, ubiquitin}),
+              "--set standard_asa=" + unreadable + ": " + unreadable +
+                  ": Standard ASA file could not be read to its end!\n");
+    EXPECT_EQ(refusal({"--set=hydro_file=" + unreadable, ubiquitin}),
+              "--set hydro_file=" + unreadable + ": " + unreadable +
+                  ": Hydrophobicity file could not be read to its end!\n");
+    EXPECT_EQ(
+        refusal({"--set=contact_criterion=4", "--contact-rules=" + unreadable, ubiquitin}, "vor"),
+        "--contact-rules: " + unreadable + ": Contact rules file could not be read to its end!\n");
+}
+
+TEST_F(VorSettings, LineWithoutEndIsRefused) {
+    directory.write("rules.txt", "header\n" + std::string(17U << 20U, ' '));
+    EXPECT_EQ(refusal({"--set=contact_criterion=4", "--contact-rules=rules.txt", ubiquitin}),
+              "--contact-rules: rules.txt: Contact rules file not properly formatted!\n"
+              "Error in line: 2\n");
 }
 
 TEST_F(VorSettings, DecimalCommaOfTheUserChangesNothing) {

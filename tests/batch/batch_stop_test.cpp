@@ -77,10 +77,16 @@ TEST_F(BatchStop, InterruptStopsAllCores) {
     expectWholeReportsOf(filesDone(outcome.err));
 }
 
-TEST_F(BatchStop, TerminationStopsTheSameWay) {
-    const sProcessOutcome outcome = stopped("2", SIGTERM);
-    EXPECT_EQ(outcome.exitStatus, 130) << outcome.err;
-    expectWholeReportsOf(filesDone(outcome.err));
+TEST_F(BatchStop, TerminationAndHangupStopTheSameWay) {
+    for (const int signalNumber : {SIGTERM, SIGHUP}) {
+        const sProcessOutcome outcome = stopped("2", signalNumber);
+        EXPECT_EQ(outcome.exitStatus, 130) << outcome.err;
+        expectWholeReportsOf(filesDone(outcome.err));
+        std::filesystem::remove_all(directory.path() / "out");
+        directory.makeDirectory("out");
+        std::filesystem::remove_all(directory.path() / "whole");
+        std::filesystem::remove_all(directory.path() / "in");
+    }
 }
 
 TEST_F(BatchStop, QuietRunStillSaysHowFarItCame) {

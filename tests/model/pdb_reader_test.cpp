@@ -698,6 +698,17 @@ TEST(PdbReader, ReadErrorBehindTheEndOrABadLineIsNone) {
     }
 }
 
+TEST(PdbReader, LineOfGigabytesIsGivenUpWhenAStopIsWanted) {
+    cEndlessLine buffer(sAtomLine{}.line(), 3000);
+    std::istream in(&buffer);
+    std::set<std::string> missing;
+    cPdbPeptide peptide;
+    std::atomic<int> questions = 0;
+    const cStopRequest request([&] { return ++questions == 100; });
+    EXPECT_THROW(peptide.loadFromStream(in, {}, missing), sStopped);
+    EXPECT_EQ(questions, 100);
+}
+
 TEST(PdbReader, ReadingIsGivenUpWhenAStopIsWanted) {
     std::istringstream in(manyAtoms() + manyAtoms());
     std::set<std::string> missing;
