@@ -114,7 +114,9 @@ void cCentreGrid::sortIntoCells(std::vector<sEntry> inserted) {
     }
     entries.resize(inserted.size());
     const double cells = static_cast<double>(cellsX) * cellsY * cellsZ;
-    if (cells <= 4.0 * static_cast<double>(inserted.size()) + 4096.0) {
+    const auto atoms = static_cast<double>(inserted.size());
+    // A table of the cells is not to cost more than its atoms, however many grids there are.
+    if (cells <= 4.0 * atoms + std::min(4096.0, 64.0 * atoms)) {
         sortDense(inserted);
     } else {
         sortSparse(inserted);
