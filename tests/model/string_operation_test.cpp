@@ -237,10 +237,15 @@ TEST(ToNumber, LocaleOfTheProcessDoesNotMatter) {
 
 TEST(ToNumber, LocaleOfTheThreadDoesNotMatter) {
     provideCommaLocale();
+    const std::string earlier = std::setlocale(LC_ALL, nullptr);
     for (const char* name : {"C", commaLocale}) {
-        const locale_t locale = newlocale(LC_ALL_MASK, name, nullptr);
+        // By way of the process: newlocale() loses a little memory when it is told where to search.
+        ASSERT_NE(std::setlocale(LC_ALL, name), nullptr) << name;
+        const locale_t locale = duplocale(LC_GLOBAL_LOCALE);
+        std::setlocale(LC_ALL, earlier.c_str());
         ASSERT_NE(locale, nullptr) << name;
         const locale_t before = uselocale(locale);
+        EXPECT_EQ(*std::localeconv()->decimal_point, *name == 'C' ? '.' : ',');
         expectPointNumbers();
         uselocale(before);
         freelocale(locale);
