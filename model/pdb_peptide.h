@@ -26,9 +26,9 @@ class cPdbPeptide {
     /// those of OXT) and their atoms get 1.6 Å. Only the first model of a file is read.
     /// Returns 0, or the 1-based number of the line at which reading stopped with an error: then
     /// the structure holds a part of the file and is to be discarded. A file without ATOM lines
-    /// leaves the structure empty and returns 0. A read error before END or a
-    /// bad line counts as the end of the file; the stream is then bad, and errno says why. Heeds
-    /// the stop request of this thread.
+    /// leaves the structure empty and returns 0. A read error before END or a bad
+    /// line counts as the end of the file; the stream is then bad, and errno says why. Heeds the
+    /// stop request of this thread.
     int loadFromStream(std::istream& in, std::map<std::string, double> radii,
                        std::set<std::string>& missingRadii);
 
