@@ -9,6 +9,8 @@
 #include <span>
 #include <utility>
 
+namespace kelmo {
+
 namespace {
 
 struct sSetting {
@@ -78,11 +80,12 @@ std::string kelmo::kevConfiguration() const {
 
 std::string kelmo::vorConfiguration() const {
     const eInteractionCriterion criterion = selectedCriterion();
-    std::string lines = settingLine("contact_criterion", std::to_string(criterion));
-    if (criterion == maximumDistance || criterion == prism) {
+    std::string lines = settingLine("contact_criterion", std::to_string(static_cast<int>(criterion)));
+    if (criterion == eInteractionCriterion::maximumDistance ||
+        criterion == eInteractionCriterion::prism) {
         const sSetting parameter[] = {{"threshold", ui->doubleSpinBoxMaxDistPRISMThreshold}};
         lines += settingLines(parameter);
-    } else if (criterion == dovreth) {
+    } else if (criterion == eInteractionCriterion::dovreth) {
         const sSetting parameters[] = {
             {"delta_asa", ui->doubleSpinBoxDovrethDeltaASA},
             {"z_slice", ui->doubleSpinBoxDovrethZSlice},
@@ -101,3 +104,5 @@ std::string kelmo::vorConfiguration() const {
     };
     return lines + settingLines(settings);
 }
+
+} // namespace kelmo

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kelmo {
+
 QValidator::State cDecimalSpinBox::validate(QString& input, int& position) const {
     for (const QChar separator : {u'.', u','}) {
         input.replace(separator, locale().decimalPoint());
@@ -23,3 +25,5 @@ std::optional<double> cDecimalSpinBox::numberOf(const QString& input) const {
     const double number = locale().toDouble(input, &isNumber);
     return isNumber ? std::optional(number) : std::nullopt;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace kelmo {
+
 /// Takes a point or a comma for the decimal separator, whichever the user is in the habit of
 /// typing, and shows that of the locale; the toolkit takes the other for a separator of thousands
 /// and drops it, which turns 1.45 into 14. A number beyond the range can be typed and becomes the
@@ -20,3 +22,5 @@ class cDecimalSpinBox : public QDoubleSpinBox {
     /// What the text is as a number; nothing when it is none.
     std::optional<double> numberOf(const QString& input) const;
 };
+
+} // namespace kelmo

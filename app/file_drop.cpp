@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <QWidget>
 
+namespace kelmo {
+
 namespace {
 
 QStringList localPaths(const QMimeData& dragged) {
@@ -45,3 +47,5 @@ bool cFileDrop::eventFilter(QObject* watched, QEvent* event) {
     }
     return true;
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 
 class QAbstractScrollArea;
 
+namespace kelmo {
+
 /// Accepts local files that are dragged onto a view, as a copy. A child of the view.
 class cFileDrop : public QObject {
     Q_OBJECT
@@ -19,3 +21,5 @@ class cFileDrop : public QObject {
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 };
+
+} // namespace kelmo

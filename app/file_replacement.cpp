@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <system_error>
 
+namespace kelmo {
+
 namespace {
 
 /// Whether something is there that must not give way to a file: for the superuser, a link to
@@ -33,3 +35,5 @@ eReplacement replaceFile(const QString& path, std::string_view bytes) {
     }
     return file.commit() ? eReplacement::done : eReplacement::notWritten;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+namespace kelmo {
+
 enum class eReplacement {
     done,
     notOpened, ///< no file of this name can be made
@@ -14,3 +16,5 @@ enum class eReplacement {
 /// Writes the bytes to a new file beside the old one, which it replaces when it is whole and on
 /// disk. Where the directory takes no new file, the old one is written to itself.
 eReplacement replaceFile(const QString& path, std::string_view bytes);
+
+} // namespace kelmo

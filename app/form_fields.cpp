@@ -13,6 +13,8 @@
 
 #include <locale.h>
 
+namespace kelmo {
+
 namespace {
 
 template <typename... Handlers>
@@ -81,3 +83,5 @@ void setField(const formField& field, const std::string& line) {
                },
                field);
 }
+
+} // namespace kelmo

@@ -10,6 +10,8 @@ class QAbstractButton;
 class QDoubleSpinBox;
 class QLineEdit;
 
+namespace kelmo {
+
 /// A widget or a variable whose value is kept in a file; not owned. Buttons and booleans are flags,
 /// spin boxes and doubles are numbers, line edits and strings are texts.
 using formField =
@@ -27,3 +29,5 @@ std::string fieldText(const formField& field);
 /// either are skipped. Spin boxes clamp and round. A cleared flag clears its radio button even when
 /// that leaves none of its group selected.
 void setField(const formField& field, const std::string& line);
+
+} // namespace kelmo

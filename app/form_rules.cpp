@@ -3,6 +3,8 @@
 #include "app/kelmo_linux.h"
 #include "ui_kelmo_main_window.h"
 
+namespace kelmo {
+
 void kelmo::on_checkBoxCalcASA_clicked() {
     isAsaChosenByUser = ui->checkBoxCalcASA->isChecked();
     followAttributes();
@@ -65,3 +67,5 @@ void kelmo::on_doubleSpinBoxMaxDistPRISMThreshold_valueChanged(double value) {
         prismThreshold = value;
     }
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+namespace kelmo {
+
 namespace {
 
 const QString listFilter = QStringLiteral("File List Files (*.fls);; All Files (*.*)");
@@ -117,3 +119,5 @@ void kelmo::addDroppedFiles(sModulePage& page, const QStringList& paths) {
     }
     page.inputFiles.append(files);
 }
+
+} // namespace kelmo

@@ -1,6 +1,6 @@
 #include "app/input_list.h"
 
-#include "model/text_line.h"
+#include "base/text_line.h"
 #include "run/file_path.h"
 
 #include <QCoreApplication>
@@ -18,6 +18,8 @@
 #include <istream>
 #include <string>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -112,3 +114,5 @@ QStringList pathsIn(std::istream& in) {
     }
     return paths;
 }
+
+} // namespace kelmo

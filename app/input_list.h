@@ -8,6 +8,8 @@
 class QLabel;
 class QListWidget;
 
+namespace kelmo {
+
 /// A file may stand in the list more than once. Such files, and files whose reports would have the
 /// same name, are marked in the display.
 class cInputList {
@@ -31,3 +33,5 @@ class cInputList {
 
 /// The paths of a list file, or of the end of a settings file: every line is one, as it stands.
 QStringList pathsIn(std::istream& in);
+
+} // namespace kelmo

@@ -21,6 +21,13 @@
 #include <algorithm>
 #include <initializer_list>
 
+/// The resources of a static library are registered by hand, outside any namespace.
+static void registerResources() {
+    Q_INIT_RESOURCE(kelmo);
+}
+
+namespace kelmo {
+
 namespace {
 
 /// Gives labels of different groups one width, so that the fields beside them line up.
@@ -35,11 +42,6 @@ void alignLabels(std::initializer_list<QLabel*> labels) {
 }
 
 } // namespace
-
-/// The resources of a static library are registered by hand, outside any namespace.
-static void registerResources() {
-    Q_INIT_RESOURCE(kelmo);
-}
 
 kelmo::kelmo(QWidget* parent)
     : QMainWindow(parent), ui(std::make_unique<Ui_kelmoMainWindow>()), kevWorker(new cRunKEV(this)),
@@ -206,3 +208,5 @@ void kelmo::keyPressEvent(QKeyEvent* event) {
         QMainWindow::keyPressEvent(event);
     }
 }
+
+} // namespace kelmo

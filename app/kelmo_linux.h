@@ -20,12 +20,15 @@
 #include <string>
 #include <vector>
 
-class cRunKEV;
-class cRunVOR;
 class QLineEdit;
 class QTextBrowser;
 class QToolButton;
 class Ui_kelmoMainWindow;
+
+namespace kelmo {
+
+class cRunKEV;
+class cRunVOR;
 
 /// Reads its settings from the working directory when it is made and saves them there when it goes.
 class kelmo : public QMainWindow {
@@ -185,3 +188,5 @@ class kelmo : public QMainWindow {
     double maxDistanceThreshold = 4.5;    ///< Å
     double prismThreshold = 0.5;          ///< Å
 };
+
+} // namespace kelmo

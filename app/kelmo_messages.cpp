@@ -2,7 +2,7 @@
 
 #include "app/kelmo_linux.h"
 #include "app/message_pane.h"
-#include "model/thread_order.h"
+#include "base/thread_order.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -10,6 +10,8 @@
 #include <QTextBrowser>
 
 #include <utility>
+
+namespace kelmo {
 
 namespace {
 
@@ -113,3 +115,5 @@ void kelmo::showSummary(sModulePage& page, const QString& ending) {
     page.progressLabel->setText(parts.join(QStringLiteral(", ")));
     page.progressLabel->setToolTip(page.worker->unwrittenReports().join(u'\n'));
 }
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include "run/parameter_tables.h"
 #include "ui_kelmo_main_window.h"
 
+namespace kelmo {
+
 /// The tables that a run needs; those that it does not need stay empty.
 struct kelmo::sKevTables {
     std::map<std::string, double> radii;
@@ -111,3 +113,5 @@ void kelmo::handOver(const sKevTables& tables) {
         worker.setHydroFilename(pathToBytes(ui->lineEditHydrophobicityFile->text()));
     }
 }
+
+} // namespace kelmo

@@ -1,7 +1,7 @@
 // The desktop program.
 
 #include "app/kelmo_linux.h"
-#include "model/parallel_work.h"
+#include "base/parallel_work.h"
 #include "run/process_start.h"
 
 #include <QApplication>
@@ -9,14 +9,14 @@
 #include <clocale>
 
 int main(int argc, char* argv[]) {
-    prepareProcess();
-    limitThreads(startableThreads(usualThreads()));
+    kelmo::prepareProcess();
+    kelmo::limitThreads(kelmo::startableThreads(kelmo::usualThreads()));
     QApplication application(argc, argv);
     // The toolkit has taken the user's locale; tables and PDB files have decimal points everywhere.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("kelmo"));
     QApplication::setDesktopFileName(QStringLiteral("example.kelmo.kelmo"));
-    kelmo window;
+    kelmo::kelmo window;
     window.show();
     QObject::connect(&application, &QApplication::lastWindowClosed, &application,
                      &QApplication::quit);

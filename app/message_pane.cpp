@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kelmo {
+
 namespace {
 
 // Marks the first paragraph of a pane that was written to: an empty message is invisible otherwise.
@@ -148,3 +150,5 @@ void appendMessage(QTextBrowser& pane, const QColor& colour, const QString& text
     const cStatusMessage message(colour, text);
     appendMessages(pane, {&message, 1});
 }
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 
 class QTextBrowser;
 
+namespace kelmo {
+
 /// The least contrast at which text of normal size counts as readable (WCAG 2.1, criterion 1.4.3).
 inline constexpr double readableContrast = 4.5;
 
@@ -34,3 +36,5 @@ void prepareMessagePane(QTextBrowser& pane);
 /// the end unless the user has scrolled away from it, and leaves a selection alone.
 void appendMessages(QTextBrowser& pane, std::span<const cStatusMessage> messages);
 void appendMessage(QTextBrowser& pane, const QColor& colour, const QString& text);
+
+} // namespace kelmo

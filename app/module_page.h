@@ -16,6 +16,8 @@ class QProgressBar;
 class QPushButton;
 class QTextBrowser;
 
+namespace kelmo {
+
 /// Directories in which the file dialogs of a module start; empty when nothing is remembered. They
 /// survive the program.
 struct sRememberedDirectories {
@@ -42,3 +44,5 @@ struct sModulePage {
     bool isStoppedByUser = false;
     bool isInProgress = false; ///< the progress display shows a run
 };
+
+} // namespace kelmo

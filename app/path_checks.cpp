@@ -5,7 +5,11 @@
 #include <filesystem>
 #include <system_error>
 
+namespace kelmo {
+
 bool isDirectory(const QString& path) {
     std::error_code error;
     return std::filesystem::is_directory(pathToBytes(path), error);
 }
+
+} // namespace kelmo

@@ -3,5 +3,9 @@
 
 #include <QString>
 
+namespace kelmo {
+
 /// False also when the system does not let us look.
 bool isDirectory(const QString& path);
+
+} // namespace kelmo

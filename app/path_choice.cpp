@@ -13,6 +13,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+namespace kelmo {
+
 namespace {
 
 const QString radiiFilter = QStringLiteral("Radii files (*.radii);; All files(*.*)");
@@ -134,3 +136,5 @@ void kelmo::on_pushButtonVORCopyContactTable_clicked() {
     }
     showContactTable();
 }
+
+} // namespace kelmo

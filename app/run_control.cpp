@@ -2,7 +2,7 @@
 
 #include "app/kelmo_linux.h"
 #include "app/message_pane.h"
-#include "model/thread_order.h"
+#include "base/thread_order.h"
 #include "run/file_path.h"
 
 #include <QCoreApplication>
@@ -12,6 +12,8 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTextBrowser>
+
+namespace kelmo {
 
 bool kelmo::openInFStream(std::ifstream& stream, QString path, QTextBrowser* display) {
     if (openRegularFile(stream, path)) {
@@ -120,3 +122,5 @@ void kelmo::on_pushButtonKEVStop_clicked() {
 void kelmo::on_pushButtonVORStop_clicked() {
     stop(vor);
 }
+
+} // namespace kelmo

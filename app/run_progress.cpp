@@ -1,5 +1,7 @@
 #include "app/run_progress.h"
 
+namespace kelmo {
+
 void cRunProgress::begin(qsizetype numberOfFiles) {
     *this = cRunProgress();
     files = numberOfFiles;
@@ -34,3 +36,5 @@ void cRunProgress::endFile(bool isGivenUp) {
     current.clear();
     currentLacksReport = false;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+namespace kelmo {
+
 /// Counts the files of one run. A file is done when its worker says so, or reports in red why it
 /// gave the file up.
 class cRunProgress {
@@ -32,3 +34,5 @@ class cRunProgress {
     QString current;
     bool currentLacksReport = false;
 };
+
+} // namespace kelmo

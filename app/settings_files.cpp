@@ -2,12 +2,14 @@
 
 #include "app/file_replacement.h"
 #include "app/kelmo_linux.h"
-#include "model/text_line.h"
+#include "base/text_line.h"
 #include "run/file_path.h"
 #include "ui_kelmo_main_window.h"
 
 #include <fstream>
 #include <span>
+
+namespace kelmo {
 
 namespace {
 
@@ -101,3 +103,5 @@ std::vector<formField> kelmo::vorSettingsFields() {
             &vor.remembered.savedList,
             &vor.remembered.loadedList};
 }
+
+} // namespace kelmo

@@ -1,6 +1,6 @@
 #include "app/shipped_tables.h"
 
-#include "model/text_line.h"
+#include "base/text_line.h"
 #include "run/file_path.h"
 #include "run/shipped_directories.h"
 
@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+namespace kelmo {
 
 QString shippedTablesDirectory() {
     for (const std::filesystem::path& directory : shippedDataDirectories()) {
@@ -42,3 +44,5 @@ QString tableTitle(const QString& path) {
     }
     return QString::fromStdString(line.substr(1)).trimmed();
 }
+
+} // namespace kelmo

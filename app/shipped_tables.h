@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace kelmo {
+
 inline const QString contactTableName = QStringLiteral("aa_contacts.txt");
 
 /// The first directory of shipped tables that exists; empty when there is none.
@@ -14,3 +16,5 @@ QStringList shippedTables(const QString& suffix);
 
 /// What a table says of itself in its first comment line; empty when it has none.
 QString tableTitle(const QString& path);
+
+} // namespace kelmo

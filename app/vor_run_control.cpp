@@ -8,6 +8,8 @@
 #include "run/run_vor_linux.h"
 #include "ui_kelmo_main_window.h"
 
+namespace kelmo {
+
 void kelmo::on_pushButtonVORRun_clicked() {
     if (!isReadyForRun(vor)) {
         return;
@@ -58,15 +60,16 @@ bool kelmo::isContactsReportOn() const {
 
 eInteractionCriterion kelmo::selectedCriterion() const {
     if (ui->radioButtonMaxDistance->isChecked()) {
-        return maximumDistance;
+        return eInteractionCriterion::maximumDistance;
     }
     if (ui->radioButtonPRISM->isChecked()) {
-        return prism;
+        return eInteractionCriterion::prism;
     }
     if (ui->radioButtonKRBHovik->isChecked()) {
-        return vorda;
+        return eInteractionCriterion::vorda;
     }
-    return ui->radioButtonDovreth->isChecked() ? dovreth : noCriterion;
+    return ui->radioButtonDovreth->isChecked() ? eInteractionCriterion::dovreth
+                                               : eInteractionCriterion::none;
 }
 
 /// Returns false when a table cannot be used; the user has been told.
@@ -76,7 +79,7 @@ bool kelmo::readVorTables(std::map<std::string, double>& radii, contactMap& rule
         return refuse(vor, invalidRadiiPathText());
     }
     QString problem = readRadiiTable(radiiFile, radii);
-    if (problem.isEmpty() && selectedCriterion() == vorda) {
+    if (problem.isEmpty() && selectedCriterion() == eInteractionCriterion::vorda) {
         std::ifstream rulesFile;
         if (!openInFStream(rulesFile, contactTableName, vor.display)) {
             return false;
@@ -98,13 +101,16 @@ void kelmo::handOver(const std::map<std::string, double>& radii, const contactMa
     worker.writeBindingResidues = ui->checkBoxWriteHotSpotResidues->isChecked();
     worker.writeBindingStatus = ui->checkBoxWriteResiueBindingState->isChecked();
     worker.criterion = selectedCriterion();
-    if (worker.criterion == maximumDistance || worker.criterion == prism) {
+    if (worker.criterion == eInteractionCriterion::maximumDistance ||
+        worker.criterion == eInteractionCriterion::prism) {
         worker.threshold = ui->doubleSpinBoxMaxDistPRISMThreshold->value();
-    } else if (worker.criterion == vorda) {
+    } else if (worker.criterion == eInteractionCriterion::vorda) {
         worker.contactRules = rules;
-    } else if (worker.criterion == dovreth) {
+    } else if (worker.criterion == eInteractionCriterion::dovreth) {
         worker.threshold = ui->doubleSpinBoxDovrethDeltaASA->value();
         worker.zSlice = ui->doubleSpinBoxDovrethZSlice->value();
         worker.probeRadius = ui->doubleSpinBoxDovrethRSolvent->value();
     }
 }
+
+} // namespace kelmo

@@ -1,13 +1,15 @@
 #include "batch/batch_run.h"
 
+#include "base/parallel_work.h"
 #include "batch/resume.h"
 #include "batch/shown_text.h"
-#include "model/parallel_work.h"
 #include "run/file_path.h"
 
 #include <algorithm>
 #include <string>
 #include <utility>
+
+namespace kelmo {
 
 namespace {
 
@@ -160,3 +162,5 @@ void cBatchRun::pump() {
         }
     }
 }
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <mutex>
 #include <vector>
 
+namespace kelmo {
+
 /// An input file that failed, or of which reports are missing.
 struct sFileFault {
     std::size_t file = 0; ///< its position among the paths
@@ -69,3 +71,5 @@ class cBatchRun {
     sBatchResult result;
     std::exception_ptr failure; ///< the first exception that ended a pump
 };
+
+} // namespace kelmo

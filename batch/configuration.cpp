@@ -12,6 +12,8 @@
 #include <span>
 #include <utility>
 
+namespace kelmo {
+
 namespace {
 
 enum class eKind { flag, number, criterion, path };
@@ -203,3 +205,5 @@ cConfiguration readConfiguration(const sOptions& options) {
     }
     return configuration;
 }
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// A value and where the user gave it.
 struct sSetting {
     std::string value; ///< bytes as they stand
@@ -47,3 +49,5 @@ cConfiguration readConfiguration(const sOptions& options);
 
 /// What the user is told of a number that is not in its range.
 QString rangeText(std::string_view key, double minimum, double maximum, std::string_view value);
+
+} // namespace kelmo

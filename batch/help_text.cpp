@@ -1,5 +1,7 @@
 #include "batch/help_text.h"
 
+namespace kelmo {
+
 std::string_view helpText() {
     return R"(Usage: kelmo-batch kev [OPTION]... [PDB]...
        kelmo-batch vor [OPTION]... [PDB]...
@@ -47,3 +49,5 @@ Exit status:
 std::string versionText() {
     return "kelmo-batch " KELMO_VERSION "\n";
 }
+
+} // namespace kelmo

@@ -4,8 +4,12 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// At most 80 columns wide, ending in a line feed.
 std::string_view helpText();
 
 /// Program and version on one line, ending in a line feed.
 std::string versionText();
+
+} // namespace kelmo

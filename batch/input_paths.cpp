@@ -8,6 +8,8 @@
 #include <numeric>
 #include <utility>
 
+namespace kelmo {
+
 namespace {
 
 /// What baseNameOf() gives, without a string of its own.
@@ -93,3 +95,5 @@ QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames&
     }
     return warnings;
 }
+
+} // namespace kelmo

@@ -13,6 +13,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace kelmo {
+
 /// Paths in order, packed: a run may have very many.
 class cInputPaths {
   public:
@@ -52,3 +54,5 @@ class cSameBaseNames {
 
 /// One warning for each file whose reports will replace those of an earlier one.
 QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames& sameNames);
+
+} // namespace kelmo

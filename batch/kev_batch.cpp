@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+namespace kelmo {
+
 namespace {
 
 /// The settings with the tables read; shared by all workers and never changed.
@@ -117,3 +119,5 @@ sPreparedRun prepareKev(const sOptions& options, const cConfiguration& configura
     loadTables(configuration, *settings);
     return {[settings] { return workerWith(*settings); }, settings->outputDirectory, {}};
 }
+
+} // namespace kelmo

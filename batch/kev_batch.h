@@ -5,7 +5,11 @@
 #include "batch/input_paths.h"
 #include "batch/prepared_run.h"
 
+namespace kelmo {
+
 /// Checks the settings in the order of the window and reads the tables that they need. Throws
 /// cUsageError at the first thing that keeps the run from starting.
 sPreparedRun prepareKev(const sOptions& options, const cConfiguration& configuration,
                         const cInputPaths& inputs);
+
+} // namespace kelmo

@@ -1,6 +1,7 @@
 // kelmo-batch: the analyses of Kelmo from the command line. No application object of the toolkit is
 // made: nothing here has an event loop, and it would warn of every locale that is not UTF-8.
 
+#include "base/parallel_work.h"
 #include "batch/batch_run.h"
 #include "batch/configuration.h"
 #include "batch/help_text.h"
@@ -13,7 +14,6 @@
 #include "batch/summary.h"
 #include "batch/usage_error.h"
 #include "batch/vor_batch.h"
-#include "model/parallel_work.h"
 #include "run/process_start.h"
 #include "run/report_file.h"
 
@@ -21,14 +21,16 @@
 #include <exception>
 #include <string_view>
 
+namespace kelmo {
+
 namespace {
 
-int print(std::string_view text) {
+eExitStatus print(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (std::fflush(stdout) != 0) {
         throw cUsageError("Could not write to standard output");
     }
-    return allDone;
+    return eExitStatus::allDone;
 }
 
 sReporterManner mannerFor(const sOptions& options) {
@@ -38,7 +40,7 @@ sReporterManner mannerFor(const sOptions& options) {
     return manner;
 }
 
-int analyse(const sOptions& options) {
+eExitStatus analyse(const sOptions& options) {
     const cConfiguration configuration = readConfiguration(options);
     const cInputPaths paths = inputPaths(options.inputs);
     const sPreparedRun prepared = options.module == eModule::kev
@@ -75,7 +77,7 @@ int analyse(const sOptions& options) {
     return exitStatus(result);
 }
 
-int answer(const sOptions& options) {
+eExitStatus answer(const sOptions& options) {
     switch (options.request) {
     case eRequest::help:
         return print(helpText());
@@ -87,18 +89,25 @@ int answer(const sOptions& options) {
     return analyse(options);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    prepareProcess();
+/// Answers the command line; whatever goes wrong is told.
+eExitStatus serve(int argc, char** argv) {
     try {
         return answer(parseOptions(argc, argv));
     } catch (const cUsageError& error) {
         cReporter(mannerOfStandardError()).show({Qt::red, error.text()});
-        return notStarted;
+        return eExitStatus::notStarted;
     } catch (const std::exception& error) {
         cReporter(mannerOfStandardError())
             .show({Qt::red, QStringLiteral("The run broke off: ") + error.what()});
-        return someMissing;
+        return eExitStatus::someMissing;
     }
+}
+
+} // namespace
+
+} // namespace kelmo
+
+int main(int argc, char** argv) {
+    kelmo::prepareProcess();
+    return static_cast<int>(kelmo::serve(argc, argv));
 }

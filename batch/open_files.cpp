@@ -4,6 +4,8 @@
 
 #include <sys/resource.h>
 
+namespace kelmo {
+
 std::size_t structuresAtOnce() {
     // A structure needs its own file, a document and a table with two descriptors each, and those
     // of the tables that wait for their documents. The rest is for the standard streams and
@@ -21,3 +23,5 @@ std::size_t structuresAtOnce() {
     const rlim_t forStructures = limit.rlim_cur > filesBeside ? limit.rlim_cur - filesBeside : 0;
     return static_cast<std::size_t>(std::max<rlim_t>(forStructures / filesPerStructure, 1));
 }
+
+} // namespace kelmo

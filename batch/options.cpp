@@ -11,6 +11,8 @@
 
 #include <getopt.h>
 
+namespace kelmo {
+
 // The arguments are taken apart by getopt_long() of the C library. It is the one parser at hand
 // that keeps options and paths in the order in which they stand and leaves their bytes alone: the
 // toolkit's parser collects the paths apart from the options, and CLI11 would split a file named
@@ -214,3 +216,5 @@ sOptions parseOptions(int argc, char** argv) {
     }
     return options;
 }
+
+} // namespace kelmo

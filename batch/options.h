@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 enum class eRequest { analysis, help, version };
 
 /// The structure analyser and the interaction analyser.
@@ -38,3 +40,5 @@ inline constexpr int maximumJobs = 1024;
 
 /// Reads the arguments as main() gets them. Not for two threads at once. Throws cUsageError.
 sOptions parseOptions(int argc, char** argv);
+
+} // namespace kelmo

@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <system_error>
 
+namespace kelmo {
+
 namespace {
 
 sSetting directorySetting(const sOptions& options, const cConfiguration& configuration) {
@@ -49,3 +51,5 @@ void checkWritable(const QString& directory) {
                           QString::fromStdString(std::generic_category().message(trial.error())));
     }
 }
+
+} // namespace kelmo

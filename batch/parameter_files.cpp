@@ -7,6 +7,8 @@
 
 #include <fstream>
 
+namespace kelmo {
+
 namespace {
 
 QString couldNotOpenText(const sSetting& file) {
@@ -58,3 +60,5 @@ std::map<std::string, double> loadHydrophobicity(const sSetting& file) {
 contactMap loadContactRules(const sSetting& file) {
     return load<contactMap>(file, readContactRules, QString());
 }
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 #include "batch/configuration.h"
 #include "run/parameter_tables.h"
 
+namespace kelmo {
+
 // Each loader throws cUsageError, beginning with the place where the table was named, when the
 // table cannot be used.
 
@@ -16,3 +18,5 @@ std::map<std::string, double> loadRadii(const sSetting& file);
 std::map<std::string, sAsa> loadStandardAsa(const sSetting& file);
 std::map<std::string, double> loadHydrophobicity(const sSetting& file);
 contactMap loadContactRules(const sSetting& file);
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+namespace kelmo {
+
 /// Makes one more worker with the settings of the run. May be called from several threads at once.
 using cWorkerMaker = std::function<std::unique_ptr<cAnalysisRun>()>;
 
@@ -17,3 +19,5 @@ struct sPreparedRun {
     QString outputDirectory; ///< ends in a slash
     QStringList notes;       ///< what the user should know before the start
 };
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace kelmo {
+
 namespace {
 
 constexpr std::size_t barWidth = 30;
@@ -46,3 +48,5 @@ std::string progressLine(const sProgress& progress, double elapsedSeconds, int c
     const std::string withBar = bar(ready, progress.total) + text;
     return withBar.size() <= room ? withBar : text.substr(0, room);
 }
+
+} // namespace kelmo

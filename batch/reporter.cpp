@@ -12,6 +12,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr const char* colourOff = "\033[0m";
@@ -153,3 +155,5 @@ void cReporter::write(const std::string& text) {
         rest.remove_prefix(static_cast<std::size_t>(written < 0 ? 0 : written));
     }
 }
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// How much is shown, and how.
 struct sReporterManner {
     bool isColoured = false;
@@ -56,3 +58,5 @@ class cReporter {
     std::chrono::steady_clock::time_point start;
     std::chrono::steady_clock::time_point lastDrawing;
 };
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
 namespace {
 
 auto timeOf(const struct stat& status) {
@@ -27,3 +29,5 @@ bool areUpToDate(const QStringList& reports, const std::string& inputFile) {
                report.st_size > 0 && timeOf(report) >= timeOf(input);
     });
 }
+
+} // namespace kelmo

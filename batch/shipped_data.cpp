@@ -6,6 +6,8 @@
 
 #include <system_error>
 
+namespace kelmo {
+
 QString shippedTable(const char* fileName) {
     QString searched;
     for (const std::filesystem::path& directory : shippedDataDirectories()) {
@@ -22,3 +24,5 @@ QString shippedTable(const char* fileName) {
             .arg(QLatin1String(fileName)) +
         searched);
 }
+
+} // namespace kelmo

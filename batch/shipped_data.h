@@ -5,5 +5,9 @@
 
 #include <QString>
 
+namespace kelmo {
+
 /// The path of a table such as "protor.radii". Throws cUsageError when no directory has it.
 QString shippedTable(const char* fileName);
+
+} // namespace kelmo

@@ -2,6 +2,8 @@
 
 #include "run/file_path.h"
 
+namespace kelmo {
+
 QString onOneLine(QString text) {
     for (QChar& character : text) {
         if (character.category() == QChar::Other_Control) {
@@ -18,3 +20,5 @@ QString shownPath(const QString& path) {
 QString shownPath(std::string_view bytes) {
     return shownPath(pathFromBytes(bytes));
 }
+
+} // namespace kelmo

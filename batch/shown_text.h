@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+namespace kelmo {
+
 /// The text with "?" for every control character, line ends included: a file name can neither break
 /// a message in two nor send commands to the terminal.
 QString onOneLine(QString text);
@@ -12,3 +14,5 @@ QString onOneLine(QString text);
 /// A path for a message, on one line; what is no UTF-8 shows as the replacement character.
 QString shownPath(const QString& path);
 QString shownPath(std::string_view bytes);
+
+} // namespace kelmo

@@ -1,5 +1,7 @@
 #include "batch/stop_signal.h"
 
+namespace kelmo {
+
 namespace {
 
 std::atomic<bool> isStopRequested{false};
@@ -42,3 +44,5 @@ cStopSignal::~cStopSignal() {
 const std::atomic<bool>& cStopSignal::flag() const {
     return isStopRequested;
 }
+
+} // namespace kelmo

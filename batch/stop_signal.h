@@ -5,6 +5,8 @@
 
 #include <signal.h>
 
+namespace kelmo {
+
 /// While it lives, the first SIGINT, SIGTERM or SIGHUP raises the flag and a second one of the same
 /// kind kills the process. One that is ignored stays so: a SIGINT in the background of a script, a
 /// SIGHUP under nohup. One at a time.
@@ -22,3 +24,5 @@ class cStopSignal {
     struct sigaction earlierTermination {};
     struct sigaction earlierHangup {};
 };
+
+} // namespace kelmo

@@ -2,6 +2,8 @@
 
 #include "batch/shown_text.h"
 
+namespace kelmo {
+
 namespace {
 
 std::size_t missingReports(const sBatchResult& result) {
@@ -20,16 +22,17 @@ cStatusMessage totals(const sBatchResult& result, bool isResumed) {
     const eExitStatus status = exitStatus(result);
     const QString takenOver =
         isResumed ? QStringLiteral(", %1 taken over").arg(result.takenOver) : QString();
-    const QString text = QStringLiteral("%1%2 of %3 analysed%4, %5 failed, %6 missing")
-                             .arg(QLatin1String(status == stoppedBySignal ? "Stopped: " : ""))
-                             .arg(result.analysed)
-                             .arg(counted(result.files, "file", "files"), takenOver)
-                             .arg(result.failed)
-                             .arg(counted(missingReports(result), "report", "reports"));
+    const QString text =
+        QStringLiteral("%1%2 of %3 analysed%4, %5 failed, %6 missing")
+            .arg(QLatin1String(status == eExitStatus::stoppedBySignal ? "Stopped: " : ""))
+            .arg(result.analysed)
+            .arg(counted(result.files, "file", "files"), takenOver)
+            .arg(result.failed)
+            .arg(counted(missingReports(result), "report", "reports"));
     switch (status) {
-    case allDone:
+    case eExitStatus::allDone:
         return {Qt::black, text};
-    case stoppedBySignal:
+    case eExitStatus::stoppedBySignal:
         return {Qt::yellow, text};
     default:
         return {Qt::red, text};
@@ -55,7 +58,9 @@ std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBat
 
 eExitStatus exitStatus(const sBatchResult& result) {
     if (result.stopped() > 0) {
-        return stoppedBySignal;
+        return eExitStatus::stoppedBySignal;
     }
-    return result.faults.empty() ? allDone : someMissing;
+    return result.faults.empty() ? eExitStatus::allDone : eExitStatus::someMissing;
 }
+
+} // namespace kelmo

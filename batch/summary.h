@@ -3,8 +3,10 @@
 
 #include "batch/batch_run.h"
 
+namespace kelmo {
+
 /// The exit status of the program.
-enum eExitStatus : int {
+enum class eExitStatus : int {
     allDone = 0,
     someMissing = 1,
     notStarted = 2,
@@ -17,3 +19,5 @@ std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBat
                                             bool isResumed);
 
 eExitStatus exitStatus(const sBatchResult& result);
+
+} // namespace kelmo

@@ -16,6 +16,8 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 /// Far beyond any path; more is no text but a device or a file of zeros that has no end.
@@ -140,3 +142,5 @@ void forEachLine(const QString& path, const QString& requester,
     }
     text.finish();
 }
+
+} // namespace kelmo

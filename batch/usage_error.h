@@ -5,6 +5,8 @@
 
 #include <stdexcept>
 
+namespace kelmo {
+
 /// Thrown before anything is written; main() shows the text and exits with 2.
 class cUsageError : public std::runtime_error {
   public:
@@ -12,3 +14,5 @@ class cUsageError : public std::runtime_error {
 
     QString text() const { return QString::fromUtf8(what()); }
 };
+
+} // namespace kelmo

@@ -13,13 +13,15 @@
 #include <string>
 #include <system_error>
 
+namespace kelmo {
+
 namespace {
 
 constexpr const char* contactRulesName = "aa_contacts.txt";
 
 /// The settings with the tables read; shared by all workers and never changed.
 struct sVorSettings {
-    eInteractionCriterion criterion = maximumDistance;
+    eInteractionCriterion criterion = eInteractionCriterion::maximumDistance;
     double threshold = 0.0; ///< Å for the distance criteria, Å² for the change of area
     double zSlice = 0.0;    ///< Å
     double rSolvent = 0.0;  ///< Å
@@ -37,17 +39,18 @@ struct sVorSettings {
 eInteractionCriterion criterionFrom(const cConfiguration& configuration) {
     const sSetting* setting = configuration.find("contact_criterion");
     // One digit from 1 to 4, or it would not have been taken.
-    return setting == nullptr ? maximumDistance
+    return setting == nullptr ? eInteractionCriterion::maximumDistance
                               : static_cast<eInteractionCriterion>(setting->value[0] - '0');
 }
 
 double thresholdFrom(const cConfiguration& configuration, eInteractionCriterion criterion) {
     constexpr double largestPrismThreshold = 5.0;
-    if (criterion == dovreth) {
+    if (criterion == eInteractionCriterion::dovreth) {
         return configuration.number("delta_asa", 1.0);
     }
-    const double threshold = configuration.number("threshold", criterion == prism ? 0.5 : 4.5);
-    if (criterion == prism && threshold > largestPrismThreshold) {
+    const double threshold =
+        configuration.number("threshold", criterion == eInteractionCriterion::prism ? 0.5 : 4.5);
+    if (criterion == eInteractionCriterion::prism && threshold > largestPrismThreshold) {
         const sSetting& setting = *configuration.find("threshold");
         throw cUsageError(setting.origin + ": by contact_criterion 2, " +
                           rangeText("threshold", 0.0, largestPrismThreshold, setting.value));
@@ -122,7 +125,7 @@ sPreparedRun prepareVor(const sOptions& options, const cConfiguration& configura
     settings->radiiFile = tableSetting(configuration, "radii_filename", "protor.radii");
     settings->radii = loadRadii(settings->radiiFile);
     QStringList notes;
-    if (settings->criterion == vorda) {
+    if (settings->criterion == eInteractionCriterion::vorda) {
         const sSetting rules = contactRulesSetting(options);
         settings->contactRules = loadContactRules(rules);
         // The reports do not tell, and which table it is depends on the current directory.
@@ -132,3 +135,5 @@ sPreparedRun prepareVor(const sOptions& options, const cConfiguration& configura
     }
     return {[settings] { return workerWith(*settings); }, settings->outputDirectory, notes};
 }
+
+} // namespace kelmo

@@ -1,4 +1,5 @@
 // Contact search on a capsid-like assembly, against reading the assembly and computing its surface.
+#include "contacts/residue_contact.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
 
@@ -16,6 +17,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -207,5 +210,7 @@ BENCHMARK(boundSurface)->Apply(standardSize);
 BENCHMARK(dovrethWithBoundSurface)->Apply(standardSize);
 
 } // namespace
+
+} // namespace kelmo
 
 BENCHMARK_MAIN();

@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double probeRadius = 1.4;       // Å
@@ -198,3 +200,5 @@ BENCHMARK(currentUnboundAreas)->Apply(everySample);
 BENCHMARK(residueStatistics)->Apply(everySample);
 
 } // namespace
+
+} // namespace kelmo

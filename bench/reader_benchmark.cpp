@@ -1,8 +1,8 @@
 // Reading: a sample entry, a large file made of it, and the parameter tables; time per atom and
 // entry.
+#include "base/string_operation.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
-#include "model/string_operation.h"
 
 #include <benchmark/benchmark.h>
 
@@ -16,6 +16,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -124,3 +126,5 @@ BENCHMARK(readRadii)->Unit(benchmark::kMillisecond);
 BENCHMARK(convertCoordinates);
 
 } // namespace
+
+} // namespace kelmo

@@ -16,6 +16,8 @@
 #include <set>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 /// Haemoglobin with everything computed, and a worker that writes everything.
@@ -92,3 +94,5 @@ void writeTableReport(benchmark::State& state) {
 
 BENCHMARK(writeXmlReport)->Unit(benchmark::kMillisecond);
 BENCHMARK(writeTableReport)->Unit(benchmark::kMillisecond);
+
+} // namespace kelmo

@@ -1,9 +1,9 @@
 // Which residues of different chains of a structure touch, by each of the four criteria.
+#include "base/in_parallel.h"
+#include "base/stop_request.h"
 #include "contacts/residue_contact.h"
 #include "geometry/atom_grid.h"
-#include "geometry/in_parallel.h"
 #include "model/pdb_peptide.h"
-#include "model/stop_request.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +17,8 @@
 #include <unordered_map>
 #include <utility>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -180,7 +182,7 @@ class cVordaTest {
             }
         }
         if (vanDerWaalsTest(a, b, types)) {
-            types.insert(vanDerWaals);
+            types.insert(eContactType::vanDerWaals);
         }
         return !types.empty();
     }
@@ -290,11 +292,11 @@ void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double search
     }
     const double range = searchValue + sideChainMargin;
     std::vector<sTouchingPair> pairs;
-    if (criterion == maximumDistance) {
+    if (criterion == eInteractionCriterion::maximumDistance) {
         pairs = findPairs(searches, range, cMaximumDistanceTest(searchValue));
-    } else if (criterion == prism) {
+    } else if (criterion == eInteractionCriterion::prism) {
         pairs = findPairs(searches, range, cPrismTest(searchValue));
-    } else if (criterion == vorda) {
+    } else if (criterion == eInteractionCriterion::vorda) {
         const contactMap noRules;
         const cVordaTest test(map != nullptr ? *map : noRules, nameIndices, vdwThreshold);
         pairs = findPairs(searches, range, test);
@@ -316,16 +318,16 @@ void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double search
 }
 
 void cPdbPeptide::resolveThresholdContacts(double threshold) {
-    resolveContacts(maximumDistance, threshold, 0.0, nullptr);
+    resolveContacts(eInteractionCriterion::maximumDistance, threshold, 0.0, nullptr);
 }
 
 void cPdbPeptide::resolvePRISMContacts(double threshold) {
-    resolveContacts(prism, threshold, 0.0, nullptr);
+    resolveContacts(eInteractionCriterion::prism, threshold, 0.0, nullptr);
 }
 
 void cPdbPeptide::resolveHovikKRBContacts(double vdwThreshold, double searchValue,
                                           const contactMap& map) {
-    resolveContacts(vorda, searchValue, vdwThreshold, &map);
+    resolveContacts(eInteractionCriterion::vorda, searchValue, vdwThreshold, &map);
 }
 
 void cPdbPeptide::resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice) {
@@ -341,3 +343,5 @@ void cPdbPeptide::resolveDovrethContacts(double deltaAsa, double probeRadius, do
         }
     }
 }
+
+} // namespace kelmo

@@ -1,8 +1,8 @@
 #include "contacts/residue_contact.h"
 
+#include "base/string_operation.h"
+#include "base/text_line.h"
 #include "model/atom_pairs.h"
-#include "model/string_operation.h"
-#include "model/text_line.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+
+namespace kelmo {
 
 namespace {
 
@@ -105,23 +107,6 @@ bool isFulfilled(const sResidueAtomContact& rule, const cChainResidue& r1,
 
 } // namespace
 
-cResidueContact::cResidueContact(std::string firstChain, std::string firstNumber,
-                                 std::string firstName, std::string secondChain,
-                                 std::string secondNumber, std::string secondName,
-                                 eInteractionCriterion foundBy)
-    : cResidueContact(std::move(firstChain), std::move(firstNumber), std::move(firstName),
-                      std::move(secondChain), std::move(secondNumber), std::move(secondName), {},
-                      foundBy) {}
-
-cResidueContact::cResidueContact(std::string firstChain, std::string firstNumber,
-                                 std::string firstName, std::string secondChain,
-                                 std::string secondNumber, std::string secondName,
-                                 std::set<eContactType> types, eInteractionCriterion foundBy)
-    : chain1(std::move(firstChain)), chain2(std::move(secondChain)),
-      residueName1(std::move(firstName)), residueName2(std::move(secondName)),
-      residueNumber1(std::move(firstNumber)), residueNumber2(std::move(secondNumber)),
-      contactTypes(std::move(types)), criterion(foundBy) {}
-
 bool operator==(const cResidueContact& a, const cResidueContact& b) {
     return a.chain1 == b.chain1 && a.residueNumber1 == b.residueNumber1 && a.chain2 == b.chain2 &&
            a.residueNumber2 == b.residueNumber2 && a.criterion == b.criterion;
@@ -195,3 +180,5 @@ bool doTheyFormContact(const cChainResidue& r1, const cChainResidue& r2,
     }
     return found;
 }
+
+} // namespace kelmo

@@ -1,10 +1,12 @@
 // How atom areas add up to residues, chains and the structure, bound and chain by chain.
+#include "base/in_parallel.h"
 #include "geometry/atom_space_calculations.h"
-#include "geometry/in_parallel.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
 
 #include <string>
+
+namespace kelmo {
 
 namespace {
 
@@ -152,3 +154,5 @@ void cPdbPeptide::setHydrophobicity(std::map<std::string, double> scale) {
         }
     }
 }
+
+} // namespace kelmo

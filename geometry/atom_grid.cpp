@@ -4,6 +4,8 @@
 #include <iostream>
 #include <limits>
 
+namespace kelmo {
+
 namespace {
 
 /// Cells per axis: one more than the extent needs, so that the last atom is inside.
@@ -277,3 +279,5 @@ void cAtomGrid::printGrid() const {
         std::cout << atomOf(entry).serial;
     }
 }
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 /// Centres and radii cell by cell, x slowest and z fastest, within a cell the last inserted first;
 /// every query returns them in this order. Building costs O(n log n) at worst, memory O(n) whatever
 /// the extent of the atoms. Queries may run at the same time.
@@ -225,3 +227,5 @@ void cCentreGrid::forEachInRangeByRadius(const cResidueAtom& atom, double probe,
                    }
                });
 }
+
+} // namespace kelmo

@@ -1,7 +1,7 @@
 #include "geometry/atom_space_calculations.h"
 
+#include "base/in_parallel.h"
 #include "geometry/atom_grid.h"
-#include "geometry/in_parallel.h"
 #include "geometry/surface_kernel.h"
 
 #include <tbb/enumerable_thread_specific.h>
@@ -11,6 +11,8 @@
 #include <limits>
 #include <utility>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -104,3 +106,5 @@ void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const
         atoms[entry.index].protrusionIndex = (sphereVolume - occupied) / occupied;
     });
 }
+
+} // namespace kelmo

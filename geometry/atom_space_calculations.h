@@ -3,6 +3,8 @@
 
 #include "model/residue_atom.h"
 
+namespace kelmo {
+
 /// Sets `asa` (Å²) of every atom: Lee & Richards, J Mol Biol 55:379 (1971), slices of `zSlice` Å,
 /// spheres enlarged by `probeRadius` Å. The corners are those of the atoms' bounding box. The
 /// results do not depend on the number of threads. An atom without any neighbour gets 0.
@@ -20,3 +22,5 @@ void calculateAtomDepthIndex(cResidueAtom* atoms, unsigned atomCount);
 /// 18:980, 2002). Infinite for an atom alone in its sphere.
 void calculateAtomProtrusionIndex(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                                   const sPoint& minPoint, double sphereRadius, double atomVolume);
+
+} // namespace kelmo

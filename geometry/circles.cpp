@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double pi = 3.141592653589793;
@@ -22,26 +24,30 @@ double cCircle::planarDistance(const cCircle& other) const {
     return std::sqrt(dx * dx + dy * dy);
 }
 
-int cCircle::locationTowardsMe(const cCircle& other) const {
+eCircleLocation cCircle::locationOf(const cCircle& other) const {
     const double d = planarDistance(other);
     if (radius > d + other.radius) {
-        return otherInside;
+        return eCircleLocation::otherInside;
     }
     if (d - other.radius >= radius) {
-        return apart;
+        return eCircleLocation::apart;
     }
     if (other.radius >= d + radius) {
-        return insideOther;
+        return eCircleLocation::insideOther;
     }
-    return crossing;
+    return eCircleLocation::crossing;
+}
+
+int cCircle::locationTowardsMe(const cCircle& other) const {
+    return static_cast<int>(locationOf(other));
 }
 
 double cCircle::crossSectionAngle(const cCircle& other) const {
-    const int location = locationTowardsMe(other);
-    if (location == apart || location == otherInside) {
+    const eCircleLocation location = locationOf(other);
+    if (location == eCircleLocation::apart || location == eCircleLocation::otherInside) {
         return 0.0;
     }
-    if (location == insideOther) {
+    if (location == eCircleLocation::insideOther) {
         return pi;
     }
     const double d = planarDistance(other);
@@ -59,7 +65,7 @@ void cCircle::createArcs(const cCircle* others, unsigned count) {
         const cCircle& other = others[i];
         double direction = std::atan2(other.y - y, other.x - x);
         const double half = crossSectionAngle(other);
-        if (locationTowardsMe(other) == insideOther) {
+        if (locationOf(other) == eCircleLocation::insideOther) {
             enclosed = true;
         }
         if (direction < 0.0) {
@@ -97,3 +103,5 @@ double cCircle::getFreeArcLength(const cCircle* others, unsigned count) {
     free = static_cast<std::int32_t>(free * 1000.0) / 1000.0;
     return free < 0.0 ? 0.0 : free * radius;
 }
+
+} // namespace kelmo

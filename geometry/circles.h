@@ -3,6 +3,8 @@
 
 #include <vector>
 
+namespace kelmo {
+
 /// An interval of angles on a circle, radians in [0, 2π]. Segments compare by their start alone.
 class cCircleSegment {
   public:
@@ -26,7 +28,7 @@ inline bool operator>(const cCircleSegment& a, const cCircleSegment& b) {
 }
 
 /// How another circle lies towards this one.
-enum eCircleLocation : int { apart = 0, otherInside = 1, crossing = 2, insideOther = 3 };
+enum class eCircleLocation : int { apart = 0, otherInside = 1, crossing = 2, insideOther = 3 };
 
 /// The slice of one atom's enlarged sphere; Å.
 class cCircle {
@@ -35,6 +37,8 @@ class cCircle {
         : x(xCentre), y(yCentre), radius(circleRadius) {}
 
     /// Touching from outside counts as apart, touching from inside as inside the other.
+    eCircleLocation locationOf(const cCircle& other) const;
+    /// The number of locationOf().
     int locationTowardsMe(const cCircle& other) const;
     /// Half the angle (radians) of this circle that `other` covers, by the law of cosines; 0 when
     /// it covers nothing, π when it covers all.
@@ -53,3 +57,5 @@ class cCircle {
   private:
     double planarDistance(const cCircle& other) const;
 };
+
+} // namespace kelmo

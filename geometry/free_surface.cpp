@@ -7,6 +7,8 @@
 #include <iostream>
 #include <vector>
 
+namespace kelmo {
+
 void cResidueAtom::sliceOnZ(double zSlice, double probeRadius) {
     sliceCount = slicesBelow(probeRadius + zMax, z, zSlice);
 }
@@ -47,3 +49,5 @@ void cResidueAtom::setFreeSurface(const cResidueAtom* neighbours, unsigned neigh
         std::cout << serial << '\t' << asa << std::endl;
     }
 }
+
+} // namespace kelmo

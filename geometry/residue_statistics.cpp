@@ -1,11 +1,13 @@
 // Depth and protrusion statistics of residues, and the chain- and structure-wide operations on
 // them.
+#include "base/in_parallel.h"
 #include "geometry/atom_space_calculations.h"
-#include "geometry/in_parallel.h"
 #include "model/pdb_peptide.h"
 
 #include <algorithm>
 #include <cmath>
+
+namespace kelmo {
 
 namespace {
 
@@ -149,3 +151,5 @@ void cPdbPeptide::setProtrusionIndex(double sphereRadius, double atomVolume) {
         }
     });
 }
+
+} // namespace kelmo

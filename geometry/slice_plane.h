@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+namespace kelmo {
+
 /// The number of planes through a sphere: at the centre and every `zSlice` Å (which must be
 /// positive) from it below `top`, the height of the enlarged sphere's upper pole; -1 when that is
 /// not above the centre. The heights are summed up, not multiplied, as the planes themselves are.
@@ -67,3 +69,5 @@ struct sSlicePlane {
     double circleRadius = 0.0; ///< cut to 0.001 Å
     double thickness = 0.0;    ///< of the slab that the slice stands for
 };
+
+} // namespace kelmo

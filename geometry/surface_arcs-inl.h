@@ -10,7 +10,7 @@
 #include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
-namespace surface_arcs {
+namespace kelmo::surface_arcs {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -349,5 +349,5 @@ constexpr sSurfaceLoops loops{HWY_STR(HWY_NAMESPACE), countRun, findTouching, pr
                               freeAngle};
 
 } // namespace HWY_NAMESPACE
-} // namespace surface_arcs
+} // namespace kelmo::surface_arcs
 HWY_AFTER_NAMESPACE();

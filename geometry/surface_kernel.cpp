@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kelmo {
+
 namespace {
 
 /// The largest atom radius that neighbour queries allow for, Å.
@@ -194,3 +196,5 @@ double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& 
     }
     return area;
 }
+
+} // namespace kelmo

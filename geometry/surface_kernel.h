@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace kelmo {
+
 struct sSlicePlane;
 
 /// Computes areas for the atoms of one grid; may be used by several threads, each with its scratch.
@@ -46,3 +48,5 @@ class cSurfaceKernel {
 /// point is not 0 and whose squared distance (Å²) is at most `squaredRange`.
 unsigned countInRange(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                       const sPoint& point, double squaredRange);
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 
 #if HWY_ONCE
 
+namespace kelmo {
+
 namespace {
 
 // Instruction sets by their parts: clang 14 does not know the names of the levels of x86-64.
@@ -73,5 +75,7 @@ const sSurfaceLoops& surfaceLoops() {
 void chooseSurfaceLoops(std::size_t place) {
     chosenLoops() = &availableSurfaceLoops()[place];
 }
+
+} // namespace kelmo
 
 #endif // HWY_ONCE

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 /// Widest vector that any instruction set has, in doubles.
 constexpr std::size_t widestVector = 8;
 /// More arcs than this are not remembered.
@@ -99,3 +101,5 @@ const std::vector<sSurfaceLoops>& availableSurfaceLoops();
 const sSurfaceLoops& surfaceLoops();
 /// Only for tests, while no calculation runs: uses those of this place in the list.
 void chooseSurfaceLoops(std::size_t place);
+
+} // namespace kelmo

@@ -1,7 +1,7 @@
 #include "model/addition.h"
 
-#include "model/string_operation.h"
-#include "model/text_line.h"
+#include "base/string_operation.h"
+#include "base/text_line.h"
 
 #include <QRegularExpression>
 #include <QString>
@@ -9,6 +9,8 @@
 #include <istream>
 #include <string_view>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -114,3 +116,5 @@ std::set<std::string> checkForStandardPeptides(std::map<std::string, double> sca
 std::set<std::string> checkForStandardPeptides(std::map<std::string, sAsa> standards) {
     return missingAminoAcids(standards);
 }
+
+} // namespace kelmo

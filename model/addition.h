@@ -7,6 +7,8 @@
 #include <set>
 #include <string>
 
+namespace kelmo {
+
 /// Standard surface areas of one residue type, Å².
 struct sAsa {
     double total = 0.0;
@@ -35,3 +37,5 @@ int getHydrophobicity(std::istream& in, std::map<std::string, double>& scale);
 /// The names of the 20 standard amino acids that a table lacks; empty when it is complete.
 std::set<std::string> checkForStandardPeptides(std::map<std::string, double> scale);
 std::set<std::string> checkForStandardPeptides(std::map<std::string, sAsa> standards);
+
+} // namespace kelmo

@@ -1,8 +1,10 @@
 // The search for a pair of atoms, one of each of two residues.
 #pragma once
 
+#include "base/stop_request.h"
 #include "model/chain_residue.h"
-#include "model/stop_request.h"
+
+namespace kelmo {
 
 /// Whether some atom of one residue and some atom of the other pass the test. Heeds the stop
 /// request of this thread: a file may make one residue of all its atoms, and then this takes long.
@@ -22,3 +24,5 @@ bool isAnyAtomPair(const cChainResidue& one, const cChainResidue& other, Test te
     }
     return false;
 }
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace kelmo {
+
 cChainResidue::cChainResidue(std::string name, std::string number, cResidueAtom* firstAtom,
                              unsigned count, eResidueType type)
     : residueType(type), atoms(firstAtom), residueName(std::move(name)),
@@ -21,3 +23,5 @@ bool cChainResidue::isWithinRangeFromRadius(const cChainResidue& other, double v
         return a.doesIntersect(b, probe);
     });
 }
+
+} // namespace kelmo

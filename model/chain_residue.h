@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 struct sAsa;
 
 enum class eResidueType : int { other = 0, nucleicAcid = 1, aminoAcid = 2 };
@@ -78,3 +80,5 @@ class cChainResidue {
     double hydrophobicity = 0.0;
     bool isBinding = false; ///< set by the contact criteria, never reset
 };
+
+} // namespace kelmo

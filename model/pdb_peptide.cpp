@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace kelmo {
+
 cPdbPeptide::cPdbPeptide(const cPdbPeptide& other)
     : name(other.name), maxPoint(other.maxPoint), minPoint(other.minPoint), atoms(other.atoms),
       heteroAtoms(other.heteroAtoms), residues(other.residues), chains(other.chains),
@@ -37,3 +39,5 @@ void cPdbPeptide::rebuildLinks() {
         residue += chain.residueCount;
     }
 }
+
+} // namespace kelmo

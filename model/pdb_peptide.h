@@ -1,7 +1,7 @@
 // One structure as read from a PDB file: the owner of its atoms, residues, chains and contacts.
 #pragma once
 
-#include "contacts/residue_contact.h"
+#include "model/contact.h"
 #include "model/protein_chain.h"
 
 #include <iosfwd>
@@ -9,6 +9,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+namespace kelmo {
 
 /// One structure. Owns all lists; residues, chains and atoms only point into them, and those
 /// pointers stay valid for structures of any size. Copies are deep.
@@ -78,3 +80,5 @@ class cPdbPeptide {
     /// Points residues, chains and atoms at this object's own lists, by their counts.
     void rebuildLinks();
 };
+
+} // namespace kelmo

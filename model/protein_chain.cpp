@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace kelmo {
+
 cProteinChain::cProteinChain(std::string peptide, std::string id, cChainResidue* firstResidue,
                              unsigned residuesInChain, cResidueAtom* firstAtom,
                              unsigned atomsInChain)
@@ -11,3 +13,5 @@ cProteinChain::cProteinChain(std::string peptide, std::string id, cChainResidue*
         setMinMaxPoints(atoms, atomCount, &maxPoint, &minPoint);
     }
 }
+
+} // namespace kelmo

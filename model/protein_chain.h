@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 /// One chain. Copies share the residues and atoms, which stay the property of the structure.
 class cProteinChain {
   public:
@@ -52,3 +54,5 @@ class cProteinChain {
     double unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
     double unboundZSlice = std::numeric_limits<double>::quiet_NaN();
 };
+
+} // namespace kelmo

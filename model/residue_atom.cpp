@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+namespace kelmo {
+
 cResidueAtom::cResidueAtom(std::string name, std::string serialText, double xCentre, double yCentre,
                            double zCentre, double vdwRadius)
     : atomName(std::move(name)), serial(std::move(serialText)), x(xCentre), y(yCentre), z(zCentre),
@@ -38,3 +40,5 @@ void setMinMaxPoints(const cResidueAtom* atoms, unsigned n, sPoint* maxPoint, sP
         minPoint->z = std::min(minPoint->z, atoms[i].z);
     }
 }
+
+} // namespace kelmo

@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace kelmo {
+
 class cChainResidue;
 
 /// A point in space; coordinates in ångström.
@@ -60,3 +62,5 @@ double centreDistance(const cResidueAtom& a, const cResidueAtom& b);
 /// Bounding box of the centres (radii are not added) of `n` >= 1 atoms: the third parameter
 /// receives the largest, the fourth the smallest coordinates.
 void setMinMaxPoints(const cResidueAtom* atoms, unsigned n, sPoint* maxPoint, sPoint* minPoint);
+
+} // namespace kelmo

@@ -1,8 +1,8 @@
 #include "run/analysis_run.h"
 
-#include "geometry/in_parallel.h"
-#include "model/stop_request.h"
-#include "model/thread_order.h"
+#include "base/in_parallel.h"
+#include "base/stop_request.h"
+#include "base/thread_order.h"
 #include "run/file_path.h"
 #include "run/report_file.h"
 
@@ -19,6 +19,8 @@
 #include <optional>
 #include <system_error>
 #include <utility>
+
+namespace kelmo {
 
 namespace {
 
@@ -304,3 +306,5 @@ void cAnalysisRun::tellIfUnwritten(const sWrittenReport& written, const QString&
              "Could not write report " + displayedPath(fileName) + ": " + unwritten.back().reason);
     }
 }
+
+} // namespace kelmo

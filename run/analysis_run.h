@@ -25,6 +25,8 @@
 #include <variant>
 #include <vector>
 
+namespace kelmo {
+
 /// How the work on one file ended.
 enum class eFileOutcome {
     analysed, ///< reports that could not be written are in unwrittenReports()
@@ -140,3 +142,5 @@ class cAnalysisRun : public QThread {
     std::vector<sUnwrittenReport> unwritten;
     const std::atomic<bool>* stopFlag = nullptr;
 };
+
+} // namespace kelmo

@@ -1,11 +1,13 @@
 #include "run/crunkev_linux.h"
 
-#include "geometry/in_parallel.h"
+#include "base/in_parallel.h"
 #include "run/file_path.h"
 
 #include <fstream>
 #include <set>
 #include <utility>
+
+namespace kelmo {
 
 cRunKEV::cRunKEV(QObject* parent) : cAnalysisRun(parent) {}
 
@@ -192,3 +194,5 @@ void cRunKEV::analyseChain(cProteinChain chain) const {
         chain.setProtrusionIndex(cxThreshold, cxAtomVolume);
     }
 }
+
+} // namespace kelmo

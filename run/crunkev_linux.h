@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// Filled through its setters while idle, then started; see cAnalysisRun for how it runs and stops.
 class cRunKEV : public cAnalysisRun {
     Q_OBJECT
@@ -83,3 +85,5 @@ class cRunKEV : public cAnalysisRun {
     std::string hydrophobicityFileName;
     std::string standardAsaFileName;
 };
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr char16_t firstEscape = 0xDC80;
@@ -102,3 +104,5 @@ QString withTrailingSeparator(const QString& directory) {
     }
     return directory + u'/';
 }
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// A name of the file system as a string. Bytes that are no UTF-8 become lone low surrogates
 /// (U+DC80 to U+DCFF), which occur in no valid text, so that the way back is exact.
 QString pathFromBytes(std::string_view bytes);
@@ -26,3 +28,5 @@ QString baseNameOf(const QString& path);
 
 /// The directory with a separator at its end; a trailing backslash counts as one.
 QString withTrailingSeparator(const QString& directory);
+
+} // namespace kelmo

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr std::size_t narrowWidth = 11;
@@ -329,3 +331,5 @@ void cRunKEV::appendTableRow(std::string& text, const cProteinChain& chain,
     }
     text += '\n';
 }
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 #include <set>
 #include <stdexcept>
 
+namespace kelmo {
+
 namespace {
 
 QString badLineText(const char* table, int line) {
@@ -100,3 +102,5 @@ QString invalidStandardAsaPathText() {
 QString invalidHydrophobicityPathText() {
     return invalidPathText("hydrophobicity");
 }
+
+} // namespace kelmo

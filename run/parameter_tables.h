@@ -10,6 +10,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 // Each reader fills its table from an open stream and returns an empty text, or the message for the
 // user: the faulty line, or the standard amino acids that the table lacks.
 
@@ -23,3 +25,5 @@ QString readContactRules(std::istream& in, contactMap& rules);
 QString invalidRadiiPathText();
 QString invalidStandardAsaPathText();
 QString invalidHydrophobicityPathText();
+
+} // namespace kelmo

@@ -1,10 +1,12 @@
 #include "run/report_blocks.h"
 
-#include "model/parallel_work.h"
-#include "model/stop_request.h"
+#include "base/parallel_work.h"
+#include "base/stop_request.h"
 
 #include <algorithm>
 #include <cerrno>
+
+namespace kelmo {
 
 namespace {
 
@@ -45,3 +47,5 @@ void inBlocks(std::size_t count,
     });
     errno = error;
 }
+
+} // namespace kelmo

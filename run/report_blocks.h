@@ -6,9 +6,13 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// Has `append(text, i)` append the text of every item 0 <= i < `count` to a block of text and
 /// hands the blocks on in order, one at a time. `append` runs on several threads at once, `handOn`
 /// may run on any of them. Only a few blocks stand in memory at a time.
 void inBlocks(std::size_t count,
               const std::function<void(std::string& text, std::size_t i)>& append,
               const std::function<void(std::string_view block)>& handOn);
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr std::string_view temporaryPrefix = ".kelmo-";
@@ -124,3 +126,5 @@ void removeAbandonedReports(const QString& directory) {
         ::close(descriptor);
     }
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace kelmo {
+
 /// A new file beside the reports, under a name of its own, that commit() renames. Without a commit
 /// it is removed when the object goes; a process that is killed leaves it behind unlocked, for
 /// removeAbandonedReports() of a later run to sweep up.
@@ -41,3 +43,5 @@ class cReportFile {
 /// Removes what killed processes left half-written in the directory; files that a living process is
 /// writing are locked and stay.
 void removeAbandonedReports(const QString& directory);
+
+} // namespace kelmo

@@ -3,7 +3,11 @@
 
 #include <string_view>
 
+namespace kelmo {
+
 inline constexpr std::string_view reportNamespaces =
     R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
     R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
     R"( xmlns="http://kelmo.example/krb/namespaces/PDB")";
+
+} // namespace kelmo

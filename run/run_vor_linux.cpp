@@ -7,6 +7,8 @@
 #include <set>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 // The table-driven criterion has fixed distances (Å); the user's threshold plays no part in it.
@@ -57,23 +59,23 @@ bool cRunVOR::resolve() {
         return false;
     }
     switch (criterion) {
-    case maximumDistance:
+    case eInteractionCriterion::maximumDistance:
         peptide.resolveThresholdContacts(threshold);
         break;
-    case prism:
+    case eInteractionCriterion::prism:
         peptide.resolvePRISMContacts(threshold);
         break;
-    case dovreth:
+    case eInteractionCriterion::dovreth:
         peptide.setAccessibleSurfaceArea(probeRadius, zSlice);
         if (!mayGoOn()) {
             return false;
         }
         peptide.resolveDovrethContacts(threshold, probeRadius, zSlice);
         break;
-    case vorda:
+    case eInteractionCriterion::vorda:
         peptide.resolveHovikKRBContacts(vordaVdwThreshold, vordaSearchDistance, contactRules);
         break;
-    case noCriterion:
+    case eInteractionCriterion::none:
         break;
     }
     return mayGoOn();
@@ -114,3 +116,5 @@ void cRunVOR::writeWhole(QTextStream& stream, const sReportKind& kind) {
     }
     writeBytes(stream, text.view());
 }
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and
 /// stops.
 class cRunVOR : public cAnalysisRun {
@@ -18,7 +20,7 @@ class cRunVOR : public cAnalysisRun {
     explicit cRunVOR(QObject* parent = nullptr);
     ~cRunVOR() override;
 
-    eInteractionCriterion criterion = noCriterion;
+    eInteractionCriterion criterion = eInteractionCriterion::none;
     double threshold = 0.0;   ///< Å for the distance criteria, Å² for the change of area
     double zSlice = 0.0;      ///< slice thickness of the area criterion, Å
     double probeRadius = 0.0; ///< probe of the area criterion, Å
@@ -65,3 +67,5 @@ class cRunVOR : public cAnalysisRun {
     void writeXmlHeader(cXmlWriter& writer, const char* root, const cPdbPeptide& peptide) const;
     void writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) const;
 };
+
+} // namespace kelmo

@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+namespace kelmo {
+
 namespace {
 
 /// Empty when the system does not tell.
@@ -24,3 +26,5 @@ std::vector<std::filesystem::path> shippedDataDirectories() {
     directories.emplace_back(KELMO_INSTALLED_DATA_DIR);
     return directories;
 }
+
+} // namespace kelmo

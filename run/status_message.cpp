@@ -1,8 +1,10 @@
 #include "run/status_message.h"
 
-#include "model/thread_order.h"
+#include "base/thread_order.h"
 
 #include <utility>
+
+namespace kelmo {
 
 cStatusMessage::cStatusMessage() : colour(Qt::black) {}
 
@@ -23,3 +25,5 @@ void registerStatusMessageType() {
         return true;
     }();
 }
+
+} // namespace kelmo

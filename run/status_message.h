@@ -5,6 +5,8 @@
 #include <QMetaType>
 #include <QString>
 
+namespace kelmo {
+
 /// The colour tells the kind: black is progress, yellow a warning, red an error; blue and green are
 /// the window's own start and end.
 class cStatusMessage {
@@ -21,8 +23,10 @@ class cStatusMessage {
     QString text;
 };
 
-Q_DECLARE_METATYPE(cStatusMessage)
-
 /// Lets messages travel to other threads by reference-typed signals; may be called any number of
 /// times.
 void registerStatusMessageType();
+
+} // namespace kelmo
+
+Q_DECLARE_METATYPE(kelmo::cStatusMessage)

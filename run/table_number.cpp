@@ -1,12 +1,14 @@
 #include "run/table_number.h"
 
-#include "xml/number_text.h"
+#include "base/number_text.h"
 
 #include <QByteArray>
 #include <QLocale>
 
 #include <cmath>
 #include <string_view>
+
+namespace kelmo {
 
 namespace {
 
@@ -49,3 +51,5 @@ void appendTableNumber(std::string& text, double value, std::size_t width) {
         appendRightAligned(text, cNumberText(value, digits).view(), width);
     }
 }
+
+} // namespace kelmo

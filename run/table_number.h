@@ -3,6 +3,10 @@
 
 #include <string>
 
+namespace kelmo {
+
 /// Appends the number, right-aligned in `width` characters. Exact ties round away from zero, zero
 /// and not-a-number have no sign: the toolkit's ways, unlike the streams of the XML reports.
 void appendTableNumber(std::string& text, double value, std::size_t width);
+
+} // namespace kelmo

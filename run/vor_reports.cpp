@@ -1,11 +1,13 @@
 // The reports of the interaction module: cRunVOR's XML documents and tables.
 #include "run/run_vor_linux.h"
 
-#include "model/stop_request.h"
+#include "base/stop_request.h"
 #include "run/report_namespaces.h"
 
 #include <iomanip>
 #include <ostream>
+
+namespace kelmo {
 
 namespace {
 
@@ -59,15 +61,15 @@ void forEachResidue(const cPdbPeptide& peptide, Visit visit) {
 
 std::string cRunVOR::getContactTypeString(eContactType type) {
     switch (type) {
-    case hydrophobic:
+    case eContactType::hydrophobic:
         return "Hydrophobic";
-    case polar:
+    case eContactType::polar:
         return "Polar";
-    case ionic:
+    case eContactType::ionic:
         return "Ionic";
-    case vanDerWaals:
+    case eContactType::vanDerWaals:
         return "vanDerWaals";
-    case undefinedContact:
+    case eContactType::undefined:
         break;
     }
     return "Undefined";
@@ -75,15 +77,15 @@ std::string cRunVOR::getContactTypeString(eContactType type) {
 
 std::string cRunVOR::getInteractionCriterionString(eInteractionCriterion criterion) {
     switch (criterion) {
-    case maximumDistance:
+    case eInteractionCriterion::maximumDistance:
         return "MaximumDistance";
-    case prism:
+    case eInteractionCriterion::prism:
         return "PRISM";
-    case dovreth:
+    case eInteractionCriterion::dovreth:
         return "Dovreth";
-    case vorda:
+    case eInteractionCriterion::vorda:
         return "VORDA";
-    case noCriterion:
+    case eInteractionCriterion::none:
         break;
     }
     return "";
@@ -94,13 +96,13 @@ void cRunVOR::writeXmlHeader(cXmlWriter& writer, const char* root,
     writer.writeStart(root + std::string(reportNamespaces), 0);
     writeLeaf(writer, "pdb_id", peptide.name, 2);
     writeLeaf(writer, "radii_filename", radiiFileName, 2);
-    if (criterion == prism) {
+    if (criterion == eInteractionCriterion::prism) {
         writeLeaf(writer, "PRISM_threshold", threshold, 2);
-    } else if (criterion == dovreth) {
+    } else if (criterion == eInteractionCriterion::dovreth) {
         writeLeaf(writer, "TH_delta_asa", threshold, 2);
         writeLeaf(writer, "TH_z_slice", zSlice, 2);
         writeLeaf(writer, "TH_r_solvent", probeRadius, 2);
-    } else if (criterion == maximumDistance) {
+    } else if (criterion == eInteractionCriterion::maximumDistance) {
         writeLeaf(writer, "MD_threshold", threshold, 2);
     }
 }
@@ -148,11 +150,11 @@ void cRunVOR::writeResidueBindingStatusXml(cXmlWriter& writer, cPdbPeptide& pept
 
 void cRunVOR::writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) const {
     out << "pdb_id: " << peptide.name << '\n' << "radii_filename: " << radiiFileName << '\n';
-    if (criterion == prism) {
+    if (criterion == eInteractionCriterion::prism) {
         out << "PRISM_threshold: " << threshold << '\n';
-    } else if (criterion == maximumDistance) {
+    } else if (criterion == eInteractionCriterion::maximumDistance) {
         out << "MD_threshold: " << threshold << '\n';
-    } else if (criterion == dovreth) {
+    } else if (criterion == eInteractionCriterion::dovreth) {
         out << "TH_delta_asa: " << threshold << '\n'
             << "TH_z_slice: " << zSlice << '\n'
             << "TH_r_solvent: " << probeRadius << '\n';
@@ -195,3 +197,5 @@ void cRunVOR::writeResidueBindingStatusTable(std::ostream& out, cPdbPeptide& pep
             << criterionName << '\n';
     });
 }
+
+} // namespace kelmo

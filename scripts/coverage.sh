@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # How much of the engine its tests reach. Installs what is missing, builds preset coverage, runs the
-# tests of model/, geometry/, contacts/, xml/ and run/, prints a table for each room and ends with an
+# tests of base/, model/, input/, geometry/, contacts/, xml/ and run/, prints a table for each room and ends with an
 # error when less than 95 % of the lines or 85 % of the branches were reached.
 #
 # Branches that the compiler makes only for exceptions, and such as cannot be reached at all, are
@@ -10,7 +10,7 @@
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 cd "$root"
-rooms=(model geometry contacts xml run)
+rooms=(base model input geometry contacts xml run)
 lines=95
 branches=85
 

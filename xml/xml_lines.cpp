@@ -1,8 +1,10 @@
 #include "xml/xml_lines.h"
 
-#include "xml/number_text.h"
+#include "base/number_text.h"
 
 #include <algorithm>
+
+namespace kelmo {
 
 namespace {
 
@@ -40,3 +42,5 @@ void appendXmlElement(std::string& text, std::string_view name, std::string_view
 void appendXmlElement(std::string& text, std::string_view name, double value, int indent) {
     appendXmlElement(text, name, cNumberText(value, defaultPrecision).view(), indent);
 }
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 // Nothing is escaped. A negative indentation is none.
 
 /// `indent` blanks, the name between angle brackets, a line end.
@@ -14,3 +16,5 @@ void appendXmlEnd(std::string& text, std::string_view name, int indent, bool new
 void appendXmlElement(std::string& text, std::string_view name, std::string_view value, int indent);
 /// A number as a stream writes it by default: six significant digits.
 void appendXmlElement(std::string& text, std::string_view name, double value, int indent);
+
+} // namespace kelmo

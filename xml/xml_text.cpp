@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace kelmo {
+
 namespace {
 
 /// Takes one UTF-8 character off the front of the text; nothing when it is not well-formed.
@@ -98,3 +100,5 @@ std::string escapedXmlText(std::string_view text) {
     }
     return out;
 }
+
+} // namespace kelmo

@@ -4,7 +4,11 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// The text with markup escaped and everything outside ASCII as character references: code points
 /// when the text is valid UTF-8, byte values otherwise. What XML 1.0 does not allow at all (control
 /// characters but the tab) becomes "?".
 std::string escapedXmlText(std::string_view text);
+
+} // namespace kelmo

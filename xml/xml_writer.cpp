@@ -5,6 +5,8 @@
 #include <ios>
 #include <locale>
 
+namespace kelmo {
+
 cXmlWriter::cXmlWriter(const char* fileName) : std::ofstream(fileName) {
     if (is_open()) {
         writeStart(R"(?xml version="1.0" encoding="us-ascii"?)", 0);
@@ -46,3 +48,5 @@ void cXmlWriter::writeStartTag(std::string_view name, int indent) {
     writeText(name);
     writeText(">");
 }
+
+} // namespace kelmo

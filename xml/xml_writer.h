@@ -5,6 +5,8 @@
 #include <string_view>
 #include <type_traits>
 
+namespace kelmo {
+
 /// Keeps no stack of open elements and escapes nothing: the order of the tags and well-formed text
 /// are the caller's. Everything written with `<<` goes to the same file. Lines end in one line feed
 /// and are not flushed one by one. Closing sets the fail state when the file could not be
@@ -43,3 +45,5 @@ class cXmlWriter : public std::ofstream {
     void writeNumber(std::string_view name, double value, int indent);
     void writeStartTag(std::string_view name, int indent);
 };
+
+} // namespace kelmo

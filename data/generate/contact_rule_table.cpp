@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// What one heavy atom can take part in.
@@ -151,3 +153,5 @@ void writeContactRules(std::ostream& out) {
         }
     }
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <iostream>
 
+namespace kelmo {
+
 namespace {
 
 /// Exit status 0 when the table was written, 1 otherwise.
@@ -19,6 +21,10 @@ int writeTable(std::ostream& out) {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char** argv) {
     if (argc > 2) {

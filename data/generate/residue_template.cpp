@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace kelmo {
+
 namespace {
 
 double cosineOfDegrees(double angle) {
@@ -293,3 +295,5 @@ std::vector<std::string> bondedAtoms(const sResidueTemplate& residue, const std:
     }
     return partners;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 /// One side-chain atom, placed from three atoms of its residue that stand before it.
 struct sSideChainAtom {
     std::string name;
@@ -54,3 +56,5 @@ std::vector<std::string> heavyAtomNames(const sResidueTemplate& residue);
 
 /// Names of the heavy atoms of the same residue that `atom` is bonded to.
 std::vector<std::string> bondedAtoms(const sResidueTemplate& residue, const std::string& atom);
+
+} // namespace kelmo

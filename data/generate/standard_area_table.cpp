@@ -10,6 +10,8 @@
 #include <set>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double probeRadius = 1.4; // Å, water
@@ -50,3 +52,5 @@ std::string writeStandardAreas(std::ostream& out, const std::map<std::string, do
     }
     return {};
 }
+
+} // namespace kelmo

@@ -5,8 +5,12 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 /// Writes the standard-area table (name, total, backbone, side chain, non-polar, polar in Å²,
 /// comment lines first) of the middle residues of Ala-X-Ala, with a probe of 1.4 Å and slices of
 /// 0.05 Å. `radii` maps residue name + "_" + atom name to Å. Returns the first key that `radii`
 /// lacks, and then the table is incomplete; an empty text when all went well.
 std::string writeStandardAreas(std::ostream& out, const std::map<std::string, double>& radii);
+
+} // namespace kelmo

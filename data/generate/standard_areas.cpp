@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 /// Exit status 0 when the table was written, 1 otherwise.
@@ -26,6 +28,10 @@ int writeTable(std::ostream& out, const std::map<std::string, double>& radii) {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char** argv) {
     if (argc != 2 && argc != 3) {

@@ -11,6 +11,8 @@
 #include <numbers>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// Psi of the antiparallel pleated sheet and omega of a trans peptide bond, degrees.
@@ -173,3 +175,5 @@ std::string tripeptidePdb(const std::string& middle) {
     }
     return text + "END\n";
 }
+
+} // namespace kelmo

@@ -16,6 +16,8 @@
 
 #include <cmath>
 
+namespace kelmo {
+
 const sModuleNames kevNames = {"listWidgetKEVFileListDisplay",
                                "textBrowserKEVDisplay",
                                "pushButtonKEVRUN",
@@ -296,3 +298,5 @@ void prepareVor(const QObject& window, const QStringList& files, const QString& 
     setText(window, "lineEditVORRadiiFile", radii);
     setText(window, vorNames.outputDirectory, outputDirectory);
 }
+
+} // namespace kelmo

@@ -26,6 +26,8 @@
 class QDialog;
 class QFileDialog;
 
+namespace kelmo {
+
 /// An empty directory that is the working directory while this lives.
 class cWorkingDirectory {
   public:
@@ -150,3 +152,5 @@ void prepareKev(const QObject& window, const QStringList& files, const QString& 
                 const QString& outputDirectory);
 void prepareVor(const QObject& window, const QStringList& files, const QString& radii,
                 const QString& outputDirectory);
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <csignal>
 #include <sys/resource.h>
 
+namespace kelmo {
+
 class cConfigurationTest : public QObject {
     Q_OBJECT
 
@@ -273,5 +275,7 @@ void cConfigurationTest::tablesAreChosen() {
     QCOMPARE(clickAndChoose(*window, button, {}).directory, place->path());
 }
 
-QTEST_MAIN(cConfigurationTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cConfigurationTest)
 #include "configuration_test.moc"

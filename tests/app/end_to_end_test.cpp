@@ -13,6 +13,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+namespace kelmo {
+
 class cEndToEndTest : public QObject {
     Q_OBJECT
   public:
@@ -322,6 +324,10 @@ void cEndToEndTest::installedProgramFindsItsTables() {
     QCOMPARE(QFileInfo(QString::fromUtf8(lines.value(15))).canonicalFilePath(),
              QFileInfo(prefix + "/share/kelmo/protor.radii").canonicalFilePath());
 }
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char* argv[]) {
     cXDisplay display;

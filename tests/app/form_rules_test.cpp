@@ -6,6 +6,8 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 
+namespace kelmo {
+
 class cFormRulesTest : public QObject {
     Q_OBJECT
 
@@ -181,5 +183,7 @@ void cFormRulesTest::reprogrammingIsNotRemembered() {
     QCOMPARE(threshold(), 0.5);
 }
 
-QTEST_MAIN(cFormRulesTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cFormRulesTest)
 #include "form_rules_test.moc"

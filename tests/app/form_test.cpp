@@ -25,6 +25,8 @@
 #include <QTabWidget>
 #include <QToolButton>
 
+namespace kelmo {
+
 class cFormTest : public QObject {
     Q_OBJECT
 
@@ -563,5 +565,7 @@ void cFormTest::guideNamesWhatIsInTheForm() {
     QVERIFY(named > 30);
 }
 
-QTEST_MAIN(cFormTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cFormTest)
 #include "form_test.moc"

@@ -15,6 +15,8 @@
 #include <QTabWidget>
 #include <QUrl>
 
+namespace kelmo {
+
 class cInputFilesTest : public QObject {
     Q_OBJECT
 
@@ -385,5 +387,7 @@ void cInputFilesTest::filesWithReportsOfTheSameNameAreMarked() {
     QCOMPARE(list().item(2)->toolTip(), QStringLiteral("/e/2abc.pdb"));
 }
 
-QTEST_MAIN(cInputFilesTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cInputFilesTest)
 #include "input_files_test.moc"

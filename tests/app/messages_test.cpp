@@ -13,6 +13,8 @@
 
 #include <QFile>
 
+namespace kelmo {
+
 class cMessagesTest : public QObject {
     Q_OBJECT
 
@@ -340,5 +342,7 @@ void cMessagesTest::hundredThousandMessagesAreShownInTime() {
     QVERIFY(kevLog().document()->blockCount() <= keptParagraphs);
 }
 
-QTEST_MAIN(cMessagesTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cMessagesTest)
 #include "messages_test.moc"

@@ -15,6 +15,10 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 class cRunControlTest : public QObject {
     Q_OBJECT
 
@@ -454,13 +458,13 @@ void cRunControlTest::vorRunWritesWhatTheWorkerWrites() {
     worker.contactRules = tableFrom<contactMap>(dataPath("aa_contacts.txt"), readContactRules);
     worker.xmlOutput = true;
     worker.tableOutput = true;
-    worker.writeContacts = criterion != dovreth;
+    worker.writeContacts = criterion != static_cast<int>(dovreth);
     worker.writeBindingResidues = true;
     worker.writeBindingStatus = true;
     worker.start();
     QVERIFY(worker.awaitEnd(QDeadlineTimer(60'000)));
     const auto reports = reportsIn(place->path("window"));
-    QCOMPARE(reports.size(), criterion == dovreth ? 8U : 12U);
+    QCOMPARE(reports.size(), criterion == static_cast<int>(dovreth) ? 8U : 12U);
     QVERIFY(reports == reportsIn(place->path("worker")));
 }
 
@@ -568,5 +572,7 @@ void cRunControlTest::modulesRunSideBySide() {
     QVERIFY(reports.count("a_STAMP_bound.tbl") == 1 && reports.count("a_STAMP_contacts.tbl") == 1);
 }
 
-QTEST_MAIN(cRunControlTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cRunControlTest)
 #include "run_control_test.moc"

@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QProgressBar>
 
+namespace kelmo {
+
 class cRunProgressTest : public QObject {
     Q_OBJECT
 
@@ -99,5 +101,7 @@ void cRunProgressTest::pathsThatLookLikeMessagesAreShownWhole() {
     QCOMPARE(progress.currentFile(), QStringLiteral("/odd of peptide from x...pdb"));
 }
 
-QTEST_MAIN(cRunProgressTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cRunProgressTest)
 #include "run_progress_test.moc"

@@ -16,6 +16,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 class cSettingsTest : public QObject {
     Q_OBJECT
 
@@ -409,5 +411,7 @@ void cSettingsTest::documentedExamplesAreWhatTheWindowWrites() {
     QCOMPARE(vorFile(), blocks[1]);
 }
 
-QTEST_MAIN(cSettingsTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cSettingsTest)
 #include "settings_test.moc"

@@ -16,6 +16,8 @@
 
 #include <ctime>
 
+namespace kelmo {
+
 class cStopTest : public QObject {
     Q_OBJECT
 
@@ -343,5 +345,7 @@ void cStopTest::windowAnswersDuringALongRun() {
              QStringLiteral("Finished: %1 of %1 files").arg(files));
 }
 
-QTEST_MAIN(cStopTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cStopTest)
 #include "stop_test.moc"

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTabWidget>
 
+namespace kelmo {
+
 namespace {
 
 QPalette darkPalette() {
@@ -98,6 +100,10 @@ bool takeAll(const QString& target) {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);

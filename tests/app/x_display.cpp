@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr int patience = 30'000; // ms
@@ -81,3 +83,5 @@ void cXDisplay::press(const QStringList& keys) {
 void cXDisplay::type(const QString& text) {
     run({"type", "--delay", "5", text});
 }
+
+} // namespace kelmo

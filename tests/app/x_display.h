@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace kelmo {
+
 /// An Xvfb of its own on a free display, and the keys that a user types there. Not started yet
 /// after construction.
 class cXDisplay {
@@ -29,3 +31,5 @@ class cXDisplay {
     QProcess server;
     QString display;
 };
+
+} // namespace kelmo

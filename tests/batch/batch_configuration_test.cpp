@@ -9,6 +9,8 @@
 #include <random>
 #include <sstream>
 
+namespace kelmo {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -249,3 +251,5 @@ TEST_F(BatchConfiguration, PathsKeepBytesThatAreNoUtf8) {
     EXPECT_EQ(valueOf(configuration, "hydro_file"), "f\xfcr.hpb");
     EXPECT_EQ(pathToBytes(configuration.find("hydro_file")->path()), "f\xfcr.hpb");
 }
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include <set>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 class BatchDocumentation : public cBatchFixture {
@@ -113,3 +115,5 @@ TEST_F(BatchDocumentation, EveryDocumentedKeyIsTaken) {
     EXPECT_EQ(expectKeysAreTaken("kev", text.substr(0, vorBegins)), 18U);
     EXPECT_EQ(expectKeysAreTaken("vor", text.substr(vorBegins)), 12U);
 }
+
+} // namespace kelmo

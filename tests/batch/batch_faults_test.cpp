@@ -8,6 +8,8 @@
 #include <cstring>
 #include <set>
 
+namespace kelmo {
+
 namespace {
 
 struct sFault {
@@ -212,3 +214,5 @@ TEST_F(BatchFaults, FileThatCannotBeReadToItsEndFails) {
         EXPECT_EQ(reports().size(), 6U);
     }
 }
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 class cBatchFixture : public testing::Test {
   protected:
     cBatchFixture() { directory.makeDirectory("out"); }
@@ -49,3 +51,5 @@ class cBatchFixture : public testing::Test {
 inline bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
+
+} // namespace kelmo

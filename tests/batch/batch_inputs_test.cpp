@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 class BatchInputs : public cBatchFixture {};
@@ -237,3 +239,5 @@ TEST_F(BatchInputs, StampIsTheTimeOfTheStartUnlessGiven) {
         EXPECT_EQ(name.substr(5, 12), stamp) << "one stamp for the whole run";
     }
 }
+
+} // namespace kelmo

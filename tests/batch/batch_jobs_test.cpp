@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 /// A thread checker may have a thread of its own in the program.
@@ -157,3 +159,5 @@ TEST_F(BatchJobs, MoreJobsThanFilesHelpWithinAFile) {
     EXPECT_GE(threads, 2U);
     EXPECT_LE(threads, 2U + checkersThreads);
 }
+
+} // namespace kelmo

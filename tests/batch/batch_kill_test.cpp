@@ -7,6 +7,8 @@
 #include <random>
 #include <thread>
 
+namespace kelmo {
+
 namespace {
 
 class BatchKill : public cBatchFixture {
@@ -80,3 +82,5 @@ TEST_F(BatchKill, StructureRunsLoseNothing) {
 TEST_F(BatchKill, InteractionRunsLoseNothing) {
     expectKillsLoseNothing("vor");
 }
+
+} // namespace kelmo

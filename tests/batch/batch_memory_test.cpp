@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <thread>
 
+namespace kelmo {
+
 namespace {
 
 std::string atomLine(int number, double x) {
@@ -158,3 +160,5 @@ TEST_F(BatchMemory, FilesThatFailedBesideATooLargeOneAreMadeUpForByResuming) {
     EXPECT_TRUE(resumed.err.ends_with(", 1 failed, 0 reports missing\n")) << resumed.err;
     expectReportsOfSmallFiles();
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace kelmo {
+
 namespace {
 
 sOptions parsed(std::vector<std::string> arguments) {
@@ -207,3 +209,5 @@ TEST(BatchProgram, UsageErrorsExitWithTwoAndSayWhereToLook) {
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err, "Unknown option --colour\nkelmo-batch --help lists the options.\n");
 }
+
+} // namespace kelmo

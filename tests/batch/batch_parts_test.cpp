@@ -12,6 +12,8 @@
 
 #include <csignal>
 
+namespace kelmo {
+
 namespace {
 
 QStringList warningsFor(const cInputPaths& paths) {
@@ -119,7 +121,7 @@ TEST(Summary, CountsAndNamesInTheOrderOfTheFiles) {
     EXPECT_EQ(messages[2].text, "Failed: c?d");
     EXPECT_EQ(messages[3].text, "2 of 3 files analysed, 1 failed, 2 reports missing");
     EXPECT_EQ(messages[3].colour, QColor(Qt::red));
-    EXPECT_EQ(exitStatus(result), 1);
+    EXPECT_EQ(static_cast<int>(exitStatus(result)), 1);
 }
 
 TEST(Summary, OfARunWithoutFaultIsBlack) {
@@ -128,27 +130,27 @@ TEST(Summary, OfARunWithoutFaultIsBlack) {
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_EQ(messages[0].text, "1 of 1 file analysed, 0 failed, 0 reports missing");
     EXPECT_EQ(messages[0].colour, QColor(Qt::black));
-    EXPECT_EQ(exitStatus(result), 0);
+    EXPECT_EQ(static_cast<int>(exitStatus(result)), 0);
 }
 
 TEST(Summary, OfAResumedRunCountsTheFilesTakenOver) {
     const sBatchResult result{5, 2, 3, 0, {}};
     EXPECT_EQ(summaryMessages({"a", "b", "c", "d", "e"}, result, true).back().text,
               "2 of 5 files analysed, 3 taken over, 0 failed, 0 reports missing");
-    EXPECT_EQ(exitStatus(result), 0);
+    EXPECT_EQ(static_cast<int>(exitStatus(result)), 0);
     EXPECT_EQ(summaryMessages({"a"}, {1, 1, 0, 0, {}}, true).back().text,
               "1 of 1 file analysed, 0 taken over, 0 failed, 0 reports missing");
 }
 
 TEST(Summary, MissingReportAloneIsAFailure) {
-    EXPECT_EQ(exitStatus({1, 1, 0, 0, {{0, false, {"a.xml"}}}}), 1);
+    EXPECT_EQ(static_cast<int>(exitStatus({1, 1, 0, 0, {{0, false, {"a.xml"}}}})), 1);
 }
 
 TEST(Summary, OfAStoppedRunSaysSo) {
     const sBatchResult result{3, 1, 0, 1, {{2, true, {}}}};
     EXPECT_EQ(summaryMessages({"a", "b", "c"}, result, false).back().text,
               "Stopped: 1 of 3 files analysed, 1 failed, 0 reports missing");
-    EXPECT_EQ(exitStatus(result), 130);
+    EXPECT_EQ(static_cast<int>(exitStatus(result)), 130);
 }
 
 TEST(StopSignal, FirstSignalRaisesTheFlagAndTheHandlerGoesWithTheObject) {
@@ -191,3 +193,5 @@ TEST(ShippedData, TestsRunInTheBuildTreeAndUseItsSources) {
     EXPECT_EQ(shippedDataDirectories().size(), 3U);
     EXPECT_TRUE(shippedTable("protor.radii").endsWith("/data/protor.radii"));
 }
+
+} // namespace kelmo

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr int startFailed = 127;
@@ -194,3 +196,5 @@ std::filesystem::path batchProgram() {
 std::filesystem::path samplePath(const std::string& code) {
     return std::filesystem::path(KELMO_SOURCE_DIR) / "data" / "samples" / (code + ".pdb");
 }
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 
 #include <sys/types.h>
 
+namespace kelmo {
+
 struct sProcessManner {
     std::filesystem::path directory = ".";          ///< the current directory of the process
     std::map<std::string, std::string> environment; ///< added to the test's own
@@ -70,3 +72,5 @@ sProcessOutcome runBatch(const std::vector<std::string>& arguments,
 std::filesystem::path batchProgram();
 /// A file of data/samples, such as "1ubq".
 std::filesystem::path samplePath(const std::string& code);
+
+} // namespace kelmo

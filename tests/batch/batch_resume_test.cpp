@@ -5,6 +5,8 @@
 #include <chrono>
 #include <csignal>
 
+namespace kelmo {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -233,3 +235,5 @@ TEST_F(BatchResume, InterruptedRunIsCompleted) {
     EXPECT_FALSE(contains(outcome.err, "\n0 of 24 files analysed, ")) << outcome.err;
     EXPECT_TRUE(reports() == filesIn(directory.path() / "whole"));
 }
+
+} // namespace kelmo

@@ -3,6 +3,8 @@
 #include "tests/batch/batch_fixture.h"
 #include "tests/support/comma_locale.h"
 
+namespace kelmo {
+
 namespace {
 
 using cNames = std::vector<std::string>;
@@ -476,3 +478,5 @@ TEST_F(VorSettings, DecimalCommaOfTheUserChangesNothing) {
         EXPECT_EQ(reportsOf(module, withComma), usual) << module;
     }
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <csignal>
 
+namespace kelmo {
+
 namespace {
 
 class BatchStop : public cBatchFixture {
@@ -114,3 +116,5 @@ TEST_F(BatchStop, NextRunRemovesWhatAKilledOneLeft) {
         EXPECT_FALSE(name.starts_with('.')) << name;
     }
 }
+
+} // namespace kelmo

@@ -1,6 +1,8 @@
 // What the surroundings of kelmo-batch may lack: standard streams, readers, threads.
 #include "tests/batch/batch_fixture.h"
 
+namespace kelmo {
+
 namespace {
 
 class BatchSurroundings : public cBatchFixture {
@@ -90,3 +92,5 @@ TEST_F(BatchSurroundings, FewerThreadsThanJobsAreSaidAndEnough) {
     EXPECT_TRUE(outcome.err.starts_with("The system allows no more than ")) << outcome.err;
     expectAllReportsWhole();
 }
+
+} // namespace kelmo

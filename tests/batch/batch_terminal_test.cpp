@@ -3,6 +3,8 @@
 
 #include <QRegularExpression>
 
+namespace kelmo {
+
 namespace {
 
 class BatchTerminal : public cBatchFixture {
@@ -117,3 +119,5 @@ TEST_F(BatchTerminal, BarIsClearedWhenTheRunIsStopped) {
     ASSERT_NE(summary, std::string::npos) << outcome.err;
     EXPECT_EQ(outcome.err.substr(summary - cleared.size(), cleared.size()), cleared);
 }
+
+} // namespace kelmo

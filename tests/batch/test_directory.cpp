@@ -8,6 +8,8 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace kelmo {
+
 namespace fs = std::filesystem;
 
 cTestDirectory::cTestDirectory() {
@@ -75,3 +77,5 @@ std::vector<std::string> fencedBlocks(const fs::path& page, const std::string& l
     }
     return blocks;
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// An empty directory that goes away with the object.
 class cTestDirectory {
   public:
@@ -36,3 +38,5 @@ std::map<std::string, std::string> filesIn(const std::filesystem::path& director
 /// any language for "".
 std::vector<std::string> fencedBlocks(const std::filesystem::path& page,
                                       const std::string& language);
+
+} // namespace kelmo

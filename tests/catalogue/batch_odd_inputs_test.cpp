@@ -8,6 +8,8 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
 namespace {
 
 constexpr std::size_t megabyte = 1U << 20U;
@@ -149,3 +151,5 @@ TEST_F(BatchOddInputs, FileThatOpensButCannotBeReadSaysWhy) {
         outcome.err.starts_with("Could not read PDB file /proc/self/mem: Input/output error\n"))
         << outcome.err;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace kelmo {
+
 namespace {
 
 constexpr const char* oddNames[] = {"with blank",
@@ -131,3 +133,5 @@ TEST_F(BatchLongPaths, NameThatIsAllSuffixGivesReportsWithoutAName) {
     EXPECT_EQ(run("kev", {"--quiet", ".pdb"}).exitStatus, 0);
     EXPECT_EQ(reports().count("_200703141530_bound.xml"), 1U);
 }
+
+} // namespace kelmo

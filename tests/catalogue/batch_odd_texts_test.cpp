@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 using namespace std::string_literals;
 
 namespace {
@@ -292,3 +294,5 @@ TEST_F(BatchOddTexts, ListThroughANamedPipeIsReadWhileSomebodyWrites) {
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_TRUE(contains(outcome.err, "2 of 2 files analysed")) << outcome.err;
 }
+
+} // namespace kelmo

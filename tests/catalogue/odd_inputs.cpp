@@ -1,6 +1,6 @@
 #include "tests/catalogue/odd_inputs.h"
 
-#include "tests/model/pdb_lines.h"
+#include "tests/input/pdb_lines.h"
 
 #include <array>
 #include <cmath>
@@ -10,6 +10,8 @@
 #include <random>
 #include <string_view>
 #include <utility>
+
+namespace kelmo {
 
 using namespace std::string_literals;
 
@@ -362,3 +364,5 @@ void writeCloud(std::ostream& out, std::size_t residues, double atomVolume) {
         }
     }
 }
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// One odd file and its outcome. A file with a faulty line or without atoms is refused; every other
 /// one is analysed by every attribute and criterion.
 struct sOddInput {
@@ -31,3 +33,5 @@ std::string utf16(const std::string& text);
 /// Writes a protein-like cloud in chains A and B: so many residues of ten atoms, about one atom per
 /// `atomVolume` Å³. The same arguments give the same bytes.
 void writeCloud(std::ostream& out, std::size_t residues, double atomVolume);
+
+} // namespace kelmo

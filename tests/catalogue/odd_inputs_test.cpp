@@ -1,6 +1,6 @@
 // Every file of the catalogue through the reader and through both workers with everything on.
 #include "tests/catalogue/odd_inputs.h"
-#include "tests/model/pdb_lines.h"
+#include "tests/input/pdb_lines.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/xml/scratch_directory.h"
@@ -10,6 +10,10 @@
 #include <algorithm>
 #include <cctype>
 #include <ostream>
+
+namespace kelmo {
+
+using enum eInteractionCriterion;
 
 /// What the test programs show of a parameter.
 static void PrintTo(const sOddInput& input, std::ostream* out) {
@@ -150,10 +154,13 @@ TEST_P(OddInput, GetsInteractionReportsOrAMessage) {
         cRunVOR run;
         switchEverythingOn(run, criterion);
         run.outputDirectory = outputDirectory;
-        SCOPED_TRACE(criterion);
-        expectOutcome(run, QString::number(criterion), expectedMessages("contacts", unknown));
+        SCOPED_TRACE(static_cast<int>(criterion));
+        expectOutcome(run, QString::number(static_cast<int>(criterion)),
+                      expectedMessages("contacts", unknown));
     }
     expectReports(std::size(criteria) * 6, false);
 }
 
 INSTANTIATE_TEST_SUITE_P(Catalogue, OddInput, testing::ValuesIn(oddInputs()), testName);
+
+} // namespace kelmo

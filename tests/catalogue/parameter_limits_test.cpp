@@ -10,6 +10,10 @@
 #include <sstream>
 #include <tuple>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 constexpr double finestSlice = 0.01; // kelmo-batch; the window's is 0.1
@@ -140,3 +144,5 @@ TEST_P(ParameterLimits, ThresholdsOfTheCriteria) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Random, ParameterLimits, testing::Range(1U, 6U));
+
+} // namespace kelmo

@@ -17,6 +17,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 /// While it exists, permissions count for this thread, even the superuser's: giving up the
@@ -102,3 +104,5 @@ TEST_F(UnreadableFile, IsNoTable) {
     EXPECT_THROW(loadHydrophobicity(setting), cUsageError);
     EXPECT_THROW(loadContactRules(setting), cUsageError);
 }
+
+} // namespace kelmo

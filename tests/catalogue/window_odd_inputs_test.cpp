@@ -16,6 +16,8 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
 namespace fs = std::filesystem;
 
 class cWindowOddInputsTest : public QObject {
@@ -346,5 +348,7 @@ void cWindowOddInputsTest::namesOfAMegabyteAreReported() {
     QVERIFY(text.contains(QStringLiteral(" more characters)")));
 }
 
-QTEST_MAIN(cWindowOddInputsTest)
+} // namespace kelmo
+
+QTEST_MAIN(kelmo::cWindowOddInputsTest)
 #include "window_odd_inputs_test.moc"

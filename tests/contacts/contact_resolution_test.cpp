@@ -1,7 +1,7 @@
 // Which residues the four criteria find, against closed cases and against all pairs one by one.
+#include "base/stop_request.h"
 #include "contacts/residue_contact.h"
 #include "model/pdb_peptide.h"
-#include "model/stop_request.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +14,11 @@
 #include <random>
 #include <sstream>
 #include <tuple>
+
+namespace kelmo {
+
+using enum eInteractionCriterion;
+using enum eContactType;
 
 namespace {
 
@@ -299,7 +304,7 @@ std::vector<sSearch> searchesOf(const contactMap& rules) {
             {vorda, 6.0, -9.0, &rules},
             {vorda, -9.0, 1.125, &rules},
             {vorda, 0.0, 3.0, &rules},
-            {noCriterion, 5.0, 1.0, &rules},
+            {none, 5.0, 1.0, &rules},
             {dovreth, 5.0, 1.0, &rules}};
 }
 
@@ -641,7 +646,7 @@ TEST(ContactResolution, ContactsAreAddedToThoseOfTheListAndSortedWithThem) {
 
 TEST(ContactResolution, OtherCriteriaFindNothingButSort) {
     for (const eInteractionCriterion criterion :
-         {noCriterion, dovreth, static_cast<eInteractionCriterion>(5)}) {
+         {none, dovreth, static_cast<eInteractionCriterion>(5)}) {
         cPdbPeptide peptide = twoResidues(3.0);
         peptide.contacts.emplace_back("Z", "1", "ALA", "A", "1", "ALA", prism);
         peptide.contacts.emplace_back("A", "1", "ALA", "B", "2", "ALA", prism);
@@ -678,7 +683,8 @@ TEST(ContactResolution, SearchEqualsTheSearchPairByPairOnProteins) {
         for (const sSearch& search :
              {sSearch{maximumDistance, 4.5, 0.0, nullptr}, sSearch{prism, 0.5, 0.0, nullptr},
               sSearch{vorda, 6.0, 1.125, &rules}, sSearch{vorda, 6.0, -9.0, &rules}}) {
-            SCOPED_TRACE(name + " by criterion " + std::to_string(search.criterion));
+            SCOPED_TRACE(name + " by criterion " +
+                         std::to_string(static_cast<int>(search.criterion)));
             records += expectSameAsPairByPair(peptide, search);
         }
         EXPECT_GT(records, 300U) << name;
@@ -692,7 +698,7 @@ TEST(ContactResolution, SearchEqualsTheSearchPairByPairOnRandomStructures) {
         const cPdbPeptide peptide = read(randomText(seed), sampleRadii());
         for (const sSearch& search : searchesOf(rules)) {
             SCOPED_TRACE("seed " + std::to_string(seed) + ", criterion " +
-                         std::to_string(search.criterion) + ", search value " +
+                         std::to_string(static_cast<int>(search.criterion)) + ", search value " +
                          std::to_string(search.searchValue));
             records += expectSameAsPairByPair(peptide, search);
         }
@@ -832,9 +838,11 @@ TEST(ContactStop, EveryResidueAndEverySortingIsAStopsOpportunity) {
         // Every residue is one, except for the last chain's, and so are the chains and the sorting.
         const auto residues =
             static_cast<int>(peptide.residues.size() - peptide.chains.back().residueCount);
-        EXPECT_GT(questions, residues + static_cast<int>(peptide.chains.size())) << criterion;
+        EXPECT_GT(questions, residues + static_cast<int>(peptide.chains.size()))
+            << static_cast<int>(criterion);
         for (const int question : {1, questions / 2, questions}) {
-            EXPECT_THROW(resolve(question), sStopped) << criterion << ' ' << question;
+            EXPECT_THROW(resolve(question), sStopped)
+                << static_cast<int>(criterion) << ' ' << question;
         }
     }
 }
@@ -860,6 +868,8 @@ TEST(ContactStop, IsHeededBetweenTwoHugeResidues) {
         const cStopRequest request([&] { return ++questions == atoms; });
         const double searchValue = criterion == prism ? 2.5 : 5.9;
         EXPECT_THROW(searched.resolveContacts(criterion, searchValue, -9.0, &rules), sStopped)
-            << criterion;
+            << static_cast<int>(criterion);
     }
 }
+
+} // namespace kelmo

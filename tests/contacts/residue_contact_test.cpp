@@ -13,6 +13,11 @@
 #include <stdexcept>
 #include <type_traits>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+using enum eContactType;
+
 namespace {
 
 cResidueContact contactOf(const std::string& chain1, const std::string& number1,
@@ -84,7 +89,7 @@ TEST(ResidueContact, DefaultContactIsEmpty) {
     EXPECT_EQ(contact.chain1 + contact.residueNumber1 + contact.residueName1, "");
     EXPECT_EQ(contact.chain2 + contact.residueNumber2 + contact.residueName2, "");
     EXPECT_TRUE(contact.contactTypes.empty());
-    EXPECT_EQ(contact.criterion, noCriterion);
+    EXPECT_EQ(contact.criterion, none);
 }
 
 TEST(ResidueContact, ConstructorsTakeChainNumberAndNameOfEachResidue) {
@@ -332,15 +337,15 @@ TEST(ContactTable, CarriageReturnsDoNotHarm) {
 TEST(ContactTable, LineWithoutItsTypeColumnsHasTypeZero) {
     const contactMap map = readTable(header + saltBridge.substr(0, 35) + "\n");
     ASSERT_EQ(map.at("ARG_ASP").size(), 1U);
-    EXPECT_EQ(map.at("ARG_ASP").front().contactType, undefinedContact);
+    EXPECT_EQ(map.at("ARG_ASP").front().contactType, undefined);
     EXPECT_EQ(map.at("ARG_ASP").front().maxDistance, 4.0);
 }
 
 TEST(ContactTable, TypesOutsideTheEnumerationAreKept) {
     EXPECT_EQ(readTable(header + saltBridge.substr(0, 35) + "9999\n").at("ARG_ASP")[0].contactType,
-              9999);
+              static_cast<eContactType>(9999));
     EXPECT_EQ(readTable(header + saltBridge.substr(0, 35) + " -12\n").at("ARG_ASP")[0].contactType,
-              -12);
+              static_cast<eContactType>(-12));
 }
 
 TEST(ContactTable, ColumnsBehindTheTypeAreIgnored) {
@@ -392,7 +397,7 @@ TEST(ContactTable, UnreadableNumbersAreZero) {
     EXPECT_EQ(rule.atomIndex1, 0U);
     EXPECT_EQ(rule.atomIndex2, 0U);
     EXPECT_EQ(rule.maxDistance, 0.0);
-    EXPECT_EQ(rule.contactType, undefinedContact);
+    EXPECT_EQ(rule.contactType, undefined);
 }
 
 TEST(ContactTable, NumbersEndAtTheFirstForeignCharacter) {
@@ -532,3 +537,5 @@ TEST_F(ContactRules, ResidueWithoutAtomsFormsNoContact) {
     EXPECT_FALSE(doTheyFormContact(
         *arg, *bare, contactMap{{"ARG_ASP", {ruleOf("ALL", 0, "ALL", 0, 99.0, polar)}}}, types));
 }
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 const std::string tableDirectory = std::string(KELMO_SOURCE_DIR) + "/data/";
@@ -389,3 +391,5 @@ TEST(Samples, LoadWithTheirCodesChainsAndMetals) {
         }
     }
 }
+
+} // namespace kelmo

@@ -24,6 +24,10 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
+using enum eContactType;
+
 namespace {
 
 const std::string tableDirectory = std::string(KELMO_SOURCE_DIR) + "/data/";
@@ -569,3 +573,5 @@ TEST(ContactRules, LeaveTheFirstNitrogenOfAChainOut) {
     EXPECT_TRUE(doTheyFormContact(peptide.residues[2], peptide.residues[0], ruleMap(), types));
     EXPECT_EQ(types, std::set<eContactType>{polar});
 }
+
+} // namespace kelmo

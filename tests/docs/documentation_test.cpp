@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -172,3 +174,5 @@ TEST(Documentation, LinksLeadToFilesOfTheProject) {
     }
     EXPECT_GT(links, 5U);
 }
+
+} // namespace kelmo

@@ -21,6 +21,10 @@
 #include <sstream>
 #include <utility>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 using tReports = std::map<std::string, std::string>;
@@ -233,3 +237,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     analyseInteractions(analysis, analyses, structure, isRead ? &peptide : nullptr);
     return 0;
 }
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <sstream>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// The file that every input is written to in turn.
@@ -159,3 +161,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     return 0;
 }
+
+} // namespace kelmo

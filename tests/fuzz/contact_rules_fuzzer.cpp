@@ -10,6 +10,8 @@
 #include <sstream>
 #include <stdexcept>
 
+namespace kelmo {
+
 namespace {
 
 /// A few residues around a place where the chains of a sample touch.
@@ -30,7 +32,8 @@ struct sComplex {
 bool isSameRule(const sResidueAtomContact& rule, const reference::sContactRule& expected) {
     return rule.atomName1 == expected.atomName1 && rule.atomName2 == expected.atomName2 &&
            rule.residueName1 == expected.residueName1 &&
-           rule.residueName2 == expected.residueName2 && rule.contactType == expected.contactType &&
+           rule.residueName2 == expected.residueName2 &&
+           static_cast<int>(rule.contactType) == expected.contactType &&
            rule.atomIndex1 == expected.atomIndex1 && rule.atomIndex2 == expected.atomIndex2 &&
            (rule.maxDistance == expected.maxDistance ||
             (rule.maxDistance != rule.maxDistance && expected.maxDistance != expected.maxDistance));
@@ -56,12 +59,15 @@ void requireSameContacts(const contactMap& rules, const reference::tContactRules
         for (std::size_t j = 0; j < residues.size(); ++j) {
             std::set<eContactType> types;
             std::set<int> expected;
-            const bool found = doTheyFormContact(residues[i], residues[j], rules, types);
+            const bool isFound = doTheyFormContact(residues[i], residues[j], rules, types);
             const bool isExpected =
                 reference::findRuleTypes(complex.expected, complex.expected.residues[i],
                                          complex.expected.residues[j], expectedRules, expected);
-            require(found == isExpected && std::set<int>(types.begin(), types.end()) == expected,
-                    "the contacts of the reference");
+            std::set<int> found;
+            for (const eContactType type : types) {
+                found.insert(static_cast<int>(type));
+            }
+            require(isFound == isExpected && found == expected, "the contacts of the reference");
         }
     }
 }
@@ -98,3 +104,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             "a message that names the line");
     return 0;
 }
+
+} // namespace kelmo

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace kelmo {
+
 /// Takes one input. Returns 0; whatever is wrong ends the process.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
@@ -32,3 +34,5 @@ struct sChoice {
     explicit sChoice(const std::string& input)
         : reader(input.empty() ? '\0' : input.front()), text(input.substr(input.empty() ? 0 : 1)) {}
 };
+
+} // namespace kelmo

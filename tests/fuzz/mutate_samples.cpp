@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+using namespace kelmo;
+
 int main(int argc, char** argv) {
     if (argc != 4) {
         std::fputs("Usage: mutate_samples FIRST COUNT DIRECTORY\n", stderr);

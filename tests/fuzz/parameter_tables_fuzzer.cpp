@@ -7,6 +7,8 @@
 #include <map>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 template <typename Value>
@@ -84,3 +86,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     return 0;
 }
+
+} // namespace kelmo

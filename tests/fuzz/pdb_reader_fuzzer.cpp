@@ -9,6 +9,8 @@
 #include <sstream>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// Equal to the last bit; not-a-number, which a metal's coordinates may be, equals itself.
@@ -93,3 +95,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     return 0;
 }
+
+} // namespace kelmo

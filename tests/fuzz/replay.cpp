@@ -19,6 +19,8 @@
 #include <sanitizer/common_interface_defs.h>
 #endif
 
+namespace kelmo {
+
 namespace {
 
 /// An input that takes longer hangs; generous, for slow machines and sanitizers.
@@ -88,6 +90,10 @@ std::size_t replaySeeds(std::size_t mutations) {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char** argv) {
     watchFaults();

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 // Widths of the tables; the numbers of columns are those of reports with everything switched on.
@@ -199,3 +201,5 @@ std::string faultOfBindingTables(const std::string& residues, const std::string&
     }
     return {};
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 
 #include <string>
 
+namespace kelmo {
+
 // Each returns an empty text, or what about the report is not as promised. The structure is the one
 // that the report is about, as it was read.
 
@@ -20,3 +22,5 @@ std::string faultOfVorXml(const std::string& report, const cPdbPeptide& peptide)
 std::string faultOfContactTable(const std::string& report, std::size_t headerLines);
 std::string faultOfBindingTables(const std::string& residues, const std::string& status,
                                  std::size_t headerLines, const cPdbPeptide& peptide);
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <string_view>
 
+namespace kelmo {
+
 namespace {
 
 struct sRecord {
@@ -110,3 +112,5 @@ std::vector<std::string> sampleCuts(std::size_t count, std::size_t atoms) {
     }
     return cuts;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// The lines of a sample (such as "1ubq.pdb") around an atom: its HEADER line, and the ATOM and
 /// HETATM lines within `radius` Å of the atom that is the given one in the file, in file order.
 std::string sphereCut(const std::string& sample, std::size_t atom, double radius);
@@ -14,3 +16,5 @@ std::string interfaceCut(const std::string& sample, double radius);
 
 /// As many pieces of all samples as asked for, of at most `atoms` atoms each; the same every time.
 std::vector<std::string> sampleCuts(std::size_t count, std::size_t atoms);
+
+} // namespace kelmo

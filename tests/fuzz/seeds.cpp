@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <map>
 
+namespace kelmo {
+
 using namespace std::string_literals;
 
 namespace {
@@ -161,3 +163,5 @@ std::vector<std::string> seedsOf(std::string_view target) {
     const auto maker = makers.find(target);
     return maker == makers.end() ? tSeeds() : maker->second();
 }
+
+} // namespace kelmo

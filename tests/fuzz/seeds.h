@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 /// The seeds of a fuzz target by its name, such as "pdb_reader"; the same every time. None for a
 /// name that no target has.
 std::vector<std::string> seedsOf(std::string_view target);
+
+} // namespace kelmo

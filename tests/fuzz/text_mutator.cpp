@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+namespace kelmo {
+
 namespace {
 
 constexpr std::array<std::string_view, 26> oddNumbers{
@@ -150,3 +152,5 @@ void cTextMutator::mutateLine(std::string& line) {
         break;
     }
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// The same seed makes the same mutations with every standard library.
 class cTextMutator {
   public:
@@ -27,3 +29,5 @@ class cTextMutator {
 
     std::mt19937 generator;
 };
+
+} // namespace kelmo

@@ -15,6 +15,8 @@
 #include <filesystem>
 #include <sstream>
 
+namespace kelmo {
+
 namespace {
 
 /// The window and, as its working directory, a place for its settings. Lives as long as the
@@ -119,3 +121,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     return 0;
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <filesystem>
 
+using namespace kelmo;
+
 int main(int argc, char** argv) {
     if (argc != 3) {
         std::fputs("Usage: write_fuzz_seeds TARGET DIRECTORY\n", stderr);

@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double probe = 1.4;
@@ -475,3 +477,5 @@ TEST(CurrentUnboundAreas, OfACopyAreItsOwn) {
 }
 
 } // namespace
+
+} // namespace kelmo

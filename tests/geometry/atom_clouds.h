@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 using tAtoms = std::vector<cResidueAtom>;
 
 /// Random numbers that are the same with every standard library.
@@ -97,3 +99,5 @@ inline const std::vector<std::string>& sampleNames() {
     static const std::vector<std::string> names{"1ubq", "1a0q", "2hhb"};
     return names;
 }
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <tuple>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 using tSerials = std::vector<std::string>;
@@ -674,3 +676,5 @@ TEST(AtomGrid, NearestIsFoundFromFarOutside) {
 }
 
 } // namespace
+
+} // namespace kelmo

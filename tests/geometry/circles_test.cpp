@@ -10,6 +10,10 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
+using enum eCircleLocation;
+
 namespace {
 
 constexpr double pi = 3.141592653589793;
@@ -89,10 +93,10 @@ TEST(Circle, CopyAndAssignmentTakeTheSegmentsToo) {
 // Position. All numbers are exact in binary, so that touching is touching.
 
 TEST(CircleLocation, ValuesHaveTheirNumbers) {
-    EXPECT_EQ(apart, 0);
-    EXPECT_EQ(otherInside, 1);
-    EXPECT_EQ(crossing, 2);
-    EXPECT_EQ(insideOther, 3);
+    EXPECT_EQ(static_cast<int>(apart), 0);
+    EXPECT_EQ(static_cast<int>(otherInside), 1);
+    EXPECT_EQ(static_cast<int>(crossing), 2);
+    EXPECT_EQ(static_cast<int>(insideOther), 3);
 }
 
 TEST(CircleLocation, OtherStrictlyWithinIsInside) {
@@ -170,7 +174,7 @@ TEST(CrossSectionAngle, StaysANumberWhereRoundingLeavesTheRangeOfCosines) {
         const double dx = me.x - other.x;
         const double dy = me.y - other.y;
         const double distance = std::sqrt(dx * dx + dy * dy);
-        if (me.locationTowardsMe(other) != crossing || distance == 0.0) {
+        if (me.locationOf(other) != crossing || distance == 0.0) {
             continue;
         }
         const double cosine =
@@ -379,3 +383,5 @@ TEST(FreeArcLength, IsTheShareOfUncoveredPoints) {
 }
 
 } // namespace
+
+} // namespace kelmo

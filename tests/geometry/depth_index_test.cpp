@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 cResidueAtom atomWithArea(double x, double y, double z, double area) {
@@ -189,3 +191,5 @@ TEST(DepthIndex, EmptyStructureIsNoWork) {
 }
 
 } // namespace
+
+} // namespace kelmo

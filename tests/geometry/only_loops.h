@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace kelmo {
+
 /// Lets the calculations use the loops of one place in the list only, for its own lifetime.
 class cOnlyLoops {
   public:
@@ -16,3 +18,5 @@ class cOnlyLoops {
 
     static std::string_view name() { return surfaceLoops().instructionSet; }
 };
+
+} // namespace kelmo

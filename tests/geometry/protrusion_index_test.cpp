@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -206,3 +208,5 @@ TEST(ProtrusionIndex, ChainComputesEveryResidueFromItsOwnAtomsOnly) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// Where one quantity and its statistics live.
@@ -228,3 +230,5 @@ INSTANTIATE_TEST_SUITE_P(
         &cChainResidue::sideChainProtrusionIndexDeviation}));
 
 } // namespace
+
+} // namespace kelmo

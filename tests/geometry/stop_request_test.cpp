@@ -1,13 +1,15 @@
 // Giving up a calculation while it runs.
+#include "base/in_parallel.h"
+#include "base/stop_request.h"
 #include "geometry/atom_space_calculations.h"
-#include "geometry/in_parallel.h"
-#include "model/stop_request.h"
 #include "tests/geometry/atom_clouds.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -64,3 +66,5 @@ TEST(StopRequest, OneThatSaysNoChangesNothing) {
 }
 
 } // namespace
+
+} // namespace kelmo

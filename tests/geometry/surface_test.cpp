@@ -21,6 +21,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double pi = std::numbers::pi;
@@ -873,3 +875,5 @@ TEST(PlainSurface, AgreesWithTheIndependentImplementation) {
 }
 
 } // namespace
+
+} // namespace kelmo

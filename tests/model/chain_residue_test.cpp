@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 using tValue = double cChainResidue::*;
@@ -178,3 +180,5 @@ TEST(ResidueNames, NucleotidesAreOneLetter) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 using tNumbers = std::map<std::string, double>;
@@ -294,3 +296,5 @@ TEST(StandardPeptides, MissingNamesAreReturned) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -1,12 +1,16 @@
 // The structure as owner of its lists: pointers stay valid at any size, copies are deep.
 #include "model/pdb_peptide.h"
-#include "tests/model/pdb_lines.h"
+#include "tests/input/pdb_lines.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
 #include <utility>
+
+namespace kelmo {
+
+using enum eContactType;
 
 namespace {
 
@@ -208,3 +212,5 @@ TEST(PdbPeptide, CopyOfAnAbandonedReadingPointsIntoItself) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -176,3 +178,5 @@ TEST(MinMaxPoints, ThirdArgumentReceivesTheMaximum) {
 }
 
 } // namespace
+
+} // namespace kelmo

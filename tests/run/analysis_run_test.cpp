@@ -1,6 +1,6 @@
 // The walk over the files that both workers share, with an analysis of the test's own.
-#include "model/stop_request.h"
-#include "model/thread_order.h"
+#include "base/stop_request.h"
+#include "base/thread_order.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/xml/scratch_directory.h"
@@ -17,6 +17,8 @@
 #include <new>
 #include <string>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -238,3 +240,5 @@ TEST(AnalysisRun, FinishedIsEmittedAfterATermination) {
     takeOver(&finished);
     EXPECT_EQ(finished, 1);
 }
+
+} // namespace kelmo

@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+namespace kelmo {
+
 namespace {
 
 /// Random names without NUL: any bytes, valid UTF-8 pieces, and both mixed.
@@ -158,3 +160,5 @@ TEST(FilePath, SeparatorIsAddedUnlessThereIsOne) {
     EXPECT_EQ(withTrailingSeparator(QStringLiteral("out\\")), QStringLiteral("out\\"));
     EXPECT_EQ(withTrailingSeparator(QString()), QStringLiteral("/"));
 }
+
+} // namespace kelmo

@@ -19,6 +19,10 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 using tReports = std::map<std::string, std::string>;
@@ -145,3 +149,5 @@ INSTANTIATE_TEST_SUITE_P(Samples, VorGoldenReports,
                              return std::string(vorCase.param.sample) +
                                     cRunVOR::getInteractionCriterionString(vorCase.param.criterion);
                          });
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 /// Fills the results of a residue with numbers that tell where they came from: `base` and a number
 /// of its own for each value.
 inline void fillResidue(cChainResidue& residue, double base) {
@@ -76,3 +78,5 @@ class cHandBuiltStructure {
         fillAreas(chain, base);
     }
 };
+
+} // namespace kelmo

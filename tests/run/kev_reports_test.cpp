@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// Which sections a report has.
@@ -662,3 +664,5 @@ TEST(KevTable, ManyRowsAreAllThere) {
                   std::string(11 - number.size(), ' ') + number);
     }
 }
+
+} // namespace kelmo

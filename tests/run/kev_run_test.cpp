@@ -19,6 +19,8 @@
 #include <sys/stat.h>
 #include <time.h>
 
+namespace kelmo {
+
 namespace {
 
 using tLines = std::vector<std::string>;
@@ -610,3 +612,5 @@ TEST_F(KevRun, SeveralWorkersAnalyseAtOnce) {
     }
     EXPECT_EQ(differences, std::vector<std::string>(workerCount));
 }
+
+} // namespace kelmo

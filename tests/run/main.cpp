@@ -9,6 +9,8 @@
 
 #include <string_view>
 
+namespace kelmo {
+
 namespace {
 
 /// Writes the four reports of a file over and over. Never returns.
@@ -22,6 +24,10 @@ namespace {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double probeRadius = 1.4;
@@ -167,3 +169,5 @@ TEST(ManyChains, FourHundredChainsAreFourHundredTimesOneChain) {
     EXPECT_EQ(many.totalAsa, 0.0);
     EXPECT_NEAR(many.chains[399].totalAsa, bound, 0.002 * bound);
 }
+
+} // namespace kelmo

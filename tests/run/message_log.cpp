@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace kelmo {
+
 cMessageLog::cMessageLog(cAnalysisRun& run, Qt::ConnectionType type) {
     const bool isConnected = connect(&run, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
                                      SLOT(receive(cStatusMessage&)), type);
@@ -28,3 +30,5 @@ std::vector<std::string> cMessageLog::lines() const {
     }
     return all;
 }
+
+} // namespace kelmo

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 class cMessageLog : public QObject {
     Q_OBJECT
   public:
@@ -26,3 +28,5 @@ class cMessageLog : public QObject {
   public slots:
     void receive(cStatusMessage& message);
 };
+
+} // namespace kelmo

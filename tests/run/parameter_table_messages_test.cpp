@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 constexpr const char* aminoAcids[] = {"ALA", "ARG", "ASN", "ASP", "CYS", "GLN", "GLU",
@@ -138,3 +140,5 @@ TEST(ParameterTableMessages, PathsThatCannotBeOpened) {
               "Not a valid hydrophobicity file path!\n"
               "Please make sure that the path of the specified hydrophobicity file is correct!\n");
 }
+
+} // namespace kelmo

@@ -13,6 +13,10 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 constexpr unsigned kevSeedCount = 50;
@@ -132,3 +136,5 @@ INSTANTIATE_TEST_SUITE_P(Samples, VorSampleComparison,
                          testing::Values("1ubq.pdb", "1a0q.pdb", "2hhb.pdb"));
 INSTANTIATE_TEST_SUITE_P(Random, KevRandomComparison, testing::Range(1U, kevSeedCount + 1));
 INSTANTIATE_TEST_SUITE_P(Random, VorRandomComparison, testing::Range(1U, vorSeedCount + 1));
+
+} // namespace kelmo

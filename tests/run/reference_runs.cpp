@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace kelmo {
+
 namespace {
 
 std::map<std::string, sAsa> engineAreas(const std::map<std::string, reference::sAreas>& table) {
@@ -99,3 +101,5 @@ reference::sKevSettings shippedKevSettings() {
     settings.hydrophobicityFileName = "kyte-doolittle.hpb";
     return settings;
 }
+
+} // namespace kelmo

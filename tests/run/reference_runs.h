@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 /// Reports by the ends of their names, such as "_bound.xml".
 using tReports = std::map<std::string, std::string>;
 
@@ -21,3 +23,5 @@ void expectSameReports(const tReports& actual, const tReports& expected);
 
 /// Everything on, the usual parameters and the tables that come with the program.
 reference::sKevSettings shippedKevSettings();
+
+} // namespace kelmo

@@ -1,6 +1,6 @@
 // Reports put together in blocks, several at a time: every item once, and in order.
-#include "geometry/in_parallel.h"
-#include "model/parallel_work.h"
+#include "base/in_parallel.h"
+#include "base/parallel_work.h"
 #include "run/report_blocks.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 #include <thread>
+
+namespace kelmo {
 
 namespace {
 
@@ -85,3 +87,5 @@ TEST(ReportBlocks, ErrorOfAnItemComesOut) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace kelmo {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -314,3 +316,5 @@ TEST(AbandonedReports, KilledRunLeavesOnlyWholeReports) {
     }
     EXPECT_TRUE(wasLeftBehind) << "no process was killed in mid-write: the test showed nothing";
 }
+
+} // namespace kelmo

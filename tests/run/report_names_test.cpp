@@ -11,6 +11,10 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 class ReportNames : public testing::Test {
@@ -78,3 +82,5 @@ TEST_F(ReportNames, DoNotDependOnAStop) {
     run.setStopFlag(&stop);
     EXPECT_EQ(run.reportNames(QStringLiteral("1tst.pdb"), fixedStamp).size(), 4);
 }
+
+} // namespace kelmo

@@ -10,6 +10,10 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 using tLines = std::vector<std::string>;
@@ -180,3 +184,5 @@ TEST(ReportPages, VorTable) {
         EXPECT_NE(page.find("`" + std::string(label) + "`"), std::string::npos) << label;
     }
 }
+
+} // namespace kelmo

@@ -14,6 +14,10 @@
 #include <thread>
 #include <vector>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 namespace {
 
 using tFiles = std::map<std::string, std::string>;
@@ -190,3 +194,5 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<sStopCase>& instance) {
         return std::string(instance.param.name);
     });
+
+} // namespace kelmo

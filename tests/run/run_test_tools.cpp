@@ -18,6 +18,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+
 std::string atomLine(const std::string& atomName, const std::string& residueName, char chain,
                      const std::string& residueNumber, double x, double y, double z) {
     std::array<char, 128> line{};
@@ -200,3 +204,5 @@ std::vector<std::string> cDirectoryWatch::renamedTo() {
     }
     return names;
 }
+
+} // namespace kelmo

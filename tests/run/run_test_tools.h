@@ -15,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 inline const QString fixedStamp = QStringLiteral("200703141530");
 inline constexpr std::string_view writeReportsForeverOption = "--write-reports-forever";
 
@@ -92,3 +94,5 @@ class cDirectoryWatch {
     int descriptor;
     std::vector<sEvent> recorded;
 };
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <vector>
 
+namespace kelmo {
+
 TEST(ShippedDirectories, ProgramWhereItWasBuiltLooksAtTheSourcesFirst) {
     const std::vector<std::filesystem::path> directories = shippedDataDirectories();
     ASSERT_EQ(directories.size(), 3U);
@@ -21,3 +23,5 @@ TEST(ShippedDirectories, ThenBesideTheProgramThenInTheInstallation) {
     EXPECT_TRUE(directories[2].is_absolute());
     EXPECT_EQ(directories[2].filename(), "kelmo");
 }
+
+} // namespace kelmo

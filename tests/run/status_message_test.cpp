@@ -9,6 +9,8 @@
 #include <string>
 #include <type_traits>
 
+namespace kelmo {
+
 namespace {
 
 constexpr int messageCount = 1000;
@@ -94,3 +96,5 @@ TEST(StatusMessage, DirectReceiverIsServedInTheWorkersThread) {
     EXPECT_EQ(log.threads.front(), &run);
     EXPECT_EQ(log.messages.back().text, QStringLiteral("message 999"));
 }
+
+} // namespace kelmo

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 constexpr int numberCount = 2'000'000;
@@ -148,3 +150,5 @@ TEST(TableNumber, IsRightAlignedAndNeverCut) {
     appendTableNumber(text, 2.0, 3);
     EXPECT_EQ(text, "before  2");
 }
+
+} // namespace kelmo

@@ -11,6 +11,11 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
+using enum eContactType;
+using enum eInteractionCriterion;
+
 namespace {
 
 using tXmlWriter = void (cRunVOR::*)(cXmlWriter&, cPdbPeptide&);
@@ -230,7 +235,7 @@ TEST_F(VorReports, EachCriterionHasItsParametersInItsOrder) {
               "  <TH_r_solvent>1.4</TH_r_solvent>\n",
               "TH_delta_asa: 1.23457e+06\nTH_z_slice: 0.000123457\nTH_r_solvent: 1.4\n"},
              {vorda, "", ""},
-             {noCriterion, "", ""}}) {
+             {none, "", ""}}) {
         run.criterion = expected.criterion;
         cPdbPeptide empty;
         struct sReport {
@@ -260,7 +265,7 @@ TEST_F(VorReports, EachCriterionHasItsParametersInItsOrder) {
 
 TEST_F(VorReports, BindingReportsNameTheCriterionOfTheRun) {
     for (const auto& [criterion, name] : std::vector<std::pair<eInteractionCriterion, std::string>>{
-             {prism, "PRISM"}, {dovreth, "Dovreth"}, {vorda, "VORDA"}, {noCriterion, ""}}) {
+             {prism, "PRISM"}, {dovreth, "Dovreth"}, {vorda, "VORDA"}, {none, ""}}) {
         run.criterion = criterion;
         const std::string field = std::string(18 - name.size(), ' ') + name;
         EXPECT_NE(
@@ -335,3 +340,5 @@ TEST(VorNames, Criteria) {
                   "");
     }
 }
+
+} // namespace kelmo

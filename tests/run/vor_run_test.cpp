@@ -15,6 +15,11 @@
 
 #include <sys/stat.h>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+using enum eContactType;
+
 namespace {
 
 using tLines = std::vector<std::string>;
@@ -93,7 +98,7 @@ TEST_F(VorRun, GoodFileIsAnnouncedAndClosed) {
 
 TEST_F(VorRun, NewWorkerHasEmptySettings) {
     const cRunVOR fresh;
-    EXPECT_EQ(fresh.criterion, noCriterion);
+    EXPECT_EQ(fresh.criterion, none);
     EXPECT_EQ(fresh.threshold, 0.0);
     EXPECT_EQ(fresh.zSlice, 0.0);
     EXPECT_EQ(fresh.probeRadius, 0.0);
@@ -388,7 +393,7 @@ TEST_F(VorRun, DovrethLeavesResiduesThatDoNotLoseArea) {
 }
 
 TEST_F(VorRun, NoCriterionFindsNothing) {
-    run.criterion = noCriterion;
+    run.criterion = none;
     analyse(input("1tst.pdb"));
     EXPECT_EQ(reports(), allSix);
     EXPECT_EQ(report("contacts.tbl"), "pdb_id: 1TST\nradii_filename: protor.radii\n");
@@ -409,3 +414,5 @@ TEST_F(VorRun, FilesAreClosedAfterwards) {
     }
     EXPECT_EQ(openDescriptorCount(), before);
 }
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 
 #include <stdlib.h>
 
+namespace kelmo {
+
 inline constexpr const char* commaLocale = "de_DE.UTF-8";
 
 /// What a process needs in its environment to run in that locale.
@@ -17,3 +19,5 @@ inline std::map<std::string, std::string> commaLocaleEnvironment() {
 inline void provideCommaLocale() {
     ::setenv("LOCPATH", KELMO_TEST_LOCALES, 1);
 }
+
+} // namespace kelmo

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <random>
 
+namespace kelmo {
+
 namespace reference {
 namespace {
 
@@ -547,3 +549,5 @@ std::vector<sAtom> randomAtoms(unsigned seed, std::size_t count, double edge) {
 }
 
 } // namespace reference
+
+} // namespace kelmo

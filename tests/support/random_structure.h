@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace reference {
 
 // Where the atoms of a random structure lie. All but chainWalk are degenerate on purpose; the
@@ -77,3 +79,5 @@ std::string randomContactRuleText(unsigned seed, unsigned rowCount);
 std::vector<sAtom> randomAtoms(unsigned seed, std::size_t count, double edge);
 
 } // namespace reference
+
+} // namespace kelmo

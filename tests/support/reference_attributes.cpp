@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+namespace kelmo {
+
 namespace reference {
 
 void setAtomDepths(std::span<sAtom> atoms) {
@@ -281,3 +283,5 @@ void setHydrophobicity(sStructure& structure, const std::map<std::string, double
 }
 
 } // namespace reference
+
+} // namespace kelmo

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace reference {
 
 // Sets depthIndex (Å): 0 for an atom with an area, else the distance to the nearest atom with an
@@ -64,3 +66,5 @@ void setProtrusions(sStructure& structure, const sChain& chain, double sphereRad
 void setHydrophobicity(sStructure& structure, const std::map<std::string, double>& scale);
 
 } // namespace reference
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 #include <locale>
 #include <sstream>
 
+namespace kelmo {
+
 namespace reference {
 namespace {
 
@@ -488,3 +490,5 @@ std::map<std::string, std::string> vorReports(const std::string& pdbText,
 }
 
 } // namespace reference
+
+} // namespace kelmo

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 namespace reference {
 
 // The four ways of finding contacts or binding residues, with the numbers by which records sort.
@@ -91,3 +93,5 @@ std::map<std::string, std::string> vorReports(const std::string& pdbText,
                                               const sVorSettings& settings);
 
 } // namespace reference
+
+} // namespace kelmo

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <vector>
 
+namespace kelmo {
+
 namespace reference {
 namespace {
 
@@ -423,3 +425,5 @@ std::map<std::string, std::string> kevReports(const std::string& pdbText,
 }
 
 } // namespace reference
+
+} // namespace kelmo

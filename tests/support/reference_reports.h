@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+namespace kelmo {
+
 namespace reference {
 
 // Settings of one structure analysis. Lengths in ångström, the file names as the reports show them.
@@ -64,3 +66,5 @@ std::map<std::string, std::string> kevReports(const std::string& pdbText,
                                               const sKevSettings& settings);
 
 } // namespace reference
+
+} // namespace kelmo

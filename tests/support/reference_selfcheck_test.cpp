@@ -13,6 +13,8 @@
 #include <limits>
 #include <stdexcept>
 
+namespace kelmo {
+
 namespace {
 
 using namespace reference;
@@ -646,3 +648,5 @@ TEST(RandomStructure, RuleTextIsReadableAndMatchesSomething) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <sstream>
 
+namespace kelmo {
+
 namespace reference {
 
 std::span<sAtom> sStructure::atomsOf(const sResidue& residue) {
@@ -304,3 +306,5 @@ sStructure readStructure(const std::string& pdbText, const std::map<std::string,
 }
 
 } // namespace reference
+
+} // namespace kelmo

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace kelmo {
+
 // The reference implementation repeats every calculation of the program in the most obvious way,
 // on its own records and without any file of the program, so that a fault in the program's model
 // or neighbour search cannot hide in both. Build it without contraction of floating-point
@@ -125,3 +127,5 @@ sStructure readStructure(const std::string& pdbText, const std::map<std::string,
                          std::set<std::string>& missing, int& errorLine);
 
 } // namespace reference
+
+} // namespace kelmo

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+namespace kelmo {
+
 namespace reference {
 namespace {
 
@@ -308,3 +310,5 @@ std::vector<double> atomAreas(std::vector<sAtom> atoms, double probeRadius, doub
 }
 
 } // namespace reference
+
+} // namespace kelmo

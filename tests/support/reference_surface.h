@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+namespace kelmo {
+
 namespace reference {
 
 // Covered interval of a circle, in radians, 0 <= start <= end <= 2 pi.
@@ -78,3 +80,5 @@ std::vector<double> atomAreas(std::vector<sAtom> atoms, double probeRadius, doub
                               eNeighbourSearch search = eNeighbourSearch::scannedBox);
 
 } // namespace reference
+
+} // namespace kelmo

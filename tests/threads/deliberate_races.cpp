@@ -2,7 +2,7 @@
 // ThreadSanitizer is told of the libraries' order, and what it is told to leave out, must not hide
 // them. "orderly" does all of it properly and must not be reported.
 
-#include "model/parallel_work.h"
+#include "base/parallel_work.h"
 #include "run/analysis_run.h"
 #include "tests/threads/message_receiver.h"
 
@@ -17,6 +17,8 @@
 #include <cstdlib>
 #include <string_view>
 #include <thread>
+
+namespace kelmo {
 
 namespace {
 
@@ -131,6 +133,10 @@ void readAtEnd(bool isAwaited) {
 }
 
 } // namespace
+
+} // namespace kelmo
+
+using namespace kelmo;
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);

@@ -1,13 +1,15 @@
 // Takes a worker's messages in the thread where it was made, as the window does.
 #pragma once
 
-#include "model/thread_order.h"
+#include "base/thread_order.h"
 #include "run/analysis_run.h"
 
 #include <QObject>
 
 #include <functional>
 #include <utility>
+
+namespace kelmo {
 
 class cMessageReceiver : public QObject {
     Q_OBJECT
@@ -30,3 +32,5 @@ class cMessageReceiver : public QObject {
   private:
     std::function<void()> action;
 };
+
+} // namespace kelmo

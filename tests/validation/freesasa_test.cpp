@@ -15,6 +15,8 @@
 #include <sstream>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 constexpr double probeRadius = 1.4;
@@ -110,3 +112,5 @@ INSTANTIATE_TEST_SUITE_P(Samples, FreeSasa,
                                          sEntry{"1a0q", 17000.0, 20000.0},
                                          sEntry{"2hhb", 22000.0, 29000.0}),
                          [](const auto& entry) { return std::string(entry.param.name); });
+
+} // namespace kelmo

@@ -12,6 +12,11 @@
 #include <set>
 #include <string>
 
+namespace kelmo {
+
+using enum eInteractionCriterion;
+using enum eContactType;
+
 namespace {
 
 constexpr double probeRadius = 1.4;
@@ -147,3 +152,5 @@ TEST(Interfaces, KnownPairsAreSeenAsDocumented) {
     EXPECT_TRUE(byGap.types.contains("A40 D146"));
     EXPECT_TRUE(findingsOf("2hhb", maximumDistance).types.contains("A92 D43"));
 }
+
+} // namespace kelmo

@@ -11,6 +11,8 @@
 
 #include <stdlib.h>
 
+namespace kelmo {
+
 /// The whole content of a file; empty when it cannot be read.
 inline std::string contentOf(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
@@ -44,3 +46,5 @@ class cScratchDirectory {
   private:
     std::filesystem::path place;
 };
+
+} // namespace kelmo

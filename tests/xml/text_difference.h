@@ -4,6 +4,8 @@
 #include <sstream>
 #include <string>
 
+namespace kelmo {
+
 /// Empty for equal texts, otherwise the number of the first differing line and the line in both.
 inline std::string firstDifference(const std::string& actual, const std::string& expected) {
     if (actual == expected) {
@@ -26,3 +28,5 @@ inline std::string firstDifference(const std::string& actual, const std::string&
         }
     }
 }
+
+} // namespace kelmo

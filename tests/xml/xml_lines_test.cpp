@@ -10,6 +10,8 @@
 #include <random>
 #include <string>
 
+namespace kelmo {
+
 namespace {
 
 TEST(XmlLines, TagsAreIndentedAndEndTheirLines) {
@@ -57,3 +59,5 @@ TEST(XmlLines, WriterWritesTheSame) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -18,6 +18,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 namespace {
 
 /// The code points that a text shows as: its characters when it is UTF-8, its bytes otherwise, with
@@ -197,3 +199,5 @@ TEST(XmlText, RandomBytesAreWhatTheParserReadsBack) {
                   "");
     }
 }
+
+} // namespace kelmo

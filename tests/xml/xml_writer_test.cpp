@@ -14,6 +14,8 @@
 #include <string>
 #include <type_traits>
 
+namespace kelmo {
+
 namespace {
 
 const std::string declaration = "<?xml version=\"1.0\" encoding=\"us-ascii\"?>\n";
@@ -255,3 +257,5 @@ TEST(XmlWriter, ManyElementsAreAllThere) {
     }
     EXPECT_EQ(text, expected.str());
 }
+
+} // namespace kelmo

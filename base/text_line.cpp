@@ -1,4 +1,6 @@
-#include "model/text_line.h"
+#include "base/text_line.h"
+
+namespace kelmo {
 
 std::istream& getTextLine(std::istream& in, std::string& line) {
     using tTraits = std::istream::traits_type;
@@ -24,3 +26,5 @@ std::istream& getTextLine(std::istream& in, std::string& line) {
     }
     return in;
 }
+
+} // namespace kelmo

@@ -1,13 +1,15 @@
 // The records of the PDB format; columns are counted from 0.
-#include "model/pdb_lines.h"
+#include "input/pdb_lines.h"
 
-#include "model/string_operation.h"
+#include "base/string_operation.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
+
+namespace kelmo {
 
 namespace {
 
@@ -207,3 +209,5 @@ class cLineParser {
 sPdbLines parsePdbLines(std::string_view text, const std::map<std::string, double>& radii) {
     return cLineParser(radii).parse(text);
 }
+
+} // namespace kelmo

@@ -5,6 +5,8 @@
 #include <sanitizer/tsan_interface.h>
 #endif
 
+namespace kelmo {
+
 // The libraries that hand work from thread to thread are not compiled for the sanitizer: it sees
 // what is handed over, but not that it was handed over. What is said here must be true of every
 // run: an order that is claimed without being kept hides races. In builds without the sanitizer
@@ -62,3 +64,5 @@ class cForkedWork {
     char begin = 0; ///< only the addresses count
     char end = 0;
 };
+
+} // namespace kelmo

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 /// The text without leading and trailing blanks and tabs.
 std::string trimString(std::string text);
 /// The same without a copy; the view is into `text`.
@@ -27,3 +29,5 @@ std::optional<double> plainDecimal(std::string_view text);
 /// What strtod reads in the C locale, whatever locale the process runs in: the toolkit switches to
 /// the user's, where a decimal comma would cut every number short.
 double toNumber(std::string_view text);
+
+} // namespace kelmo

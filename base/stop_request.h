@@ -4,6 +4,8 @@
 #include <functional>
 #include <utility>
 
+namespace kelmo {
+
 /// Thrown out of a calculation that was told to stop. What it was to compute is then incomplete.
 struct sStopped {};
 
@@ -67,3 +69,5 @@ class cStopCheck {
     static constexpr unsigned callsPerQuestion = 256;
     unsigned calls = 0;
 };
+
+} // namespace kelmo

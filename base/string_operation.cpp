@@ -1,4 +1,4 @@
-#include "model/string_operation.h"
+#include "base/string_operation.h"
 
 #include <algorithm>
 #include <array>
@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <locale.h>
+
+namespace kelmo {
 
 namespace {
 
@@ -110,3 +112,5 @@ double toNumber(std::string_view text) {
     const std::optional<double> plain = plainDecimal(trimmedView(text));
     return plain ? *plain : strtod_l(std::string(text).c_str(), nullptr, cLocale());
 }
+
+} // namespace kelmo

@@ -1,5 +1,5 @@
 // Sharing work among threads: everything is done once, and when the call returns it is done.
-#include "model/parallel_work.h"
+#include "base/parallel_work.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -209,3 +211,5 @@ TEST(ParallelWork, ErrorsOfEveryKindOfWorkInOrderComeOut) {
                      std::runtime_error);
     }
 }
+
+} // namespace kelmo

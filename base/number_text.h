@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace kelmo {
+
 /// The text of a number with a fixed count of significant digits (1 to 9), in the shorter of fixed
 /// and exponent notation without trailing zeros. Infinity and not-a-number read "inf" and "nan"
 /// with their sign.
@@ -19,3 +21,5 @@ class cNumberText {
     std::array<char, 32> characters;
     std::size_t length = 0;
 };
+
+} // namespace kelmo

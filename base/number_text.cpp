@@ -1,9 +1,11 @@
-#include "xml/number_text.h"
+#include "base/number_text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+
+namespace kelmo {
 
 namespace {
 
@@ -79,3 +81,5 @@ bool cNumberText::writeFixed(double value, int significantDigits) {
     }
     return true;
 }
+
+} // namespace kelmo

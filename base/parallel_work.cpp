@@ -1,6 +1,6 @@
-#include "model/parallel_work.h"
+#include "base/parallel_work.h"
 
-#include "model/thread_order.h"
+#include "base/thread_order.h"
 
 #include <tbb/blocked_range.h>
 #include <tbb/global_control.h>
@@ -15,6 +15,8 @@
 #include <system_error>
 #include <thread>
 #include <vector>
+
+namespace kelmo {
 
 // A build with ThreadSanitizer leaves this file unchecked: the templates of the library work hand
 // in hand with its compiled part, which is unchecked, and what the one half does would be taken for
@@ -131,3 +133,5 @@ int usualThreads() {
 void keepTogether(const std::function<void()>& work) {
     tbb::this_task_arena::isolate([&] { work(); });
 }
+
+} // namespace kelmo

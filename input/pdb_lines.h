@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kelmo {
+
 /// What a run of lines says, before it is known what stands in front of it.
 struct sPdbLines {
     /// An ATOM line whose chain or residue number differs, ignoring case, from those of the line
@@ -38,3 +40,5 @@ struct sPdbLines {
 /// Parses whole lines, each closed by a line feed but for the last, up to an END record or a line
 /// in error. `radii` as for cPdbPeptide::loadFromStream().
 sPdbLines parsePdbLines(std::string_view text, const std::map<std::string, double>& radii);
+
+} // namespace kelmo

@@ -12,6 +12,8 @@
 #include <string>
 #include <utility>
 
+namespace kelmo {
+
 /// One coordinate line of exactly 54 characters; the texts are placed as they are, so that a test
 /// can put anything into a field.
 struct sAtomLine {
@@ -91,3 +93,5 @@ inline void expectLinksIntoOwnLists(const cPdbPeptide& peptide) {
     EXPECT_EQ(atom, peptide.atoms.data() + peptide.atoms.size());
     EXPECT_EQ(residue, peptide.residues.data() + peptide.residues.size());
 }
+
+} // namespace kelmo

@@ -1,5 +1,5 @@
 // Numbers as text, held against the three writers whose output they stand in for.
-#include "xml/number_text.h"
+#include "base/number_text.h"
 
 #include <QString>
 #include <QTextStream>
@@ -17,6 +17,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -273,3 +275,5 @@ TEST(NumberText, LongestTextFits) {
         EXPECT_EQ(textOf(value, mostDigits), printedText(value, mostDigits));
     }
 }
+
+} // namespace kelmo

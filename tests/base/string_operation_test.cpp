@@ -1,5 +1,5 @@
 // Trimming, splitting, comparing, and numbers that are the same in every locale.
-#include "model/string_operation.h"
+#include "base/string_operation.h"
 #include "tests/support/comma_locale.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +19,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -253,3 +255,5 @@ TEST(ToNumber, LocaleOfTheThreadDoesNotMatter) {
 }
 
 } // namespace
+
+} // namespace kelmo

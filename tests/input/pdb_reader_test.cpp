@@ -1,7 +1,7 @@
 // Reading PDB text: columns, records, residues, chains, radii, and where reading stops.
+#include "base/stop_request.h"
 #include "model/pdb_peptide.h"
-#include "model/stop_request.h"
-#include "tests/model/pdb_lines.h"
+#include "tests/input/pdb_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +20,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -850,3 +852,5 @@ TEST(PdbReader, SampleEntriesAreReadWhole) {
 }
 
 } // namespace
+
+} // namespace kelmo

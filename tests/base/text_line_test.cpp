@@ -1,5 +1,5 @@
 // Lines of tables and lists, also of those that are no text.
-#include "model/text_line.h"
+#include "base/text_line.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <streambuf>
 #include <vector>
+
+namespace kelmo {
 
 namespace {
 
@@ -63,3 +65,5 @@ TEST(TextLine, ReadErrorLeavesTheStreamBad) {
 }
 
 } // namespace
+
+} // namespace kelmo

@@ -1,10 +1,10 @@
 // Reading PDB text into a structure, several runs of its lines side by side.
+#include "base/parallel_work.h"
+#include "base/stop_request.h"
+#include "base/string_operation.h"
+#include "input/pdb_lines.h"
 #include "model/addition.h"
-#include "model/parallel_work.h"
-#include "model/pdb_lines.h"
 #include "model/pdb_peptide.h"
-#include "model/stop_request.h"
-#include "model/string_operation.h"
 
 #include <algorithm>
 #include <atomic>
@@ -15,6 +15,8 @@
 #include <limits>
 #include <new>
 #include <utility>
+
+namespace kelmo {
 
 namespace {
 
@@ -257,3 +259,5 @@ int cPdbPeptide::loadFromStream(std::istream& in, std::map<std::string, double> 
     totalAsa = sideChainAsa = backboneAsa = polarAsa = nonPolarAsa = 0.0;
     return 0;
 }
+
+} // namespace kelmo

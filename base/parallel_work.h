@@ -5,6 +5,8 @@
 #include <functional>
 #include <vector>
 
+namespace kelmo {
+
 /// Calls `work(begin, end)` for ranges that together are all of 0 <= i < count, on this thread and
 /// on those that are free, and returns when all is done. A range is split no further than to
 /// `rangeSize`. While this thread waits it starts on nothing else. An exception of a range ends the
@@ -50,3 +52,5 @@ void workInOrder(std::size_t underWay, Take take, Work work, HandOn handOn) {
         [&](std::size_t place) { work(items[place]); },
         [&](std::size_t place) { handOn(items[place]); });
 }
+
+} // namespace kelmo

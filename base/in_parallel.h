@@ -1,10 +1,12 @@
 // Loops over independent items on all free threads.
 #pragma once
 
-#include "model/parallel_work.h"
-#include "model/stop_request.h"
+#include "base/parallel_work.h"
+#include "base/stop_request.h"
 
 #include <cstddef>
+
+namespace kelmo {
 
 /// So many residues are worth a task when each costs little.
 constexpr std::size_t residuesPerTask = 128;
@@ -24,3 +26,5 @@ void inParallel(std::size_t count, std::size_t grain, Work work) {
         }
     });
 }
+
+} // namespace kelmo
