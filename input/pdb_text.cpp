@@ -1,0 +1,34 @@
+#include "input/pdb_text.h"
+
+#include <cerrno>
+#include <istream>
+#include <system_error>
+#include <utility>
+
+namespace kelmo {
+
+sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& radii,
+                        const sReadOptions& options) {
+    sReadResult result;
+    if (options != sReadOptions{}) {
+        result.outcome = eReadOutcome::refused;
+        result.reason = "PDB text is read as it stands and with its first model alone";
+        return result;
+    }
+    cPdbPeptide structure;
+    errno = 0;
+    result.badLine = structure.loadFromStream(in, radii, result.missingRadii);
+    if (in.bad()) { // neither the end of the file nor a bad line: there was more to read
+        result.outcome = eReadOutcome::unreadable;
+        result.reason = std::generic_category().message(errno);
+    } else if (result.badLine != 0) {
+        result.outcome = eReadOutcome::badLine;
+    } else if (structure.atoms.empty()) {
+        result.outcome = eReadOutcome::noAtoms;
+    } else {
+        result.structures.push_back(std::move(structure));
+    }
+    return result;
+}
+
+} // namespace kelmo

@@ -1,0 +1,16 @@
+// The row of PDB text in the table of formats.
+#pragma once
+
+#include "input/structure_reader.h"
+
+#include <iosfwd>
+#include <map>
+#include <string>
+
+namespace kelmo {
+
+/// What cPdbPeptide::loadFromStream() makes of the text, with what it says of a stream that fails.
+sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& radii,
+                        const sReadOptions& options);
+
+} // namespace kelmo

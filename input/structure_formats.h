@@ -1,0 +1,43 @@
+// The formats that structures are read from, one row a format.
+#pragma once
+
+#include "input/structure_reader.h"
+
+#include <functional>
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelmo {
+
+struct sStructureFormat {
+    std::string name;
+    /// Of file names, in lower case, with the dot. They choose what a dialog or a directory offers;
+    /// how a file is read is decided by its content alone.
+    std::vector<std::string> suffixes;
+    /// Whether a file is of this format, by its first bytes: `recognisedLength` of them, or all of
+    /// a shorter file.
+    std::function<bool(std::string_view firstBytes)> isContent;
+    /// The stream stands at its beginning. As readStructure().
+    std::function<sReadResult(std::istream& in, const std::map<std::string, double>& radii,
+                              const sReadOptions& options)>
+        read;
+};
+
+inline constexpr std::size_t recognisedLength = 16384;
+
+/// Asked one after the other; the last one, PDB text, takes what no other recognises.
+const std::vector<sStructureFormat>& structureFormats();
+
+/// Adds a row in front of the others. Not while a file may be being read.
+void addStructureFormat(sStructureFormat format);
+
+/// The suffixes of all formats, in the order in which people are told of them.
+std::vector<std::string> structureSuffixes();
+
+/// Whether a file name ends in one of them, in capitals or not.
+bool hasStructureSuffix(std::string_view fileName);
+
+} // namespace kelmo
