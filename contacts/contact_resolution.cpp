@@ -1,22 +1,20 @@
-// Which residues of different chains of a structure touch, by each of the four criteria.
+#include "contacts/contact_resolution.h"
+
 #include "base/in_parallel.h"
 #include "base/stop_request.h"
+#include "contacts/contact_criteria.h"
 #include "contacts/residue_contact.h"
+#include "contacts/residue_tree.h"
 #include "geometry/atom_grid.h"
 #include "model/pdb_peptide.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <iterator>
-#include <limits>
-#include <memory>
+#include <map>
+#include <mutex>
 #include <set>
-#include <string>
-#include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace kelmo {
 
@@ -29,292 +27,285 @@ constexpr double sideChainMargin = 15.0;
 /// The second atom of a residue, as a rule its alpha carbon, stands for the residue in the search.
 constexpr unsigned representativeAtom = 1;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-// Pairs are sorted out by boxes around atom centres. Differences, squares, sums and roots round
-// monotonically, so the distance of two boxes, computed by the operations that compute that of two
-// atoms, is never above that of any two atoms in them: comparing it needs no allowance for
-// rounding. Comparisons are written such that a value that is not a number never sorts a pair out.
-
-/// What is known of all atoms of a residue or chain, without looking at them again.
-struct sBounds {
-    sPoint max{-infinity, -infinity, -infinity}; ///< box of the centres, Å
-    sPoint min{infinity, infinity, infinity};
-    double maxRadius = -infinity; ///< Å
-
-    void include(const cResidueAtom& atom) {
-        max = {std::max(max.x, atom.x), std::max(max.y, atom.y), std::max(max.z, atom.z)};
-        min = {std::min(min.x, atom.x), std::min(min.y, atom.y), std::min(min.z, atom.z)};
-        maxRadius = std::max(maxRadius, atom.radius);
-    }
-};
-
-sBounds boundsOf(const cResidueAtom& atom) {
-    sBounds bounds;
-    bounds.include(atom);
-    return bounds;
-}
-
-/// Whether all centres of `a` are more than `range` Å from all centres of `b`.
-bool areApart(const sBounds& a, const sBounds& b, double range) {
-    const double dx = std::max({0.0, a.min.x - b.max.x, b.min.x - a.max.x});
-    const double dy = std::max({0.0, a.min.y - b.max.y, b.min.y - a.max.y});
-    const double dz = std::max({0.0, a.min.z - b.max.z, b.min.z - a.max.z});
-    return std::sqrt(dx * dx + dy * dy + dz * dz) > range;
-}
-
-/// A residue that takes part in the search.
-struct sParticipant {
-    cChainResidue* residue;
-    const cProteinChain* chain;
-    sBounds bounds;
-    std::uint32_t nameIndex; ///< the same for residues of the same name
-
-    const cResidueAtom& representative() const { return residue->atoms[representativeAtom]; }
-};
-
-/// The participants of one chain and the grid over their representative atoms, in the same order.
-struct sChainSearch {
-    std::vector<sParticipant> participants;
-    sBounds bounds;                ///< of all their atoms
-    sBounds representativesBounds; ///< of their representative atoms
-    std::unique_ptr<cAtomGrid> grid;
-};
-
-/// A residue of one chain that touches a residue of a later one.
-struct sTouchingPair {
-    const sParticipant* first;
-    const sParticipant* second;
-    std::set<eContactType> types;
-};
-
-using tNameIndices = std::unordered_map<std::string, std::uint32_t>;
-
-sChainSearch searchOf(const cPdbPeptide& peptide, const cProteinChain& chain,
-                      tNameIndices& nameIndices) {
-    sChainSearch search;
+/// Ranks by chain and, within a chain, by the order in which the atom grid of the whole structure
+/// returns the representatives. Participants come in the order of the file.
+void rankParticipants(const cPdbPeptide& peptide, std::vector<sParticipant>& participants) {
     std::vector<cResidueAtom> representatives;
-    for (unsigned i = 0; i < chain.residueCount; ++i) {
-        cChainResidue& residue = chain.residues[i];
+    representatives.reserve(participants.size());
+    std::vector<std::uint32_t> nextRanks(peptide.chains.size() + 1);
+    for (const sParticipant& participant : participants) {
+        representatives.push_back(participant.residue->atoms[representativeAtom]);
+        ++nextRanks[participant.chain + 1];
+    }
+    for (std::size_t chain = 1; chain < nextRanks.size(); ++chain) {
+        nextRanks[chain] += nextRanks[chain - 1];
+    }
+    const cCentreGrid grid(representatives.data(), static_cast<unsigned>(peptide.atoms.size()),
+                           peptide.maxPoint, peptide.minPoint,
+                           static_cast<unsigned>(representatives.size()));
+    for (const cCentreGrid::sEntry& entry : grid.entriesInCellOrder()) {
+        sParticipant& participant = participants[entry.index];
+        participant.rank = nextRanks[participant.chain]++;
+    }
+}
+
+/// The residues of known type that have a representative, in the order of the file, and numbers for
+/// their names.
+std::vector<sParticipant> participantsOf(const cPdbPeptide& peptide,
+                                         const std::vector<std::uint32_t>& chains,
+                                         tNameIndices& nameIndices) {
+    std::vector<sParticipant> participants;
+    for (std::uint32_t i = 0; i < peptide.residues.size(); ++i) {
+        const cChainResidue& residue = peptide.residues[i];
         if (residue.atomCount <= representativeAtom || residue.residueType == eResidueType::other) {
             continue;
         }
         const auto nextIndex = static_cast<std::uint32_t>(nameIndices.size());
         const auto name = nameIndices.try_emplace(residue.residueName, nextIndex).first;
-        sParticipant participant{&residue, &chain, {}, name->second};
+        const cResidueAtom& atom = residue.atoms[representativeAtom];
+        sParticipant participant{&residue, {atom.x, atom.y, atom.z}, {}, i, chains[i], name->second,
+                                 0};
         for (unsigned j = 0; j < residue.atomCount; ++j) {
             participant.bounds.include(residue.atoms[j]);
-            search.bounds.include(residue.atoms[j]);
         }
-        representatives.push_back(participant.representative());
-        search.representativesBounds.include(participant.representative());
-        search.participants.push_back(participant);
+        participants.push_back(participant);
     }
-    search.grid = std::make_unique<cAtomGrid>(
-        representatives.data(), static_cast<unsigned>(peptide.atoms.size()), peptide.maxPoint,
-        peptide.minPoint, static_cast<int>(representatives.size()));
-    return search;
+    rankParticipants(peptide, participants);
+    return participants;
 }
 
-// The tests of the criteria. `isHopeless` tells for two residues, two chains or a residue and a
-// chain whether their bounds alone exclude a contact; calling the test decides for two residues and
-// adds the types of their contact.
-
-/// Some atom pair within a distance, Å.
-class cMaximumDistanceTest {
+/// Numbers for sets of contact types, the same for equal sets; 0 for the empty one. May be asked by
+/// several threads at the same time.
+class cTypeSets {
   public:
-    explicit cMaximumDistanceTest(double maxDistance) : threshold(maxDistance) {}
+    std::uint32_t numberOf(std::set<eContactType> types) {
+        if (types.empty()) {
+            return 0;
+        }
+        const std::scoped_lock lock(mutex);
+        const auto nextNumber = static_cast<std::uint32_t>(numbers.size());
+        return numbers.try_emplace(std::move(types), nextNumber).first->second;
+    }
 
-    bool isHopeless(const sBounds& a, const sBounds& b) const { return areApart(a, b, threshold); }
-
-    bool operator()(const sParticipant& a, const sParticipant& b, std::set<eContactType>&) const {
-        return !isHopeless(a.bounds, b.bounds) && a.residue->isWithinRange(*b.residue, threshold);
+    /// Hands out the sets in ascending order. Returns the place of each by its number, which
+    /// depends on the threads.
+    std::vector<std::uint32_t> moveTo(std::vector<std::set<eContactType>>& sets) {
+        std::vector<std::uint32_t> places(numbers.size());
+        while (!numbers.empty()) {
+            auto node = numbers.extract(numbers.begin());
+            places[node.mapped()] = static_cast<std::uint32_t>(sets.size());
+            sets.push_back(std::move(node.key()));
+        }
+        return places;
     }
 
   private:
-    double threshold;
+    std::mutex mutex;
+    std::map<std::set<eContactType>, std::uint32_t> numbers{{{}, 0}};
 };
 
-/// Some atom pair within its radii plus a distance, Å.
-class cPrismTest {
-  public:
-    explicit cPrismTest(double maxGap) : threshold(maxGap) {}
-
-    bool isHopeless(const sBounds& a, const sBounds& b) const {
-        // Summed like the reach of two atoms, so that it is not below that of any of them.
-        const double probe = threshold * 0.5;
-        return areApart(a, b, a.maxRadius + probe + b.maxRadius + probe);
-    }
-
-    bool operator()(const sParticipant& a, const sParticipant& b, std::set<eContactType>&) const {
-        return !isHopeless(a.bounds, b.bounds) &&
-               a.residue->isWithinRangeFromRadius(*b.residue, threshold);
-    }
-
-  private:
-    double threshold;
+/// A residue of a later chain that a residue touches.
+struct sPartner {
+    std::uint32_t rank; // of the participant
+    std::uint32_t typeSet;
 };
 
-/// Some rule of the table, or some atom pair within its radii plus a distance, Å.
-class cVordaTest {
-  public:
-    cVordaTest(const contactMap& map, const tNameIndices& nameIndices, double vdwThreshold)
-        : vanDerWaalsTest(vdwThreshold), rulesOfNames(nameIndices.size()) {
-        for (const auto& [name, index] : nameIndices) {
-            findRulesOf(name, map, nameIndices, rulesOfNames[index]);
-            for (const sRules& rules : rulesOfNames[index]) {
-                maxDistance = std::max(maxDistance, rules.maxDistance);
-            }
-        }
-    }
-
-    bool isHopeless(const sBounds& a, const sBounds& b) const {
-        return areApart(a, b, maxDistance) && vanDerWaalsTest.isHopeless(a, b);
-    }
-
-    bool operator()(const sParticipant& a, const sParticipant& b,
-                    std::set<eContactType>& types) const {
-        const std::vector<sRules>& rulesOfName = rulesOfNames[a.nameIndex];
-        if (!rulesOfName.empty()) {
-            const sRules& candidates = rulesOfName[b.nameIndex];
-            if (!areApart(a.bounds, b.bounds, candidates.maxDistance)) {
-                doTheyFormContact(*a.residue, *b.residue, *candidates.rules, types);
-            }
-        }
-        if (vanDerWaalsTest(a, b, types)) {
-            types.insert(eContactType::vanDerWaals);
-        }
-        return !types.empty();
-    }
-
-  private:
-    struct sRules {
-        const std::vector<sResidueAtomContact>* rules = &none;
-        double maxDistance = -infinity; ///< largest of the rules, Å
+/// The partners of every residue by their ranks. The residues are searched side by side.
+template <typename Test>
+std::vector<std::vector<sPartner>> findPartners(const cResidueTree& tree, std::size_t residueCount,
+                                                double range, const Test& test,
+                                                cTypeSets& typeSets) {
+    std::vector<std::vector<sPartner>> partners(residueCount);
+    const auto isHopeless = [&](const sBounds& a, const sBounds& b) {
+        return test.isHopeless(a, b);
     };
-    static inline const std::vector<sResidueAtomContact> none;
-
-    /// Fills `rulesOfName` with the rules of one name and each other name; leaves it empty when the
-    /// table has none. Keys of one first name stand together in the map.
-    static void findRulesOf(const std::string& name, const contactMap& map,
-                            const tNameIndices& nameIndices, std::vector<sRules>& rulesOfName) {
-        const std::string prefix = name + "_";
-        for (auto entry = map.lower_bound(prefix);
-             entry != map.end() && entry->first.starts_with(prefix); ++entry) {
-            const auto secondName = nameIndices.find(entry->first.substr(prefix.size()));
-            if (secondName == nameIndices.end()) {
-                continue;
-            }
-            rulesOfName.resize(nameIndices.size());
-            sRules& found = rulesOfName[secondName->second];
-            found.rules = &entry->second;
-            for (const sResidueAtomContact& rule : entry->second) {
-                found.maxDistance = std::max(found.maxDistance, rule.maxDistance);
-            }
-        }
-    }
-
-    cPrismTest vanDerWaalsTest;
-    std::vector<std::vector<sRules>> rulesOfNames; // by the first and the second name index
-    double maxDistance = -infinity;                // largest of all rules, Å
-};
-
-template <typename Test>
-void findPartners(const sParticipant& participant, const sChainSearch& later, double range,
-                  const Test& test, std::vector<sTouchingPair>& pairs) {
-    const cResidueAtom& representative = participant.representative();
-    if (areApart(boundsOf(representative), later.representativesBounds, range) ||
-        test.isHopeless(participant.bounds, later.bounds)) {
-        return;
-    }
-    later.grid->forEachInRangeByCenter(representative, range, [&](const cAtomGrid::sEntry& entry) {
-        const sParticipant& other = later.participants[entry.index];
-        std::set<eContactType> types;
-        if (test(participant, other, types)) {
-            pairs.push_back({&participant, &other, std::move(types)});
-        }
-    });
-}
-
-/// All touching pairs, ordered by the first residue in the file, then by the chain of the second.
-/// The residues of a chain are searched side by side.
-template <typename Test>
-std::vector<sTouchingPair> findPairs(const std::vector<sChainSearch>& searches, double range,
-                                     const Test& test) {
-    std::vector<sTouchingPair> pairs;
-    for (auto chain = searches.begin(); chain != searches.end(); ++chain) {
-        stopIfWanted();
-        std::vector<const sChainSearch*> laterChains;
-        for (auto later = chain + 1; later != searches.end(); ++later) {
-            if (!areApart(chain->representativesBounds, later->representativesBounds, range) &&
-                !test.isHopeless(chain->bounds, later->bounds)) {
-                laterChains.push_back(&*later);
-            }
-        }
-        if (laterChains.empty()) {
-            continue;
-        }
-        std::vector<std::vector<sTouchingPair>> found(chain->participants.size());
-        inParallel(found.size(), residuesPerTask, [&](std::size_t i) {
-            for (const sChainSearch* later : laterChains) {
-                findPartners(chain->participants[i], *later, range, test, found[i]);
+    inParallel(tree.participants().size(), residuesPerTask, [&](std::size_t i) {
+        const sParticipant& one = tree.participants()[i];
+        std::vector<sPartner>& found = partners[one.position];
+        tree.forEachOfLaterChains(one, range, isHopeless, [&](const sParticipant& other) {
+            std::set<eContactType> types;
+            if (test(one, other, types)) {
+                found.push_back({other.rank, typeSets.numberOf(std::move(types))});
             }
         });
-        for (std::vector<sTouchingPair>& part : found) {
-            std::ranges::move(part, std::back_inserter(pairs));
-        }
-    }
-    return pairs;
+        std::sort(found.begin(), found.end(),
+                  [](const sPartner& a, const sPartner& b) { return a.rank < b.rank; });
+    });
+    return partners;
 }
 
-/// Two records of one contact, one from each side.
-void record(const sTouchingPair& pair, eInteractionCriterion criterion,
-            std::vector<cResidueContact>& contacts) {
-    const auto addRecord = [&](const sParticipant& one, const sParticipant& other) {
-        contacts.emplace_back(one.chain->chainId, one.residue->residueNumber,
-                              one.residue->residueName, other.chain->chainId,
-                              other.residue->residueNumber, other.residue->residueName, pair.types,
-                              criterion);
-    };
-    addRecord(*pair.first, *pair.second);
-    addRecord(*pair.second, *pair.first);
+/// Both directions of every pair, in the order in which the pairs are found, and the flags of their
+/// residues. Empties `partners`.
+std::vector<sContact> recordPairs(cPdbPeptide& peptide, const cResidueTree& tree,
+                                  std::vector<std::vector<sPartner>>& partners) {
+    std::vector<std::uint32_t> positions(tree.participants().size()); // by rank
+    for (const sParticipant& participant : tree.participants()) {
+        positions[participant.rank] = participant.position;
+    }
+    std::size_t pairs = 0;
+    for (const std::vector<sPartner>& found : partners) {
+        pairs += found.size();
+    }
+    std::vector<sContact> contacts;
+    contacts.reserve(2 * pairs);
+    cStopCheck check;
+    for (std::uint32_t first = 0; first < partners.size(); ++first) {
+        for (const sPartner& partner : partners[first]) {
+            check();
+            const std::uint32_t second = positions[partner.rank];
+            contacts.push_back({first, second, partner.typeSet});
+            contacts.push_back({second, first, partner.typeSet});
+            peptide.residues[first].isBinding = true;
+            peptide.residues[second].isBinding = true;
+        }
+        partners[first] = {};
+    }
+    return contacts;
+}
+
+/// For every residue a rank, equal for those that compare equal.
+struct sRanks {
+    std::vector<std::uint32_t> ofResidue;
+    std::uint32_t count = 0;
+};
+
+/// Ranks of the residues at some positions; the others keep 0.
+template <typename Compare>
+sRanks rank(std::size_t residueCount, std::vector<std::uint32_t> positions, Compare compare) {
+    std::sort(positions.begin(), positions.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return compare(a, b) < 0; });
+    sRanks ranks{std::vector<std::uint32_t>(residueCount), 0};
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        if (i == 0 || compare(positions[i - 1], positions[i]) != 0) {
+            ++ranks.count;
+        }
+        ranks.ofResidue[positions[i]] = ranks.count - 1;
+    }
+    return ranks;
+}
+
+/// Sorts by the rank of one of the two residues; contacts of equal rank stay in their order.
+void sortBy(const sRanks& ranks, std::uint32_t sContact::*side, std::vector<sContact>& contacts,
+            std::vector<sContact>& sorted) {
+    std::vector<std::size_t> places(ranks.count + 1);
+    for (const sContact& contact : contacts) {
+        ++places[ranks.ofResidue[contact.*side] + 1];
+    }
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        places[i] += places[i - 1];
+    }
+    cStopCheck check;
+    for (const sContact& contact : contacts) {
+        check();
+        sorted[places[ranks.ofResidue[contact.*side]]++] = contact;
+    }
+    contacts.swap(sorted);
+}
+
+/// Sorts by the chains' ids, then by the residue numbers; equal contacts stay in their order.
+void sortContacts(const cPdbPeptide& peptide, const std::vector<std::uint32_t>& chains,
+                  std::vector<sContact>& contacts) {
+    std::vector<std::uint32_t> positions;
+    for (std::uint32_t i = 0; i < peptide.residues.size(); ++i) {
+        if (peptide.residues[i].isBinding) {
+            positions.push_back(i);
+        }
+    }
+    const std::size_t residues = peptide.residues.size();
+    const sRanks numbers = rank(residues, positions, [&](std::uint32_t a, std::uint32_t b) {
+        return compareResidueNumbers(peptide.residues[a].residueNumber,
+                                     peptide.residues[b].residueNumber);
+    });
+    const sRanks ids = rank(residues, positions, [&](std::uint32_t a, std::uint32_t b) {
+        return peptide.chains[chains[a]].chainId.compare(peptide.chains[chains[b]].chainId);
+    });
+    // Sorted by the last key first: every later pass keeps what the former ones have done.
+    std::vector<sContact> sorted(contacts.size());
+    sortBy(numbers, &sContact::residue2, contacts, sorted);
+    sortBy(numbers, &sContact::residue1, contacts, sorted);
+    sortBy(ids, &sContact::residue2, contacts, sorted);
+    sortBy(ids, &sContact::residue1, contacts, sorted);
 }
 
 } // namespace
 
-void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double searchValue,
-                                  double vdwThreshold, const contactMap* map) {
-    tNameIndices nameIndices;
-    std::vector<sChainSearch> searches;
-    searches.reserve(chains.size());
-    for (const cProteinChain& chain : chains) {
-        searches.push_back(searchOf(*this, chain, nameIndices));
+std::vector<std::uint32_t> chainOfResidues(const cPdbPeptide& peptide) {
+    std::vector<std::uint32_t> chains;
+    chains.reserve(peptide.residues.size());
+    for (std::uint32_t i = 0; i < peptide.chains.size(); ++i) {
+        chains.insert(chains.end(), peptide.chains[i].residueCount, i);
     }
-    const double range = searchValue + sideChainMargin;
-    std::vector<sTouchingPair> pairs;
+    return chains;
+}
+
+sContactList findContacts(cPdbPeptide& peptide, eInteractionCriterion criterion, double searchValue,
+                          double vdwThreshold, const contactMap* rules) {
+    const std::vector<std::uint32_t> chains = chainOfResidues(peptide);
+    tNameIndices nameIndices;
+    const cResidueTree tree(participantsOf(peptide, chains, nameIndices));
+    cTypeSets typeSets;
+    std::vector<std::vector<sPartner>> partners;
+    const auto find = [&](const auto& test) {
+        partners = findPartners(tree, peptide.residues.size(), searchValue + sideChainMargin, test,
+                                typeSets);
+    };
     if (criterion == eInteractionCriterion::maximumDistance) {
-        pairs = findPairs(searches, range, cMaximumDistanceTest(searchValue));
+        find(cMaximumDistanceTest(searchValue));
     } else if (criterion == eInteractionCriterion::prism) {
-        pairs = findPairs(searches, range, cPrismTest(searchValue));
+        find(cPrismTest(searchValue));
     } else if (criterion == eInteractionCriterion::vorda) {
         const contactMap noRules;
-        const cVordaTest test(map != nullptr ? *map : noRules, nameIndices, vdwThreshold);
-        pairs = findPairs(searches, range, test);
+        find(cVordaTest(rules != nullptr ? *rules : noRules, nameIndices, vdwThreshold));
     }
+    sContactList list;
+    list.contacts = recordPairs(peptide, tree, partners);
+    const std::vector<std::uint32_t> places = typeSets.moveTo(list.typeSets);
+    for (sContact& contact : list.contacts) {
+        contact.typeSet = places[contact.typeSet];
+    }
+    sortContacts(peptide, chains, list.contacts);
+    return list;
+}
+
+void markBindingResiduesByAreaChange(cPdbPeptide& peptide, double deltaAsa, double probeRadius,
+                                     double zSlice) {
+    cPdbPeptide apart(peptide);
+    for (std::size_t c = 0; c < peptide.chains.size(); ++c) {
+        apart.chains[c].setAccessibleSurfaceArea(probeRadius, zSlice);
+        for (unsigned i = 0; i < peptide.chains[c].residueCount; ++i) {
+            cChainResidue& residue = peptide.chains[c].residues[i];
+            const double change = apart.chains[c].residues[i].totalAsa - residue.totalAsa;
+            if (std::abs(change) > deltaAsa && residue.residueType != eResidueType::other) {
+                residue.isBinding = true;
+            }
+        }
+    }
+}
+
+// ---- The structure's own list of contacts ----
+
+void cPdbPeptide::resolveContacts(eInteractionCriterion criterion, double searchValue,
+                                  double vdwThreshold, const contactMap* map) {
+    const sContactList found = findContacts(*this, criterion, searchValue, vdwThreshold, map);
+    const std::vector<std::uint32_t> chainPositions = chainOfResidues(*this);
+    const auto formerCount = static_cast<std::ptrdiff_t>(contacts.size());
+    contacts.reserve(contacts.size() + found.contacts.size());
     cStopCheck check;
-    contacts.reserve(contacts.size() + 2 * pairs.size());
-    for (const sTouchingPair& pair : pairs) {
+    for (const sContact& contact : found.contacts) {
         check();
-        record(pair, criterion, contacts);
-        pair.first->residue->isBinding = true;
-        pair.second->residue->isBinding = true;
+        const cChainResidue& one = residues[contact.residue1];
+        const cChainResidue& other = residues[contact.residue2];
+        contacts.emplace_back(chains[chainPositions[contact.residue1]].chainId, one.residueNumber,
+                              one.residueName, chains[chainPositions[contact.residue2]].chainId,
+                              other.residueNumber, other.residueName,
+                              found.typeSets[contact.typeSet], criterion);
     }
-    // Stable, so that records that compare equal stand in the order of the file with every library.
-    std::stable_sort(contacts.begin(), contacts.end(),
-                     [&](const cResidueContact& a, const cResidueContact& b) {
-                         check();
-                         return a < b;
-                     });
+    const auto isLess = [&](const cResidueContact& a, const cResidueContact& b) {
+        check();
+        return a < b;
+    };
+    std::stable_sort(contacts.begin(), contacts.begin() + formerCount, isLess);
+    std::inplace_merge(contacts.begin(), contacts.begin() + formerCount, contacts.end(), isLess);
 }
 
 void cPdbPeptide::resolveThresholdContacts(double threshold) {
@@ -331,17 +322,7 @@ void cPdbPeptide::resolveHovikKRBContacts(double vdwThreshold, double searchValu
 }
 
 void cPdbPeptide::resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice) {
-    cPdbPeptide apart(*this);
-    for (std::size_t c = 0; c < chains.size(); ++c) {
-        apart.chains[c].setAccessibleSurfaceArea(probeRadius, zSlice);
-        for (unsigned i = 0; i < chains[c].residueCount; ++i) {
-            cChainResidue& residue = chains[c].residues[i];
-            const double change = apart.chains[c].residues[i].totalAsa - residue.totalAsa;
-            if (std::abs(change) > deltaAsa && residue.residueType != eResidueType::other) {
-                residue.isBinding = true;
-            }
-        }
-    }
+    markBindingResiduesByAreaChange(*this, deltaAsa, probeRadius, zSlice);
 }
 
 } // namespace kelmo

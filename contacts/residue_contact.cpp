@@ -43,16 +43,6 @@ long leadingInteger(std::string_view text) {
     return negated == lowest ? std::numeric_limits<long>::max() : -negated;
 }
 
-/// Negative, 0 or positive as residue number `a` sorts before, with or after `b`.
-int compareResidueNumbers(const std::string& a, const std::string& b) {
-    const long left = leadingInteger(a);
-    const long right = leadingInteger(b);
-    if (left != right) {
-        return left < right ? -1 : 1;
-    }
-    return a.compare(b);
-}
-
 /// The field at a zero-based column, cut off where the line ends.
 std::string field(const std::string& line, std::size_t column, std::size_t length) {
     if (column > line.size()) {
@@ -106,6 +96,15 @@ bool isFulfilled(const sResidueAtomContact& rule, const cChainResidue& r1,
 }
 
 } // namespace
+
+int compareResidueNumbers(const std::string& a, const std::string& b) {
+    const long left = leadingInteger(a);
+    const long right = leadingInteger(b);
+    if (left != right) {
+        return left < right ? -1 : 1;
+    }
+    return a.compare(b);
+}
 
 bool operator==(const cResidueContact& a, const cResidueContact& b) {
     return a.chain1 == b.chain1 && a.residueNumber1 == b.residueNumber1 && a.chain2 == b.chain2 &&

@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace kelmo {
@@ -18,6 +19,10 @@ bool operator!=(const cResidueContact& a, const cResidueContact& b);
 /// ordering whatever the texts are. Numbers too large for an integer count as the largest one.
 bool operator<(const cResidueContact& a, const cResidueContact& b);
 bool operator>(const cResidueContact& a, const cResidueContact& b);
+
+/// Negative, 0 or positive as residue number `a` sorts before, with or after `b`: by leading
+/// integer, then by text.
+int compareResidueNumbers(const std::string& a, const std::string& b);
 
 /// Adds the rules of a fixed-column table, each with its mirror, to `map`. The first line is a
 /// header. Text that is no number reads as 0. Throws std::out_of_range("basic_string::substr") at a

@@ -48,6 +48,21 @@ class cResidueContact {
     eInteractionCriterion criterion = eInteractionCriterion::none;
 };
 
+/// One direction of a contact, without texts, so that millions of them fit into memory.
+struct sContact {
+    std::uint32_t residue1; ///< position in cPdbPeptide::residues
+    std::uint32_t residue2;
+    std::uint32_t typeSet; ///< position in sContactList::typeSets
+};
+
+/// The contacts of one structure by one criterion.
+struct sContactList {
+    std::vector<sContact> contacts;
+    /// Every set of types that occurs, each once, in ascending order; the empty set comes first,
+    /// whether it occurs or not.
+    std::vector<std::set<eContactType>> typeSets;
+};
+
 /// One rule: two atoms of two residue types, by position and name, and how close they must be.
 struct sResidueAtomContact {
     std::string atomName1; ///< or "ALL"

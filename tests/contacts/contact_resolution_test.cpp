@@ -1,6 +1,8 @@
 // Which residues the four criteria find, against closed cases and against all pairs one by one.
 #include "base/stop_request.h"
+#include "contacts/contact_resolution.h"
 #include "contacts/residue_contact.h"
+#include "geometry/atom_grid.h"
 #include "model/pdb_peptide.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +13,7 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <tuple>
@@ -238,15 +241,74 @@ void resolvePairByPair(cPdbPeptide& peptide, const sSearch& search) {
 using tRecord = std::tuple<std::string, std::string, std::string, std::string, std::string,
                            std::string, tTypes, eInteractionCriterion>;
 
-/// Everything that stands in the records, in an order that does not depend on how they were sorted.
-std::vector<tRecord> recordsOf(const cPdbPeptide& peptide) {
+/// Everything that stands in the records, in their order.
+std::vector<tRecord> orderedRecordsOf(const cPdbPeptide& peptide) {
     std::vector<tRecord> records;
     for (const cResidueContact& contact : peptide.contacts) {
         records.emplace_back(contact.chain1, contact.residueNumber1, contact.residueName1,
                              contact.chain2, contact.residueNumber2, contact.residueName2,
                              contact.contactTypes, contact.criterion);
     }
+    return records;
+}
+
+/// Everything that stands in the records, in an order that does not depend on how they were sorted.
+std::vector<tRecord> recordsOf(const cPdbPeptide& peptide) {
+    std::vector<tRecord> records = orderedRecordsOf(peptide);
     std::sort(records.begin(), records.end());
+    return records;
+}
+
+/// Pairs as the grids of the later chains return them, sorted so that equal records keep this
+/// order.
+void resolveGridByGrid(cPdbPeptide& peptide, const sSearch& search) {
+    struct sSearched {
+        std::vector<cChainResidue*> residues;
+        std::vector<cResidueAtom> representatives;
+    };
+    std::vector<sSearched> chains(peptide.chains.size());
+    for (std::size_t i = 0; i < chains.size(); ++i) {
+        for (unsigned k = 0; k < peptide.chains[i].residueCount; ++k) {
+            cChainResidue& residue = peptide.chains[i].residues[k];
+            if (isSearched(residue)) {
+                chains[i].residues.push_back(&residue);
+                chains[i].representatives.push_back(residue.atoms[1]);
+            }
+        }
+    }
+    std::vector<std::unique_ptr<cAtomGrid>> grids;
+    for (const sSearched& chain : chains) {
+        grids.push_back(std::make_unique<cAtomGrid>(
+            chain.representatives.data(), static_cast<unsigned>(peptide.atoms.size()),
+            peptide.maxPoint, peptide.minPoint, static_cast<int>(chain.representatives.size())));
+    }
+    for (std::size_t i = 0; i < chains.size(); ++i) {
+        for (cChainResidue* const a : chains[i].residues) {
+            for (std::size_t j = i + 1; j < chains.size(); ++j) {
+                grids[j]->forEachInRangeByCenter(
+                    a->atoms[1], search.searchValue + 15.0, [&](const cAtomGrid::sEntry& entry) {
+                        addRecords(peptide.chains[i], *a, peptide.chains[j],
+                                   *chains[j].residues[entry.index], search, peptide.contacts);
+                    });
+            }
+        }
+    }
+    std::stable_sort(peptide.contacts.begin(), peptide.contacts.end());
+}
+
+/// The texts of a list of contacts.
+std::vector<tRecord> orderedRecordsOf(const cPdbPeptide& peptide, const sContactList& list,
+                                      eInteractionCriterion criterion) {
+    const std::vector<std::uint32_t> chains = chainOfResidues(peptide);
+    std::vector<tRecord> records;
+    for (const sContact& contact : list.contacts) {
+        const cChainResidue& one = peptide.residues[contact.residue1];
+        const cChainResidue& other = peptide.residues[contact.residue2];
+        records.emplace_back(peptide.chains[chains[contact.residue1]].chainId, one.residueNumber,
+                             one.residueName, peptide.chains[chains[contact.residue2]].chainId,
+                             other.residueNumber, other.residueName, list.typeSets[contact.typeSet],
+                             criterion);
+    }
     return records;
 }
 
@@ -333,6 +395,34 @@ std::string randomText(unsigned seed) {
                 const double dy = below(12) * 0.5;
                 const double dz = below(8) * 0.5;
                 pdb.atom(atomNames[nameIndex], x + dx, y + dy, z + dz);
+            }
+        }
+    }
+    return pdb.text();
+}
+
+/// Many short chains of two ids in a cube of 16 Å, whose residues share a few numbers: most records
+/// compare equal to others. Names tell them apart.
+std::string textOfEqualRecords(unsigned seed) {
+    static const std::vector<std::string> names = {"ALA", "ARG", "ASP", "GLY", "HIS",
+                                                   "LEU", "PRO", "SER", "THR", "VAL"};
+    static const std::vector<std::string> numbers = {"7", "-7", "007", "7A", "12", "A"};
+    std::mt19937 generator(seed);
+    const auto below = [&generator](unsigned limit) {
+        return static_cast<unsigned>(generator()) % limit;
+    };
+    cPdbText pdb;
+    char chainId = 'A';
+    for (int chain = 0; chain < 24; ++chain) {
+        chainId = chainId == 'A' ? 'B' : below(4) == 0 ? ' ' : 'A';
+        const unsigned residues = 1 + below(6);
+        for (unsigned k = 0; k < residues; ++k) {
+            pdb.residue(chainId, numbers[below(6)], names[below(10)]);
+            for (const char* const atomName : {"N", "CA", "C"}) {
+                const double x = below(32) * 0.5;
+                const double y = below(32) * 0.5;
+                const double z = below(32) * 0.5;
+                pdb.atom(atomName, x, y, z);
             }
         }
     }
@@ -706,6 +796,92 @@ TEST(ContactResolution, SearchEqualsTheSearchPairByPairOnRandomStructures) {
     EXPECT_GT(records, 10000U);
 }
 
+TEST(ContactResolution, EqualRecordsStandInTheOrderInWhichTheyAreFound) {
+    const contactMap rules = sampleRules();
+    std::size_t equalNeighbours = 0;
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        const std::string text = seed % 2 == 0 ? randomText(seed) : textOfEqualRecords(seed);
+        const cPdbPeptide peptide = read(text, sampleRadii());
+        for (const sSearch& search : searchesOf(rules)) {
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", criterion " +
+                         std::to_string(static_cast<int>(search.criterion)) + ", search value " +
+                         std::to_string(search.searchValue));
+            cPdbPeptide searched(peptide);
+            searched.resolveContacts(search.criterion, search.searchValue, search.vdwThreshold,
+                                     search.rules);
+            cPdbPeptide expected(peptide);
+            resolveGridByGrid(expected, search);
+            EXPECT_EQ(orderedRecordsOf(searched), orderedRecordsOf(expected));
+            for (std::size_t i = 1; i < expected.contacts.size(); ++i) {
+                equalNeighbours += expected.contacts[i - 1] == expected.contacts[i] ? 1U : 0U;
+            }
+        }
+    }
+    EXPECT_GT(equalNeighbours, 10000U);
+}
+
+// ---- Lists of contacts without texts ----
+
+TEST(ContactList, HoldsTheRecordsOfTheStructure) {
+    const contactMap rules = sampleRules();
+    for (unsigned seed = 1; seed <= 10; ++seed) {
+        const cPdbPeptide peptide = read(textOfEqualRecords(seed), sampleRadii());
+        for (const sSearch& search : searchesOf(rules)) {
+            cPdbPeptide searched(peptide);
+            searched.resolveContacts(search.criterion, search.searchValue, search.vdwThreshold,
+                                     search.rules);
+            cPdbPeptide listed(peptide);
+            const sContactList list = findContacts(listed, search.criterion, search.searchValue,
+                                                   search.vdwThreshold, search.rules);
+            EXPECT_EQ(orderedRecordsOf(listed, list, search.criterion), orderedRecordsOf(searched));
+            EXPECT_EQ(bindingFlags(listed), bindingFlags(searched));
+            EXPECT_TRUE(listed.contacts.empty());
+        }
+    }
+}
+
+TEST(ContactList, TypeSetsStandOnceInAscendingOrderTheEmptyOneFirst) {
+    const contactMap rules = sampleRules();
+    cPdbPeptide peptide = read(sampleText("2hhb.pdb"), sampleRadii());
+    const sContactList list = findContacts(peptide, vorda, 6.0, 1.125, &rules);
+    ASSERT_GT(list.typeSets.size(), 2U);
+    EXPECT_TRUE(list.typeSets.front().empty());
+    for (std::size_t i = 1; i < list.typeSets.size(); ++i) {
+        EXPECT_LT(list.typeSets[i - 1], list.typeSets[i]);
+    }
+    std::set<std::uint32_t> used;
+    for (const sContact& contact : list.contacts) {
+        used.insert(contact.typeSet);
+    }
+    EXPECT_EQ(used.size(), list.typeSets.size() - 1);
+    EXPECT_FALSE(used.contains(0));
+}
+
+TEST(ContactList, CriteriaWithoutTypesUseTheEmptySetAlone) {
+    for (const eInteractionCriterion criterion : {maximumDistance, prism}) {
+        cPdbPeptide peptide = twoResidues(3.0);
+        const sContactList list = findContacts(peptide, criterion, 5.0, 0.0, nullptr);
+        ASSERT_EQ(list.contacts.size(), 2U);
+        EXPECT_EQ(list.typeSets, (std::vector<tTypes>{{}}));
+        EXPECT_EQ(list.contacts[0].typeSet, 0U);
+        EXPECT_EQ(list.contacts[0].residue1, 0U);
+        EXPECT_EQ(list.contacts[0].residue2, 1U);
+        EXPECT_EQ(list.contacts[1].residue1, 1U);
+        EXPECT_EQ(list.contacts[1].residue2, 0U);
+    }
+}
+
+TEST(ContactList, ChainsOfResiduesFollowTheChains) {
+    const cPdbPeptide peptide = read(textOfEqualRecords(1));
+    const std::vector<std::uint32_t> chains = chainOfResidues(peptide);
+    ASSERT_EQ(chains.size(), peptide.residues.size());
+    for (std::size_t i = 0; i < chains.size(); ++i) {
+        const cProteinChain& chain = peptide.chains.at(chains[i]);
+        EXPECT_GE(&peptide.residues[i], chain.residues);
+        EXPECT_LT(&peptide.residues[i], chain.residues + chain.residueCount);
+    }
+}
+
 // ---- Change of the accessible surface ----
 
 class DovrethContacts : public testing::Test {
@@ -835,7 +1011,7 @@ TEST(ContactStop, EveryResidueAndEverySortingIsAStopsOpportunity) {
             return questions.load();
         };
         const int questions = resolve(0);
-        // Every residue is one, except for the last chain's, and so are the chains and the sorting.
+        // Every residue is one, the last chain's too, and so is the sorting.
         const auto residues =
             static_cast<int>(peptide.residues.size() - peptide.chains.back().residueCount);
         EXPECT_GT(questions, residues + static_cast<int>(peptide.chains.size()))
