@@ -1,50 +1,18 @@
-// The records of the PDB format; columns are counted from 0.
 #include "input/pdb_lines.h"
 
 #include "base/string_operation.h"
+#include "input/atom_rules.h"
+#include "input/pdb_columns.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <optional>
 #include <unordered_map>
 
 namespace kelmo {
 
 namespace {
 
-struct sField {
-    std::size_t offset;
-    std::size_t length;
-};
-
-constexpr sField serialField{6, 5};
-constexpr sField atomNameField{12, 4};
-constexpr sField residueNameField{17, 3};
-constexpr sField chainIdField{21, 1};
-constexpr sField residueNumberField{22, 5};
-constexpr std::array<sField, 3> coordinateFields{{{30, 8}, {38, 8}, {46, 8}}};
-constexpr sField entryCodeField{62, 4};
-
-constexpr std::size_t shortestRecord = 6;
-constexpr std::size_t shortestAtomRecord = 54;
-constexpr std::size_t shortestHeader = 66;
 constexpr std::size_t usualAtomLine = 81; // with its line feed
-
-constexpr double missingRadius = 1.6;
-constexpr double missingOxtRadius = 1.4;
-
-std::string_view fieldText(std::string_view line, sField field) {
-    return line.substr(field.offset, field.length);
-}
-
-std::string_view trimmedField(std::string_view line, sField field) {
-    return trimmedView(fieldText(line, field));
-}
-
-bool isMetal(std::string_view atomName) {
-    return atomName == "CU" || atomName == "FE" || atomName == "MG" || atomName == "ZN";
-}
 
 /// Looks radii up by the raw name columns of a line. Structures name the same few hundred atoms
 /// over and over, so the answer for each spelling is worked out once.
@@ -59,8 +27,9 @@ class cRadiusLookup {
         if (known != answers.end()) {
             return known->second;
         }
-        const double radius =
-            lookUp(trimmedField(line, residueNameField), trimmedField(line, atomNameField));
+        const sRadiusKey key{trimmedField(line, residueNameField),
+                             trimmedField(line, atomNameField)};
+        const double radius = vdwRadius(radii, key, key, missingRadii);
         answers.emplace(spelling, radius);
         return radius;
     }
@@ -74,20 +43,6 @@ class cRadiusLookup {
             }
         }
         return bytes;
-    }
-
-    double lookUp(std::string_view residueName, std::string_view atomName) {
-        std::string key(residueName);
-        key.append("_").append(atomName);
-        const auto entry = radii.find(key);
-        if (entry != radii.end()) {
-            return entry->second;
-        }
-        if (atomName == "OXT") {
-            return missingOxtRadius;
-        }
-        missingRadii.insert(std::move(key));
-        return missingRadius;
     }
 
     const std::map<std::string, double>& radii;

@@ -2,8 +2,9 @@
 #include "base/parallel_work.h"
 #include "base/stop_request.h"
 #include "base/string_operation.h"
+#include "input/chain_builder.h"
+#include "input/line_runs.h"
 #include "input/pdb_lines.h"
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
 
 #include <algorithm>
@@ -20,15 +21,11 @@ namespace kelmo {
 
 namespace {
 
-/// Puts runs of lines together to a structure. Residues and chains are recorded by their counts;
-/// the structure links them to its lists when everything is read and no list grows any more.
+/// Puts runs of lines together to a structure.
 class cPdbAssembly {
   public:
     cPdbAssembly(cPdbPeptide& target, std::set<std::string>& missing)
-        : peptide(target), missingRadii(missing) {
-        createAminoAcidNamesSet(aminoAcids);
-        createNucleicAcidNamesSet(nucleicAcids);
-    }
+        : peptide(target), missingRadii(missing), chains(target, eIdentity::ignoringCase) {}
 
     /// Appends what follows in the file, unless it has ended.
     void append(sPdbLines lines) {
@@ -44,7 +41,11 @@ class cPdbAssembly {
             for (; header != lines.headers.cend() && header->atom <= place.atom; ++header) {
                 peptide.name = header->entryCode;
             }
-            takeBreak(place, firstAtom + place.atom, lines.atoms[place.atom].atomName);
+            chains.place({.chainId = std::string_view(&place.chainId, 1),
+                          .residueNumber = place.residueNumber,
+                          .residueName = place.residueName,
+                          .nameInFile = place.residueName},
+                         firstAtom + place.atom, lines.atoms[place.atom].atomName);
         }
         for (; header != lines.headers.cend(); ++header) {
             peptide.name = header->entryCode;
@@ -60,13 +61,11 @@ class cPdbAssembly {
     /// closes nothing.
     int finish() {
         if (end == sPdbLines::eEnd::badLine) {
+            peptide.rebuildLinks();
             return static_cast<int>(
                 std::min<std::int64_t>(lineCount, std::numeric_limits<int>::max()));
         }
-        if (!peptide.atoms.empty()) {
-            closeResidue(peptide.atoms.size());
-            closeChain(peptide.atoms.size());
-        }
+        chains.finish();
         return 0;
     }
 
@@ -76,109 +75,11 @@ class cPdbAssembly {
                   std::make_move_iterator(from.end()));
     }
 
-    /// `atom` counts from the beginning of the file.
-    void takeBreak(const sPdbLines::sBreak& place, std::size_t atom, std::string& atomName) {
-        const std::string chainId(1, place.chainId);
-        const bool isNewChain = !equalIgnoringCase(chainId, currentChainId);
-        if (atomName == "N" && isNewChain) {
-            atomName = "NXT";
-        }
-        if (atom == 0) {
-            beginResidue(place);
-            currentChainId = chainId;
-            return;
-        }
-        if (isNewChain || !equalIgnoringCase(place.residueNumber, currentResidueNumber)) {
-            closeResidue(atom);
-            beginResidue(place);
-        }
-        if (isNewChain) {
-            closeChain(atom);
-            currentChainId = chainId;
-        }
-    }
-
-    void beginResidue(const sPdbLines::sBreak& place) {
-        currentResidueName = place.residueName;
-        currentResidueNumber = place.residueNumber;
-    }
-
-    void closeResidue(std::size_t endAtom) {
-        eResidueType type = eResidueType::other;
-        if (nucleicAcids.contains(currentResidueName)) {
-            type = eResidueType::nucleicAcid;
-        } else if (aminoAcids.contains(currentResidueName)) {
-            type = eResidueType::aminoAcid;
-        }
-        peptide.residues.emplace_back(currentResidueName, currentResidueNumber, nullptr,
-                                      static_cast<unsigned>(endAtom - residueBegin), type);
-        residueBegin = endAtom;
-    }
-
-    void closeChain(std::size_t endAtom) {
-        cProteinChain chain;
-        chain.peptideName = peptide.name;
-        chain.chainId = currentChainId == " " ? "*" : currentChainId;
-        chain.residueCount = static_cast<unsigned>(peptide.residues.size() - chainFirstResidue);
-        chain.atomCount = static_cast<unsigned>(endAtom - chainBegin);
-        peptide.chains.push_back(std::move(chain));
-        chainFirstResidue = peptide.residues.size();
-        chainBegin = endAtom;
-    }
-
     cPdbPeptide& peptide;
     std::set<std::string>& missingRadii;
-    std::set<std::string> aminoAcids;
-    std::set<std::string> nucleicAcids;
-    std::string currentResidueName;
-    std::string currentResidueNumber;
-    std::string currentChainId;
+    cChainBuilder chains;
     sPdbLines::eEnd end = sPdbLines::eEnd::none;
     std::int64_t lineCount = 0;
-    std::size_t residueBegin = 0;
-    std::size_t chainBegin = 0;
-    std::size_t chainFirstResidue = 0;
-};
-
-/// Hands a stream out in runs of whole lines. Of a line that is longer than a run only the columns
-/// that mean something are kept, so that a file without line ends needs no memory.
-class cLineRuns {
-  public:
-    cLineRuns(std::istream& source, const cStopRequest* stopRequest)
-        : in(source), request(stopRequest) {}
-
-    /// The next run; empty at the end of the stream.
-    std::string next() {
-        std::string run = std::exchange(begun, {});
-        while (in) {
-            if (request != nullptr) {
-                request->check(); // a line may be gigabytes long
-            }
-            const std::size_t searched = run.size();
-            run.resize(searched + usualLength);
-            in.read(run.data() + searched, usualLength);
-            run.resize(searched + static_cast<std::size_t>(in.gcount()));
-            const std::size_t lineEnd = run.rfind('\n');
-            if (in && lineEnd != std::string::npos) {
-                begun = run.substr(lineEnd + 1);
-                run.resize(lineEnd + 1);
-                break;
-            }
-            if (in.bad()) { // what the error cut off is no line
-                run.resize(lineEnd == std::string::npos ? 0 : lineEnd + 1);
-            } else if (lineEnd == std::string::npos) {
-                run.resize(std::min(run.size(), columnsKept));
-            }
-        }
-        return run;
-    }
-
-  private:
-    static constexpr std::streamsize usualLength = 1 << 15;
-    static constexpr std::size_t columnsKept = 128; // the last that is read is the 66th
-    std::istream& in;
-    const cStopRequest* request;
-    std::string begun; // the line that the last run broke off in
 };
 
 /// Room for as many atoms as a stream of this length can hold, so that the list never has to be
@@ -245,19 +146,7 @@ int cPdbPeptide::loadFromStream(std::istream& in, std::map<std::string, double> 
     reserveFor(in, *this);
     cPdbAssembly assembly(*this, missingRadii);
     readAll(in, radii, assembly);
-    if (const int badLine = assembly.finish(); badLine != 0) {
-        rebuildLinks();
-        return badLine;
-    }
-    rebuildLinks();
-    for (cProteinChain& chain : chains) {
-        setMinMaxPoints(chain.atoms, chain.atomCount, &chain.maxPoint, &chain.minPoint);
-    }
-    if (!atoms.empty()) {
-        setMinMaxPoints(atoms.data(), static_cast<unsigned>(atoms.size()), &maxPoint, &minPoint);
-    }
-    totalAsa = sideChainAsa = backboneAsa = polarAsa = nonPolarAsa = 0.0;
-    return 0;
+    return assembly.finish();
 }
 
 } // namespace kelmo

@@ -1,5 +1,8 @@
 #include "input/pdb_text.h"
 
+#include "input/pdb_records.h"
+#include "input/structure_making.h"
+
 #include <cerrno>
 #include <istream>
 #include <system_error>
@@ -11,9 +14,9 @@ sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& r
                         const sReadOptions& options) {
     sReadResult result;
     if (options != sReadOptions{}) {
-        result.outcome = eReadOutcome::refused;
-        result.reason = "PDB text is read as it stands and with its first model alone";
-        return result;
+        const sStructureRecords records = readPdbRecords(in, options, result);
+        return result.outcome == eReadOutcome::read ? makeStructures(records, radii, options)
+                                                    : result;
     }
     cPdbPeptide structure;
     errno = 0;

@@ -9,7 +9,7 @@
 
 namespace kelmo {
 
-/// What cPdbPeptide::loadFromStream() makes of the text, with what it says of a stream that fails.
+/// With the default options what cPdbPeptide::loadFromStream() makes of the text.
 sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& radii,
                         const sReadOptions& options);
 

@@ -1,6 +1,7 @@
 #include "input/structure_formats.h"
 
 #include "base/string_operation.h"
+#include "input/mmcif_text.h"
 #include "input/pdb_text.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace {
 
 std::vector<sStructureFormat>& rows() {
     static std::vector<sStructureFormat> formats{
+        {"mmCIF", {".cif", ".mmcif"}, isCifText, readMmcifText},
         {"PDB", {".pdb", ".ent"}, [](std::string_view) { return true; }, readPdbText},
     };
     return formats;
@@ -41,6 +43,9 @@ std::vector<std::string> structureSuffixes() {
 }
 
 bool hasStructureSuffix(std::string_view fileName) {
+    if (endsIn(fileName, compressedSuffix)) {
+        fileName.remove_suffix(compressedSuffix.size());
+    }
     const std::vector<std::string> suffixes = structureSuffixes();
     return std::any_of(suffixes.begin(), suffixes.end(),
                        [&](const std::string& suffix) { return endsIn(fileName, suffix); });

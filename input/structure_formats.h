@@ -34,10 +34,13 @@ const std::vector<sStructureFormat>& structureFormats();
 /// Adds a row in front of the others. Not while a file may be being read.
 void addStructureFormat(sStructureFormat format);
 
-/// The suffixes of all formats, in the order in which people are told of them.
+/// The suffixes of all formats, in the order in which people are told of them; to each may be added
+/// that of a compressed file.
 std::vector<std::string> structureSuffixes();
 
-/// Whether a file name ends in one of them, in capitals or not.
+inline constexpr std::string_view compressedSuffix = ".gz";
+
+/// Whether a file name ends in one of them, compressed or not, in capitals or not.
 bool hasStructureSuffix(std::string_view fileName);
 
 } // namespace kelmo

@@ -1,8 +1,12 @@
 #include "input/structure_reader.h"
 
+#include "base/stop_request.h"
+#include "input/inflating_buffer.h"
+#include "input/replayed_buffer.h"
 #include "input/structure_formats.h"
 
 #include <istream>
+#include <utility>
 
 namespace kelmo {
 
@@ -12,9 +16,47 @@ std::string firstBytesOf(std::istream& in) {
     std::string bytes(recognisedLength, '\0');
     in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(in.gcount()));
-    in.clear();
-    in.seekg(0);
     return bytes;
+}
+
+/// `in` stands at its beginning, of which these are the first bytes.
+sReadResult readUncompressed(std::istream& in, const std::string& firstBytes,
+                             const std::map<std::string, double>& radii,
+                             const sReadOptions& options) {
+    const std::vector<sStructureFormat>& formats = structureFormats();
+    auto format = formats.begin();
+    while (!format->isContent(firstBytes)) {
+        ++format;
+    }
+    return format->read(in, radii, options);
+}
+
+/// The check sum stands at the end, where the reader of a format may never come.
+void readToTheEnd(std::istream& in) {
+    std::string ignored(recognisedLength, '\0');
+    while (in) {
+        stopIfWanted();
+        in.read(ignored.data(), static_cast<std::streamsize>(ignored.size()));
+    }
+}
+
+sReadResult readCompressed(std::istream& in, const std::map<std::string, double>& radii,
+                           const sReadOptions& options) {
+    cInflatingBuffer inflating(in);
+    std::istream inflated(&inflating);
+    const std::string firstBytes = firstBytesOf(inflated);
+    cReplayedBuffer replayed(firstBytes, inflated);
+    std::istream whole(&replayed);
+    sReadResult result = readUncompressed(whole, firstBytes, radii, options);
+    if (result.outcome == eReadOutcome::read) {
+        readToTheEnd(whole);
+    }
+    if (!inflating.failure().empty()) {
+        result = {};
+        result.outcome = eReadOutcome::unreadable;
+        result.reason = inflating.failure();
+    }
+    return result;
 }
 
 } // namespace
@@ -22,12 +64,16 @@ std::string firstBytesOf(std::istream& in) {
 sReadResult readStructure(std::istream& in, const std::map<std::string, double>& radii,
                           const sReadOptions& options) {
     const std::string firstBytes = firstBytesOf(in);
-    const std::vector<sStructureFormat>& formats = structureFormats();
-    auto format = formats.begin();
-    while (!format->isContent(firstBytes)) {
-        ++format;
+    in.clear();
+    if (in.seekg(0)) {
+        return isGzip(firstBytes) ? readCompressed(in, radii, options)
+                                  : readUncompressed(in, firstBytes, radii, options);
     }
-    return format->read(in, radii, options);
+    in.clear();
+    cReplayedBuffer replayed(firstBytes, in); // of a pipe
+    std::istream whole(&replayed);
+    return isGzip(firstBytes) ? readCompressed(whole, radii, options)
+                              : readUncompressed(whole, firstBytes, radii, options);
 }
 
 } // namespace kelmo

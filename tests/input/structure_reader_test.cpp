@@ -71,10 +71,13 @@ TEST(StructureReader, ReasonOfAStreamThatFailsIsTold) {
 }
 
 TEST(StructureFormats, NamesAreKnownByTheirSuffixesInCapitalsOrNot) {
-    for (const char* name : {"1abc.pdb", "1ABC.PDB", "pdb1abc.ent", "a.b.Ent", "/x/y.pdb"}) {
+    for (const char* name :
+         {"1abc.pdb", "1ABC.PDB", "pdb1abc.ent", "a.b.Ent", "/x/y.pdb", "1abc.cif", "1abc.mmCIF",
+          "1abc.cif.gz", "1abc.pdb.GZ", "pdb1abc.ent.gz", "a.b.mmcif.gz"}) {
         EXPECT_TRUE(hasStructureSuffix(name)) << name;
     }
-    for (const char* name : {"", ".pdb", "pdb", "1abcpdb", "1abc.pdb ", "1abc.fls"}) {
+    for (const char* name : {"", ".pdb", "pdb", "1abcpdb", "1abc.pdb ", "1abc.fls", "1abc.gz",
+                             ".gz", ".cif.gz", "1abc.pdb.gz.gz"}) {
         EXPECT_FALSE(hasStructureSuffix(name)) << name;
     }
 }
