@@ -59,22 +59,30 @@ bool cPreparation::takes(std::size_t residue) const {
            (wanted.modifiedResidues == eModifiedResidues::asParent && isOfPolymer(residue));
 }
 
-const std::string& cPreparation::tableName(const sResidueRecord& residue) {
+/// A residue is not taken for an amino acid without the atom from which every side chain begins: a
+/// chromophore that has been made from three of them would be.
+const std::string& cPreparation::tableName(std::size_t index) {
+    const sResidueRecord& residue = records.residues[index];
     const std::string key = spelling(residue);
-    const auto known = tableNames.find(key);
-    return known != tableNames.end()
-               ? known->second
-               : tableNames.emplace(key, findTableName(residue)).first->second;
+    auto known = names.find(key);
+    if (known == names.end()) {
+        known = names.emplace(key, namesOf(residue)).first;
+    }
+    const auto& [own, parent] = known->second;
+    const bool corresponds = !parent.empty() && (residueTypeOf(parent) != eResidueType::aminoAcid ||
+                                                 hasAtom(index, "CA"));
+    return corresponds ? parent : own;
 }
 
-const cPreparation::sAtomLook& cPreparation::lookAt(const sResidueRecord& residue,
-                                                    const sAtomRecord& atom,
+const cPreparation::sAtomLook& cPreparation::lookAt(std::size_t index, const std::string& atomName,
                                                     std::set<std::string>& missing) {
-    const std::string key = spelling(residue) + atom.name;
+    const std::string& inFile = records.residues[index].name;
+    const std::string& inTables = tableName(index);
+    const std::string key = inFile + '\n' + inTables + '\n' + atomName;
     const auto known = looks.find(key);
     return known != looks.end()
                ? known->second
-               : looks.emplace(key, findLook(residue, atom.name, missing)).first->second;
+               : looks.emplace(key, findLook(inFile, inTables, atomName, missing)).first->second;
 }
 
 /// Atoms without a label belong to every conformation.
@@ -128,46 +136,53 @@ std::string cPreparation::parentOf(const std::string& residueName) const {
 
 /// Other names are those of force fields, whose residues stand in ATOM records; in HETATM records
 /// HSE is homoserine.
-std::string cPreparation::findTableName(const sResidueRecord& residue) const {
+cPreparation::sNames cPreparation::namesOf(const sResidueRecord& residue) const {
     const bool isUnderstood = wanted.names == eNames::understood;
-    std::string name =
-        isUnderstood && !residue.isHetero ? understoodResidueName(residue.name) : residue.name;
+    sNames found{residue.name, {}};
+    if (isUnderstood && !residue.isHetero) {
+        found.own = understoodResidueName(residue.name);
+    }
     if (wanted.modifiedResidues == eModifiedResidues::asParent &&
-        residueTypeOf(name) == eResidueType::other) {
-        if (std::string parent = parentOf(residue.name); !parent.empty()) {
-            name = isUnderstood ? understoodResidueName(parent) : std::move(parent);
+        residueTypeOf(found.own) == eResidueType::other) {
+        found.parent = parentOf(residue.name);
+        if (isUnderstood) {
+            found.parent = understoodResidueName(found.parent);
         }
     }
-    return name;
+    return found;
 }
 
 /// Names as the file has them come first: a table may know a modified residue by its own.
-cPreparation::sAtomLook cPreparation::findLook(const sResidueRecord& residue,
+cPreparation::sAtomLook cPreparation::findLook(const std::string& inFile,
+                                               const std::string& inTables,
                                                const std::string& atomName,
-                                               std::set<std::string>& missing) {
-    const std::string& residueName = tableName(residue);
-    const sRadiusKey inFile{residue.name, atomName};
-    if (atomName == "SE" && residueName != residue.name &&
-        (residueName == "MET" || residueName == "CYS")) {
+                                               std::set<std::string>& missing) const {
+    const sRadiusKey ownKey{inFile, atomName};
+    if (atomName == "SE" && inTables != inFile && (inTables == "MET" || inTables == "CYS")) {
         std::set<std::string> unknown;
-        const double radius = vdwRadius(radii, inFile, {"MSE", "SE"}, unknown);
-        return {residueName == "MET" ? "SD" : "SG", unknown.empty() ? radius : seleniumRadius};
+        const double radius = vdwRadius(radii, ownKey, {"MSE", "SE"}, unknown);
+        return {inTables == "MET" ? "SD" : "SG", unknown.empty() ? radius : seleniumRadius};
     }
     std::string name =
-        wanted.names == eNames::understood ? understoodAtomName(residueName, atomName) : atomName;
-    const double radius = vdwRadius(radii, inFile, {residueName, name}, missing);
+        wanted.names == eNames::understood ? understoodAtomName(inTables, atomName) : atomName;
+    const double radius = vdwRadius(radii, ownKey, {inTables, name}, missing);
     return {std::move(name), radius};
+}
+
+bool cPreparation::hasAtom(std::size_t residue, std::string_view name) const {
+    for (std::size_t i = records.residues[residue].firstAtom; i < records.atomsEnd(residue); ++i) {
+        if (records.atoms[i].name == name) {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// The atoms that join a residue to its neighbours in the chain.
 bool cPreparation::hasBackbone(std::size_t residue) const {
-    std::set<std::string> names;
-    for (std::size_t i = records.residues[residue].firstAtom; i < records.atomsEnd(residue); ++i) {
-        names.insert(records.atoms[i].name);
-    }
-    return (names.contains("N") && names.contains("CA") && names.contains("C")) ||
-           (names.contains("C3'") && names.contains("C5'")) ||
-           (names.contains("C3*") && names.contains("C5*"));
+    return (hasAtom(residue, "N") && hasAtom(residue, "CA") && hasAtom(residue, "C")) ||
+           (hasAtom(residue, "C3'") && hasAtom(residue, "C5'")) ||
+           (hasAtom(residue, "C3*") && hasAtom(residue, "C5*"));
 }
 
 } // namespace kelmo

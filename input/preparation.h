@@ -9,6 +9,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <unordered_map>
 
@@ -25,14 +26,14 @@ class cPreparation {
     /// Whether a residue is taken into its chain.
     bool takes(std::size_t residue) const;
     /// The name by which tables are searched for a residue.
-    const std::string& tableName(const sResidueRecord& residue);
+    const std::string& tableName(std::size_t residue);
 
     struct sAtomLook {
         std::string name; ///< by which tables are searched
         double radius;    ///< van der Waals, Å
     };
     /// Keys of radii that are not found are added to `missing`.
-    const sAtomLook& lookAt(const sResidueRecord& residue, const sAtomRecord& atom,
+    const sAtomLook& lookAt(std::size_t residue, const std::string& atomName,
                             std::set<std::string>& missing);
 
     /// The label of the alternate locations that are taken of one residue, which several records
@@ -43,11 +44,16 @@ class cPreparation {
 
   private:
     using tResidueKey = std::tuple<std::string, std::string, std::string>;
+    struct sNames {
+        std::string own;
+        std::string parent; ///< empty if it has none
+    };
 
     std::string parentOf(const std::string& residueName) const;
-    std::string findTableName(const sResidueRecord& residue) const;
-    sAtomLook findLook(const sResidueRecord& residue, const std::string& atomName,
-                       std::set<std::string>& missing);
+    sNames namesOf(const sResidueRecord& residue) const;
+    sAtomLook findLook(const std::string& inFile, const std::string& inTables,
+                       const std::string& atomName, std::set<std::string>& missing) const;
+    bool hasAtom(std::size_t residue, std::string_view name) const;
     bool hasBackbone(std::size_t residue) const;
 
     const sStructureRecords& records;
@@ -55,7 +61,7 @@ class cPreparation {
     const std::map<std::string, double>& radii;
     std::set<tResidueKey> modified; ///< chain id, number, name
     std::map<std::string, std::string> parents;
-    std::unordered_map<std::string, std::string> tableNames;
+    std::unordered_map<std::string, sNames> names;
     std::unordered_map<std::string, sAtomLook> looks;
 };
 

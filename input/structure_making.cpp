@@ -164,13 +164,14 @@ class cStructureMaker {
                 badAtom = atom.serial + " (" + atom.name + " of " + residue.name + ' ' +
                           residue.number + " in chain " + residue.chainId + ')';
             }
-            const cPreparation::sAtomLook& look = preparation.lookAt(residue, atom, missingRadii);
+            const cPreparation::sAtomLook& look =
+                preparation.lookAt(index, atom.name, missingRadii);
             structure.atoms.emplace_back(look.name, atom.serial, centre.x, centre.y, centre.z,
                                          look.radius);
             if (std::exchange(isFirst, false)) {
                 chains.place({.chainId = names.idOf(residue),
                               .residueNumber = residue.number,
-                              .residueName = preparation.tableName(residue),
+                              .residueName = preparation.tableName(index),
                               .nameInFile = residue.name},
                              structure.atoms.size() - 1, structure.atoms.back().atomName);
             }

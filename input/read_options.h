@@ -1,0 +1,40 @@
+// The options of reading as words: what settings, command lines and the headers of reports say.
+#pragma once
+
+#include "input/structure_reader.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelmo {
+
+/// One option that has a few values.
+struct sReadChoice {
+    std::string key;
+    std::string title;                ///< a few words for the label of a field
+    std::string help;                 ///< what it means, in a sentence or two
+    std::vector<std::string> choices; ///< the first is the default
+    /// Position of the value among the choices.
+    std::function<std::size_t(const sReadOptions&)> get;
+    std::function<void(sReadOptions&, std::size_t)> set;
+};
+
+/// The parts of the preparation and the models, in the order in which people are asked.
+const std::vector<sReadChoice>& readChoices();
+
+inline constexpr std::string_view assemblyKey = "assembly";
+inline constexpr std::string_view noAssembly = "none";
+
+/// Sets an option by its key: one of the choices, or the assembly. Returns false for an unknown
+/// key or value.
+bool setReadOption(sReadOptions& options, std::string_view key, std::string_view value);
+/// The value of an option by its key; empty for an unknown one.
+std::string readOptionValue(const sReadOptions& options, std::string_view key);
+
+/// The preparation in short, for headers and logs: "as-is", "standard", or the parts that are not
+/// as is, such as "hydrogens=drop, names=understood".
+std::string preparationText(const sPreparation& preparation);
+
+} // namespace kelmo
