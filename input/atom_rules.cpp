@@ -2,6 +2,7 @@
 
 #include "model/addition.h"
 
+#include <functional>
 #include <utility>
 
 namespace kelmo {
@@ -21,6 +22,12 @@ std::set<std::string> namesOf(void (*insertNames)(std::set<std::string>&)) {
 
 bool isMetal(std::string_view atomName) {
     return atomName == "CU" || atomName == "FE" || atomName == "MG" || atomName == "ZN";
+}
+
+bool isWater(std::string_view residueName) {
+    static const std::set<std::string, std::less<>> names{"HOH", "DOD",  "WAT",  "H2O", "TIP",
+                                                          "TP3", "TIP3", "TIP4", "SOL"};
+    return names.contains(residueName);
 }
 
 eResidueType residueTypeOf(const std::string& residueName) {

@@ -13,6 +13,9 @@ namespace kelmo {
 /// Whether a hetero atom is one of the metals that a structure keeps.
 bool isMetal(std::string_view atomName);
 
+/// Whether a residue is water, by its name in the archive or in a force field.
+bool isWater(std::string_view residueName);
+
 /// What a residue is, by the name that tables know it by.
 eResidueType residueTypeOf(const std::string& residueName);
 

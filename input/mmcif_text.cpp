@@ -118,7 +118,8 @@ class cMmcifRecorder : public cCifTables {
     std::map<std::string, sPlacement> operations() const;
 
     const sReadOptions& options;
-    bool isOver = false; ///< the block with the atoms has ended
+    bool isOver = false;         ///< the block with the atoms has ended
+    bool isInLaterBlock = false; ///< with atoms, too
     std::vector<std::size_t> columnOfValue;
     std::array<std::string, columnCount> row;
     bool hasNumbers = false; ///< whether there is a column of positions in the sequence
@@ -148,6 +149,7 @@ void cMmcifRecorder::beginRows(const std::vector<std::string>& tags) {
 
 void cMmcifRecorder::takeRow(const std::vector<std::string>& values) {
     if (isOver) {
+        isInLaterBlock = true;
         return;
     }
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -211,6 +213,7 @@ std::size_t cMmcifRecorder::modelOf(const std::string& number) {
 }
 
 void cMmcifRecorder::endBlock(const std::string& name) {
+    records.laterBlocks += std::exchange(isInLaterBlock, false) ? 1U : 0U;
     if (isOver || (models.empty() && refusal.empty())) {
         return;
     }

@@ -1,11 +1,12 @@
-// Reading PDB text into a structure, several runs of its lines side by side.
+#include "input/pdb_reader.h"
+
 #include "base/parallel_work.h"
 #include "base/stop_request.h"
 #include "base/string_operation.h"
 #include "input/chain_builder.h"
 #include "input/line_runs.h"
 #include "input/pdb_lines.h"
-#include "model/pdb_peptide.h"
+#include "input/pdb_records.h"
 
 #include <algorithm>
 #include <atomic>
@@ -56,11 +57,12 @@ class cPdbAssembly {
 
     /// After an END record or a line in error.
     bool hasEnded() const { return end != sPdbLines::eEnd::none; }
+    bool hasBadLine() const { return end == sPdbLines::eEnd::badLine; }
 
     /// Closes the last residue and chain. Returns 0, or the number of the line in error, and then
     /// closes nothing.
     int finish() {
-        if (end == sPdbLines::eEnd::badLine) {
+        if (hasBadLine()) {
             peptide.rebuildLinks();
             return static_cast<int>(
                 std::min<std::int64_t>(lineCount, std::numeric_limits<int>::max()));
@@ -112,13 +114,15 @@ struct sRun {
 
 /// Reads, parses and puts together at the same time, several runs being parsed side by side. Few
 /// runs are under way at a time: of a file of many models only the first is wanted.
-void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly) {
+void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbAssembly& assembly,
+             cPdbOddities* oddities) {
     constexpr std::size_t runsUnderWay = 16;
     cLineRuns runs(in, cStopRequest::current());
     std::atomic<bool> hasEnded = false;
+    std::atomic<bool> isEnough = false;
     int error = errno;
     const auto take = [&](sRun& run) {
-        if (hasEnded) {
+        if (isEnough) {
             return false;
         }
         errno = error;
@@ -126,10 +130,18 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
         error = errno;
         return !run.text.empty();
     };
-    const auto parse = [&](sRun& run) { run.lines = parsePdbLines(run.text, radii); };
+    const auto parse = [&](sRun& run) {
+        if (!hasEnded) {
+            run.lines = parsePdbLines(run.text, radii);
+        }
+    };
     workInOrder<sRun>(runsUnderWay, take, parse, [&](sRun& run) {
         assembly.append(std::move(run.lines));
         hasEnded = assembly.hasEnded();
+        isEnough = hasEnded && (oddities == nullptr || assembly.hasBadLine());
+        if (oddities != nullptr) {
+            oddities->take(run.text);
+        }
     });
     if (hasEnded) {
         // How far the stream was read beyond the end is a matter of chance, and so is whether that
@@ -141,12 +153,18 @@ void readAll(std::istream& in, const std::map<std::string, double>& radii, cPdbA
 
 } // namespace
 
+int readPdbStructure(std::istream& in, const std::map<std::string, double>& radii,
+                     cPdbPeptide& structure, std::set<std::string>& missingRadii,
+                     cPdbOddities* oddities) {
+    reserveFor(in, structure);
+    cPdbAssembly assembly(structure, missingRadii);
+    readAll(in, radii, assembly, oddities);
+    return assembly.finish();
+}
+
 int cPdbPeptide::loadFromStream(std::istream& in, std::map<std::string, double> radii,
                                 std::set<std::string>& missingRadii) {
-    reserveFor(in, *this);
-    cPdbAssembly assembly(*this, missingRadii);
-    readAll(in, radii, assembly);
-    return assembly.finish();
+    return readPdbStructure(in, radii, *this, missingRadii, nullptr);
 }
 
 } // namespace kelmo

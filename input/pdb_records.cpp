@@ -108,10 +108,13 @@ class cAssemblyRemark {
     bool isWanted = false;
 };
 
+enum class eRecorded { all, oddities };
+
 class cPdbRecorder {
   public:
-    explicit cPdbRecorder(const sReadOptions& readOptions)
-        : options(readOptions), assemblyRemark(readOptions.assembly) {
+    explicit cPdbRecorder(const sReadOptions& readOptions, eRecorded recorded = eRecorded::all)
+        : options(readOptions), isForOddities(recorded == eRecorded::oddities),
+          assemblyRemark(readOptions.assembly) {
         records.identity = eIdentity::ignoringCase;
     }
 
@@ -160,6 +163,12 @@ class cPdbRecorder {
         if (line.size() < shortestAtomRecord) {
             return false;
         }
+        if (isForOddities) {
+            if (line[alternateField.offset] != ' ' || isHydrogen(line)) {
+                add(line, {}, false);
+            }
+            return true;
+        }
         const auto x = numberIn(line, coordinateFields[0]);
         const auto y = numberIn(line, coordinateFields[1]);
         const auto z = numberIn(line, coordinateFields[2]);
@@ -174,6 +183,10 @@ class cPdbRecorder {
     bool takeHeteroAtom(std::string_view line) {
         if (line.size() < shortestAtomRecord) {
             return false;
+        }
+        if (isForOddities) {
+            add(line, {}, true);
+            return true;
         }
         const auto coordinate = [&](std::size_t i) {
             if (isMetal(trimmedField(line, atomNameField))) {
@@ -224,8 +237,49 @@ class cPdbRecorder {
     }
 
     const sReadOptions& options;
+    const bool isForOddities;
     cAssemblyRemark assemblyRemark;
     std::size_t model = 0;
+};
+
+/// Hands lines to a recorder as long as it takes them and counts the models behind.
+class cPdbLineTaker {
+  public:
+    explicit cPdbLineTaker(cPdbRecorder& lineRecorder) : recorder(lineRecorder) {}
+
+    /// Whole lines.
+    void take(std::string_view text) {
+        while (!text.empty()) {
+            const std::size_t length = std::min(text.find('\n'), text.size());
+            takeLine(text.substr(0, length));
+            text.remove_prefix(std::min(length + 1, text.size()));
+        }
+    }
+
+    /// Whether the recorder has taken its last line.
+    bool hasEnded() const { return isBehind; }
+
+    sStructureRecords finish() {
+        endModel();
+        return std::move(recorder.records);
+    }
+
+  private:
+    void takeLine(std::string_view line) {
+        if (!isBehind) {
+            isBehind = !recorder.take(line);
+        } else if (line.starts_with("END")) {
+            endModel();
+        } else {
+            hasAtoms = hasAtoms || line.starts_with("ATOM") || line.starts_with("HETATM");
+        }
+    }
+
+    void endModel() { recorder.records.laterModels += std::exchange(hasAtoms, false) ? 1U : 0U; }
+
+    cPdbRecorder& recorder;
+    bool isBehind = false;
+    bool hasAtoms = false; ///< the model behind that the last line belongs to
 };
 
 } // namespace
@@ -233,18 +287,13 @@ class cPdbRecorder {
 sStructureRecords readPdbRecords(std::istream& in, const sReadOptions& options,
                                  sReadResult& result) {
     cPdbRecorder recorder(options);
+    cPdbLineTaker lines(recorder);
     cLineRuns runs(in, cStopRequest::current());
     errno = 0;
-    bool hasEnded = false;
-    for (std::string run = runs.next(); !run.empty() && !hasEnded; run = runs.next()) {
-        std::string_view text = run;
-        while (!text.empty() && !hasEnded) {
-            const std::size_t length = std::min(text.find('\n'), text.size());
-            hasEnded = !recorder.take(text.substr(0, length));
-            text.remove_prefix(std::min(length + 1, text.size()));
-        }
+    for (std::string run = runs.next(); !run.empty() && !recorder.isBad; run = runs.next()) {
+        lines.take(run);
     }
-    if (in.bad() && !hasEnded) {
+    if (in.bad() && !lines.hasEnded()) {
         result.outcome = eReadOutcome::unreadable;
         result.reason = std::generic_category().message(errno);
     } else if (recorder.isBad) {
@@ -252,7 +301,26 @@ sStructureRecords readPdbRecords(std::istream& in, const sReadOptions& options,
         result.badLine = static_cast<int>(
             std::min<std::int64_t>(recorder.lineCount, std::numeric_limits<int>::max()));
     }
-    return std::move(recorder.records);
+    return lines.finish();
+}
+
+class cPdbOddities::cState {
+  public:
+    const sReadOptions asItStands;
+    cPdbRecorder recorder{asItStands, eRecorded::oddities};
+    cPdbLineTaker lines{recorder};
+};
+
+cPdbOddities::cPdbOddities() : state(std::make_unique<cState>()) {}
+
+cPdbOddities::~cPdbOddities() = default;
+
+void cPdbOddities::take(std::string_view lines) {
+    state->lines.take(lines);
+}
+
+sStructureRecords cPdbOddities::finish() {
+    return state->lines.finish();
 }
 
 } // namespace kelmo

@@ -5,6 +5,8 @@
 #include "input/structure_records.h"
 
 #include <iosfwd>
+#include <memory>
+#include <string_view>
 
 namespace kelmo {
 
@@ -13,5 +15,23 @@ namespace kelmo {
 /// `unreadable`. Heeds the stop request of this thread.
 sStructureRecords readPdbRecords(std::istream& in, const sReadOptions& options,
                                  sReadResult& result);
+
+/// Records of PDB text that is analysed as it stands what its summary needs: everything but the
+/// plain atoms, and how many models follow the first.
+class cPdbOddities {
+  public:
+    cPdbOddities();
+    ~cPdbOddities();
+    cPdbOddities(const cPdbOddities&) = delete;
+    cPdbOddities& operator=(const cPdbOddities&) = delete;
+
+    /// Whole lines, in their order, up to the end of the file.
+    void take(std::string_view lines);
+    sStructureRecords finish();
+
+  private:
+    class cState;
+    std::unique_ptr<cState> state;
+};
 
 } // namespace kelmo

@@ -1,6 +1,8 @@
 #include "input/pdb_text.h"
 
+#include "input/pdb_reader.h"
 #include "input/pdb_records.h"
+#include "input/preparation.h"
 #include "input/structure_making.h"
 
 #include <cerrno>
@@ -19,8 +21,9 @@ sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& r
                                                     : result;
     }
     cPdbPeptide structure;
+    cPdbOddities oddities;
     errno = 0;
-    result.badLine = structure.loadFromStream(in, radii, result.missingRadii);
+    result.badLine = readPdbStructure(in, radii, structure, result.missingRadii, &oddities);
     if (in.bad()) { // neither the end of the file nor a bad line: there was more to read
         result.outcome = eReadOutcome::unreadable;
         result.reason = std::generic_category().message(errno);
@@ -29,6 +32,9 @@ sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& r
     } else if (structure.atoms.empty()) {
         result.outcome = eReadOutcome::noAtoms;
     } else {
+        const sStructureRecords records = oddities.finish();
+        const cPreparation preparation(records, options.preparation, radii);
+        result.summary = summaryOf(records, preparation, options, structure);
         result.structures.push_back(std::move(structure));
     }
     return result;

@@ -262,6 +262,8 @@ class cStructuresMaker {
         }
         if (result.outcome == eReadOutcome::read && result.structures.empty()) {
             result.outcome = eReadOutcome::noAtoms;
+        } else if (result.outcome == eReadOutcome::read) {
+            result.summary = summaryOf(records, preparation, options, result.structures.front());
         }
         return std::move(result);
     }
@@ -312,11 +314,7 @@ class cStructuresMaker {
 sReadResult makeStructures(const sStructureRecords& records,
                            const std::map<std::string, double>& radii,
                            const sReadOptions& options) {
-    sReadResult refused{.outcome = eReadOutcome::refused,
-                        .badLine = 0,
-                        .reason = complaint(records, options),
-                        .missingRadii = {},
-                        .structures = {}};
+    sReadResult refused{.outcome = eReadOutcome::refused, .reason = complaint(records, options)};
     return refused.reason.empty() ? cStructuresMaker(records, radii, options).make() : refused;
 }
 

@@ -15,4 +15,11 @@ namespace kelmo {
 sReadResult makeStructures(const sStructureRecords& records,
                            const std::map<std::string, double>& radii, const sReadOptions& options);
 
+class cPreparation;
+
+/// What of a file a structure made from these records does not hold, or holds more than once. Of
+/// residues in ATOM records only those with hydrogens or alternate locations need be recorded.
+sFileSummary summaryOf(const sStructureRecords& records, const cPreparation& preparation,
+                       const sReadOptions& options, const cPdbPeptide& structure);
+
 } // namespace kelmo

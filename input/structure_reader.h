@@ -1,6 +1,7 @@
 // How a structure comes in: one function that reads a file of any known format.
 #pragma once
 
+#include "input/file_summary.h"
 #include "model/pdb_peptide.h"
 
 #include <iosfwd>
@@ -61,12 +62,14 @@ enum class eReadOutcome {
 struct sReadResult {
     eReadOutcome outcome = eReadOutcome::read;
     int badLine = 0; ///< counted from 1
-    std::string reason;
+    std::string reason = {};
     /// Keys of the radii table, residue name + "_" + atom name, that were looked up in vain.
-    std::set<std::string> missingRadii;
+    std::set<std::string> missingRadii = {};
     /// One, or with eModels::each one a model, in the order of the file; none unless `outcome` is
     /// `read`. To be moved out of here; pointers within a structure stay valid when it is moved.
-    std::vector<cPdbPeptide> structures;
+    std::vector<cPdbPeptide> structures = {};
+    /// What of the file the structures do not hold, or hold more than once.
+    sFileSummary summary = {};
 };
 
 /// Reads a file of any format in structureFormats(), recognised by its content. `radii` maps

@@ -65,6 +65,7 @@ struct sStructureRecords {
     std::vector<sAtomRecord> atoms;
     std::vector<sResidueRecord> residues;
     std::size_t laterModels = 0; ///< models that were not recorded
+    std::size_t laterBlocks = 0; ///< data blocks with atoms that were not recorded
     std::vector<sModifiedResidue> modifiedResidues;
     /// Chain id and residue name of all that stands in the sequences of the polymers.
     std::set<std::pair<std::string, std::string>> sequences;

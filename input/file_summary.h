@@ -1,0 +1,36 @@
+// What of a file takes no part in its analysis, or counts more than once.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+
+namespace kelmo {
+
+/// So many residues of each name.
+using tResidueCounts = std::map<std::string, std::size_t>;
+
+/// Of the first model, or of all of them if all are taken.
+struct sFileSummary {
+    tResidueCounts leftOut = {}; ///< residues of polymers that are not taken into their chains
+    tResidueCounts unknown = {}; ///< residues that are taken, but are of no known type
+    std::size_t waters = 0;
+    tResidueCounts ligands = {};            ///< and ions; not waters
+    std::size_t residuesWithAlternates = 0; ///< with atoms of more than one alternate location
+    bool countsAllAlternates = true;
+    std::size_t hydrogens = 0; ///< atoms of residues that are taken
+    bool countsHydrogens = true;
+    std::size_t laterModels = 0; ///< that are not read
+    std::size_t laterBlocks = 0; ///< of data with atoms that are not read
+
+    bool operator==(const sFileSummary&) const = default;
+};
+
+/// Whether residues of polymers have no part or count more than once.
+bool isWarning(const sFileSummary& summary);
+
+/// The summary in one line, with eight names of residues at most; empty if there is nothing to say.
+/// `fileName` is the name by which people know the file.
+std::string summaryLine(const sFileSummary& summary, const std::string& fileName);
+
+} // namespace kelmo
