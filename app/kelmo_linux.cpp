@@ -1,16 +1,16 @@
 #include "app/kelmo_linux.h"
 
-#include "app/file_drop.h"
-#include "app/message_pane.h"
-#include "app/shipped_tables.h"
+#include "app/kev_page.h"
+#include "app/vor_page.h"
+#include "base/thread_order.h"
 #include "run/crunkev_linux.h"
+#include "run/file_path.h"
 #include "run/run_vor_linux.h"
 #include "ui_kelmo_main_window.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
@@ -49,94 +49,46 @@ kelmo::kelmo(QWidget* parent)
     registerResources();
     setWindowIcon(QIcon(QStringLiteral(":/kelmo.svg")));
     ui->setupUi(this);
-    attachPages();
+    kev = std::make_unique<cKevPage>(this, kevWorker, *ui);
+    vor = std::make_unique<cVorPage>(this, vorWorker, *ui);
     prepareForm();
     createMenus();
-    connectWorkers();
+    connectWorker(*kev, &kelmo::receiveKEVStatusMessage);
+    connectWorker(*vor, &kelmo::receiveVORStatusMessage);
+    connect(kevWorker, &QThread::started, this, &kelmo::kevStarted);
+    connect(kevWorker, &QThread::finished, this, &kelmo::kevFinished);
+    connect(vorWorker, &QThread::started, this, &kelmo::vorStarted);
+    connect(vorWorker, &QThread::finished, this, &kelmo::vorFinished);
+    connect(this, &kelmo::kevMessageReceived, this, &kelmo::updateKEVDisplay);
+    connect(this, &kelmo::vorMessageReceived, this, &kelmo::updateVORDisplay);
+    refreshTimer.setSingleShot(true);
+    connect(&refreshTimer, &QTimer::timeout, this, &kelmo::refreshDisplays);
     loadKEVSettings();
     loadVORSettings();
-    showWriteAsaHint();
-    showContactTable();
+    kev->showWriteAreaHint();
+    vor->showContactTable();
 }
 
 kelmo::~kelmo() {
     saveKEVSettings();
     saveVORSettings();
-    endWorker(kev);
-    endWorker(vor);
-}
-
-void kelmo::attachPages() {
-    kev.worker = kevWorker;
-    kev.display = ui->textBrowserKEVDisplay;
-    kev.runButton = ui->pushButtonKEVRUN;
-    kev.stopButton = ui->pushButtonKEVStop;
-    kev.outputDirectory = ui->lineEditKEVOutputDir;
-    kev.progressBar = ui->progressBarKEV;
-    kev.progressLabel = ui->labelKEVProgress;
-    kev.inputFiles.attach(ui->listWidgetKEVFileListDisplay, ui->labelKEVFileCount);
-
-    vor.worker = vorWorker;
-    vor.display = ui->textBrowserVORDisplay;
-    vor.runButton = ui->pushButtonVORRun;
-    vor.stopButton = ui->pushButtonVORStop;
-    vor.outputDirectory = ui->lineEditVOROutputDir;
-    vor.progressBar = ui->progressBarVOR;
-    vor.progressLabel = ui->labelVORProgress;
-    vor.inputFiles.attach(ui->listWidgetVORFileListDisplay, ui->labelVORFileCount);
+    kev->endWorker();
+    vor->endWorker();
 }
 
 void kelmo::prepareForm() {
-    prepareMessagePane(*kev.display);
-    prepareMessagePane(*vor.display);
-
-    auto* kevDrop = new cFileDrop(ui->listWidgetKEVFileListDisplay);
-    connect(kevDrop, &cFileDrop::filesDropped, this,
-            [this](const QStringList& paths) { addDroppedFiles(kev, paths); });
-    auto* vorDrop = new cFileDrop(ui->listWidgetVORFileListDisplay);
-    connect(vorDrop, &cFileDrop::filesDropped, this,
-            [this](const QStringList& paths) { addDroppedFiles(vor, paths); });
-
-    offerShippedTables(ui->toolButtonRadiiFileShipped, ui->lineEditRadiiFile, ".radii");
-    offerShippedTables(ui->toolButtonStandardASAShipped, ui->lineEditStandardASA, ".asa");
-    offerShippedTables(ui->toolButtonHydrophobicityFileShipped, ui->lineEditHydrophobicityFile,
-                       ".hpb");
-    offerShippedTables(ui->toolButtonVORRadiiFileShipped, ui->lineEditVORRadiiFile, ".radii");
-
     alignLabels({ui->labelRadiiFile, ui->labelStandardASA, ui->labelHydrophobicityFile,
                  ui->labelKEVOutputDir, ui->labelKEVFormats});
     alignLabels({ui->labelVORRadiiFile, ui->labelVORContactTableTitle, ui->labelVOROutputDir,
                  ui->labelVORReports, ui->labelVORFormats});
-
     const QIcon folder = style()->standardIcon(QStyle::SP_DirOpenIcon);
     ui->toolButtonKEVShowOutputDir->setIcon(folder);
     ui->toolButtonVORShowOutputDir->setIcon(folder);
-
-    for (QLineEdit* field :
-         {ui->lineEditRadiiFile, ui->lineEditStandardASA, ui->lineEditHydrophobicityFile,
-          ui->lineEditKEVOutputDir, ui->lineEditVORRadiiFile, ui->lineEditVOROutputDir}) {
-        // A line break, easily pasted with a path, would shift every later line of the settings.
-        connect(field, &QLineEdit::textChanged, field, [field](QString text) {
-            if (text.contains(u'\n')) {
-                field->setText(text.remove(QStringLiteral("\r\n")).remove(u'\n'));
-            }
-        });
-    }
-    connect(ui->checkBoxCalcASA, &QCheckBox::toggled, this, &kelmo::showWriteAsaHint);
-    connect(ui->checkBoxWriteASA, &QCheckBox::toggled, this, &kelmo::showWriteAsaHint);
-    connect(ui->radioButtonKRBHovik, &QRadioButton::toggled, this, &kelmo::showContactTable);
-}
-
-void kelmo::offerShippedTables(QToolButton* button, QLineEdit* field, const QString& suffix) {
-    auto* menu = new QMenu(button);
-    button->setMenu(menu);
-    for (const QString& path : shippedTables(suffix)) {
-        QAction* action = menu->addAction(QFileInfo(path).fileName());
-        action->setToolTip(tableTitle(path));
-        connect(action, &QAction::triggered, field, [field, path] { field->setText(path); });
-    }
-    menu->setToolTipsVisible(true);
-    button->setEnabled(!menu->isEmpty());
+    const auto showHint = [this] { kev->showWriteAreaHint(); };
+    connect(ui->checkBoxCalcASA, &QCheckBox::toggled, this, showHint);
+    connect(ui->checkBoxWriteASA, &QCheckBox::toggled, this, showHint);
+    connect(ui->radioButtonKRBHovik, &QRadioButton::toggled, this,
+            [this] { vor->showContactTable(); });
 }
 
 void kelmo::createMenus() {
@@ -152,20 +104,26 @@ void kelmo::createMenus() {
     connect(aboutAction, &QAction::triggered, this, &kelmo::about);
 }
 
-void kelmo::connectWorkers() {
-    // By name: this is how a reference crosses threads, as a copy of the message.
-    connect(kevWorker, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
-            SLOT(receiveKEVStatusMessage(cStatusMessage&)));
-    connect(vorWorker, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
-            SLOT(receiveVORStatusMessage(cStatusMessage&)));
-    connect(kevWorker, &QThread::started, this, &kelmo::kevStarted);
-    connect(kevWorker, &QThread::finished, this, &kelmo::kevFinished);
-    connect(vorWorker, &QThread::started, this, &kelmo::vorStarted);
-    connect(vorWorker, &QThread::finished, this, &kelmo::vorFinished);
-    connect(this, &kelmo::kevMessageReceived, this, &kelmo::updateKEVDisplay);
-    connect(this, &kelmo::vorMessageReceived, this, &kelmo::updateVORDisplay);
-    refreshTimer.setSingleShot(true);
-    connect(&refreshTimer, &QTimer::timeout, this, &kelmo::refreshDisplays);
+/// The signals cross threads, and are queued: the window is the one that they wait for.
+void kelmo::connectWorker(cModulePage& page, void (kelmo::*receive)(cStatusMessage&)) {
+    const cAnalysisRun* const worker = &page.worker();
+    connect(worker, &cAnalysisRun::messageSent, this, [this, receive](const sMessage& sent) {
+        takeOver(&sent);
+        cStatusMessage message(sent);
+        (this->*receive)(message);
+    });
+    connect(worker, &cAnalysisRun::fileBegun, this, [&page](const sFileBegun& file) {
+        takeOver(&file);
+        page.takeBegun(displayedPath(pathFromBytes(file.path)));
+    });
+    connect(worker, &cAnalysisRun::fileEnded, this, [&page](const sFileEnded& file) {
+        takeOver(&file);
+        page.takeEnded(file.outcome);
+    });
+    connect(worker, &cAnalysisRun::reportWasLost, this, [&page](const sReportLost& report) {
+        takeOver(&report);
+        page.takeLost();
+    });
 }
 
 void kelmo::about() {
@@ -173,13 +131,11 @@ void kelmo::about() {
                        tr("<b>KELMO</b> - Kelmo <b>Version: ") + version + tr("</b>"));
 }
 
-void kelmo::on_tabWidgetModuleChoice_currentChanged(int) {}
-
 void kelmo::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         // The table may have come or gone while the user was elsewhere.
-        showContactTable();
+        vor->showContactTable();
     }
 }
 
@@ -192,21 +148,22 @@ void kelmo::closeEvent(QCloseEvent* event) {
             event->ignore();
             return;
         }
-        endWorker(kev);
-        endWorker(vor);
-        deliverPendingMessages();
+        kev->endWorker();
+        vor->endWorker();
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     }
     QMainWindow::closeEvent(event);
 }
 
 void kelmo::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Delete && ui->listWidgetKEVFileListDisplay->hasFocus()) {
-        kev.inputFiles.removeSelected();
-    } else if (event->key() == Qt::Key_Delete && ui->listWidgetVORFileListDisplay->hasFocus()) {
-        vor.inputFiles.removeSelected();
-    } else {
-        QMainWindow::keyPressEvent(event);
+    for (cModulePage* page :
+         {static_cast<cModulePage*>(kev.get()), static_cast<cModulePage*>(vor.get())}) {
+        if (event->key() == Qt::Key_Delete && page->hasListFocus()) {
+            page->inputFiles().removeSelected();
+            return;
+        }
     }
+    QMainWindow::keyPressEvent(event);
 }
 
 } // namespace kelmo

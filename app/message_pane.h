@@ -1,7 +1,7 @@
 // Coloured lines in a log pane, readable on any background.
 #pragma once
 
-#include "run/status_message.h"
+#include "app/status_message.h"
 
 #include <QColor>
 

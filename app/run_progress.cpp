@@ -7,34 +7,18 @@ void cRunProgress::begin(qsizetype numberOfFiles) {
     files = numberOfFiles;
 }
 
-void cRunProgress::take(const cStatusMessage& message) {
-    static const QString startText = QStringLiteral("Analysing ");
-    static const QString pathText = QStringLiteral(" of peptide from ");
-    static const QString dots = QStringLiteral("...");
-    const QString& text = message.text;
-    if (message.colour == QColor(Qt::yellow)) {
-        ++warned;
-    } else if (message.colour == QColor(Qt::red)) {
-        if (text.startsWith(QLatin1String("Could not write report "))) {
-            currentLacksReport = true;
-        } else {
-            endFile(true);
-        }
-    } else if (text.endsWith(QLatin1String(" analyzed"))) {
-        endFile(false);
-    } else if (text.startsWith(startText) && text.endsWith(dots)) {
-        const qsizetype begin = text.indexOf(pathText) + pathText.size();
-        current = text.mid(begin, text.size() - dots.size() - begin);
-    }
+void cRunProgress::beginFile(const QString& path) {
+    current = path;
+    currentLacksReport = false;
 }
 
-void cRunProgress::endFile(bool isGivenUp) {
-    ++done;
-    if (isGivenUp || currentLacksReport) {
-        ++failed;
-    }
+void cRunProgress::endFile(eFileOutcome outcome) {
     current.clear();
-    currentLacksReport = false;
+    if (outcome == eFileOutcome::stopped) {
+        return;
+    }
+    ++done;
+    failed += outcome == eFileOutcome::failed || currentLacksReport ? 1 : 0;
 }
 
 } // namespace kelmo

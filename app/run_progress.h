@@ -1,19 +1,24 @@
-// How far a run has come, told from the messages of its worker.
+// How far a run has come, as its worker tells it.
 #pragma once
 
-#include "run/status_message.h"
+#include "run/run_events.h"
 
 #include <QString>
 
 namespace kelmo {
 
-/// Counts the files of one run. A file is done when its worker says so, or reports in red why it
-/// gave the file up.
+/// Counts the files of one run.
 class cRunProgress {
   public:
     /// Forgets the run before.
     void begin(qsizetype numberOfFiles);
-    void take(const cStatusMessage& message);
+    /// The path as it is shown to people.
+    void beginFile(const QString& path);
+    /// A file that was stopped is not done.
+    void endFile(eFileOutcome outcome);
+    /// Of the file at hand.
+    void countLostReport() { currentLacksReport = true; }
+    void countWarning() { ++warned; }
 
     qsizetype fileCount() const { return files; }
     qsizetype filesDone() const { return done; }
@@ -21,12 +26,10 @@ class cRunProgress {
     qsizetype filesWithErrors() const { return failed; }
     /// Files of which some atoms had no radius.
     qsizetype filesWithWarnings() const { return warned; }
-    /// The file that is being analysed, as the messages show it; empty between files.
+    /// The file that is being analysed; empty between files.
     const QString& currentFile() const { return current; }
 
   private:
-    void endFile(bool isGivenUp);
-
     qsizetype files = 0;
     qsizetype done = 0;
     qsizetype failed = 0;

@@ -1,12 +1,13 @@
 #include "batch/batch_run.h"
 
 #include "base/parallel_work.h"
+#include "base/shown_text.h"
 #include "batch/resume.h"
-#include "batch/shown_text.h"
 #include "run/file_path.h"
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace kelmo {
@@ -19,12 +20,12 @@ class cMessageRelay {
     cMessageRelay(cReporter& receiver, bool keepsTogether)
         : reporter(receiver), isKeeping(keepsTogether) {}
 
-    void begin(const QString& path) { file = displayedPath(path); }
-    void take(const cStatusMessage& message) {
+    void begin(std::string_view path) { file = displayedText(path); }
+    void take(const sMessage& message) {
         // In a quiet run the announcement that tells of which file a warning speaks is not shown.
-        const bool needsName = reporter.isQuiet() && message.colour == QColor(Qt::yellow);
-        kept.emplace_back(message.colour,
-                          onOneLine(needsName ? file + ": " + message.text : message.text));
+        const bool needsName = reporter.isQuiet() && message.severity == eSeverity::warning;
+        kept.emplace_back(message.severity,
+                          shownText(needsName ? file + ": " + message.text : message.text));
         if (!isKeeping) {
             pass();
         }
@@ -37,8 +38,8 @@ class cMessageRelay {
   private:
     cReporter& reporter;
     bool isKeeping;
-    QString file;
-    std::vector<cStatusMessage> kept;
+    std::string file;
+    std::vector<sMessage> kept;
 };
 
 } // namespace
@@ -50,8 +51,10 @@ class cBatchRun::cPump {
         : run(owner), worker(owner.makeWorker()), relay(owner.reporter, owner.manner.jobs > 1) {
         worker->setStopFlag(&run.stopFlag);
         // Without a receiver object the call is direct, on this thread.
-        QObject::connect(worker.get(), &cAnalysisRun::sendStatusMessage,
-                         [this](cStatusMessage& message) { relay.take(message); });
+        QObject::connect(worker.get(), &cAnalysisRun::messageSent,
+                         [this](const sMessage& message) { relay.take(message); });
+        QObject::connect(worker.get(), &cAnalysisRun::reportWasLost,
+                         [this](const sReportLost& report) { takeLost(report); });
     }
 
     void takeFiles() {
@@ -74,10 +77,12 @@ class cBatchRun::cPump {
         if (run.stopFlag) {
             return;
         }
-        const QString path = run.paths[file];
-        relay.begin(path);
+        const std::string_view bytes = run.paths[file];
+        const QString path = pathFromBytes(bytes);
+        relay.begin(bytes);
+        missing.clear();
         if (run.manner.isResumed && mayTakeOver(file, path)) {
-            relay.take({Qt::black, "Reports of " + displayedPath(path) + " taken over"});
+            relay.take({eSeverity::progress, "Reports of " + displayedText(bytes) + " taken over"});
             relay.pass();
             run.reporter.countFileTakenOver();
             const std::lock_guard lock(run.mutex);
@@ -88,39 +93,35 @@ class cBatchRun::cPump {
         // structure in memory, and this file would have to wait for all of the other's.
         eFileOutcome outcome = eFileOutcome::stopped;
         keepTogether([&] { outcome = worker->analyseFile(path, run.manner.timeStamp); });
-        const QStringList missing = missingReports();
         relay.pass();
         if (outcome != eFileOutcome::stopped) {
             run.reporter.countFile();
         }
-        record(file, outcome, missing);
+        record(file, outcome);
     }
 
     /// Which of several files with the same name the reports are of, nobody can tell.
     bool mayTakeOver(std::size_t file, const QString& path) {
         return run.sameNames.groupOf(file) == nullptr &&
                areUpToDate(worker->reportNames(path, run.manner.timeStamp),
-                           std::string(run.paths.bytes(file)));
+                           std::string(run.paths[file]));
     }
 
-    /// Final names. Tells at once of those about which the worker was silent.
-    QStringList missingReports() {
-        QStringList names;
-        for (const sUnwrittenReport& report : worker->takeUnwrittenReports()) {
-            if (!report.isBegun) {
-                relay.take({Qt::red, "Could not create report " + displayedPath(report.fileName) +
-                                         ": " + report.reason});
-            }
-            names.append(report.fileName);
+    /// Tells of those about which the worker was silent.
+    void takeLost(const sReportLost& report) {
+        if (!report.isBegun) {
+            relay.take({eSeverity::error, "Could not create report " +
+                                              displayedText(report.fileName) + ": " +
+                                              report.reason});
         }
-        return names;
+        missing.push_back(report.fileName);
     }
 
-    void record(std::size_t file, eFileOutcome outcome, const QStringList& missing) {
+    void record(std::size_t file, eFileOutcome outcome) {
         const std::lock_guard lock(run.mutex);
         run.result.analysed += outcome == eFileOutcome::analysed ? 1U : 0U;
         run.result.failed += outcome == eFileOutcome::failed ? 1U : 0U;
-        if (outcome == eFileOutcome::failed || !missing.isEmpty()) {
+        if (outcome == eFileOutcome::failed || !missing.empty()) {
             run.result.faults.push_back({file, outcome == eFileOutcome::failed, missing});
         }
     }
@@ -128,6 +129,7 @@ class cBatchRun::cPump {
     cBatchRun& run;
     const std::unique_ptr<cAnalysisRun> worker;
     cMessageRelay relay;
+    std::vector<std::string> missing; ///< reports of the file at hand, final names
 };
 
 cBatchRun::cBatchRun(const cInputPaths& pathsToAnalyse, const cSameBaseNames& names,

@@ -6,12 +6,12 @@
 #include "batch/reporter.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <atomic>
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace kelmo {
@@ -20,7 +20,7 @@ namespace kelmo {
 struct sFileFault {
     std::size_t file = 0; ///< its position among the paths
     bool hasFailed = false;
-    QStringList missingReports; ///< final names
+    std::vector<std::string> missingReports; ///< final names
 };
 
 /// What became of the files of a run. Only what went wrong takes memory of its own.
@@ -36,7 +36,7 @@ struct sBatchResult {
 };
 
 struct sBatchManner {
-    QString timeStamp;
+    QString timeStamp;                   ///< of 12 digits
     int jobs = 1;                        ///< with 1 everything happens on the calling thread
     std::size_t structuresAtOnce = 1024; ///< at most, however many jobs there are
     bool isResumed = false;              ///< files whose reports are up to date are taken over

@@ -1,8 +1,7 @@
 #include "batch/input_paths.h"
 
-#include "batch/shown_text.h"
-#include "batch/text_lines.h"
-#include "run/file_path.h"
+#include "analysis/input_lists.h"
+#include "base/shown_text.h"
 
 #include <algorithm>
 #include <numeric>
@@ -31,13 +30,9 @@ void cInputPaths::append(std::string_view path) {
     ends.push_back(text.size());
 }
 
-std::string_view cInputPaths::bytes(std::size_t position) const {
+std::string_view cInputPaths::operator[](std::size_t position) const {
     const std::size_t begin = position == 0 ? 0 : ends[position - 1];
     return std::string_view(text).substr(begin, ends[position] - begin);
-}
-
-QString cInputPaths::operator[](std::size_t position) const {
-    return pathFromBytes(bytes(position));
 }
 
 cInputPaths inputPaths(const std::vector<sInputSource>& sources) {
@@ -47,9 +42,9 @@ cInputPaths inputPaths(const std::vector<sInputSource>& sources) {
             paths.append(source.path);
             continue;
         }
-        forEachLine(pathFromBytes(source.path), "--list", [&](std::string_view line) {
-            if (!line.empty()) {
-                paths.append(line);
+        forEachListedPath(source.path, "--list", [&](std::string_view path) {
+            if (!path.empty()) {
+                paths.append(path);
             }
         });
     }
@@ -59,7 +54,7 @@ cInputPaths inputPaths(const std::vector<sInputSource>& sources) {
 cSameBaseNames::cSameBaseNames(const cInputPaths& paths) {
     std::vector<std::size_t> order(paths.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    const auto nameOf = [&](std::size_t file) { return baseNameIn(paths.bytes(file)); };
+    const auto nameOf = [&](std::size_t file) { return baseNameIn(paths[file]); };
     std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
         return std::pair(nameOf(left), left) < std::pair(nameOf(right), right);
     });
@@ -81,17 +76,16 @@ const cSameBaseNames::tGroup* cSameBaseNames::groupOf(std::size_t file) const {
     return found == groupByFile.end() ? nullptr : &groups[found->second];
 }
 
-QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames& sameNames) {
-    QStringList warnings;
+std::vector<std::string> sameBaseNameWarnings(const cInputPaths& paths,
+                                              const cSameBaseNames& sameNames) {
+    std::vector<std::string> warnings;
     for (std::size_t file = 0; file < paths.size(); ++file) {
         const cSameBaseNames::tGroup* group = sameNames.groupOf(file);
-        if (group == nullptr || group->front() == file) {
-            continue;
+        if (group != nullptr && group->front() != file) {
+            warnings.push_back(shownText(paths[group->front()]) + " and " + shownText(paths[file]) +
+                               " have the same base name: the reports of the later file replace "
+                               "those of the earlier one");
         }
-        warnings.append(
-            QStringLiteral("%1 and %2 have the same base name: the reports of the later "
-                           "file replace those of the earlier one")
-                .arg(shownPath(paths.bytes(group->front())), shownPath(paths.bytes(file))));
     }
     return warnings;
 }

@@ -3,9 +3,6 @@
 
 #include "batch/options.h"
 
-#include <QString>
-#include <QStringList>
-
 #include <cstddef>
 #include <initializer_list>
 #include <string>
@@ -25,8 +22,7 @@ class cInputPaths {
     std::size_t size() const { return ends.size(); }
     bool empty() const { return ends.empty(); }
     /// The bytes of a path. What is returned is good until the next append().
-    std::string_view bytes(std::size_t position) const;
-    QString operator[](std::size_t position) const;
+    std::string_view operator[](std::size_t position) const;
 
   private:
     std::string text; ///< all paths behind each other
@@ -53,6 +49,7 @@ class cSameBaseNames {
 };
 
 /// One warning for each file whose reports will replace those of an earlier one.
-QStringList sameBaseNameWarnings(const cInputPaths& paths, const cSameBaseNames& sameNames);
+std::vector<std::string> sameBaseNameWarnings(const cInputPaths& paths,
+                                              const cSameBaseNames& sameNames);
 
 } // namespace kelmo

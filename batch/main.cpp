@@ -2,24 +2,23 @@
 // made: nothing here has an event loop, and it would warn of every locale that is not UTF-8.
 
 #include "base/parallel_work.h"
+#include "base/usage_error.h"
 #include "batch/batch_run.h"
-#include "batch/configuration.h"
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
-#include "batch/kev_batch.h"
 #include "batch/open_files.h"
 #include "batch/options.h"
-#include "batch/output_directory.h"
+#include "batch/prepared_run.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
-#include "batch/usage_error.h"
-#include "batch/vor_batch.h"
 #include "run/process_start.h"
 #include "run/report_file.h"
 
 #include <cstdio>
 #include <exception>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelmo {
 
@@ -40,23 +39,28 @@ sReporterManner mannerFor(const sOptions& options) {
     return manner;
 }
 
+std::vector<sMessage> openingMessages(const sPreparedRun& prepared, const cInputPaths& paths,
+                                      const cSameBaseNames& sameNames) {
+    std::vector<sMessage> messages;
+    for (const std::string& note : prepared.notes) {
+        messages.emplace_back(eSeverity::progress, note);
+    }
+    for (const std::string& warning : sameBaseNameWarnings(paths, sameNames)) {
+        messages.emplace_back(eSeverity::warning, warning);
+    }
+    return messages;
+}
+
 eExitStatus analyse(const sOptions& options) {
-    const cConfiguration configuration = readConfiguration(options);
+    const cSettings settings = settingsFrom(options);
     const cInputPaths paths = inputPaths(options.inputs);
-    const sPreparedRun prepared = options.module == eModule::kev
-                                      ? prepareKev(options, configuration, paths)
-                                      : prepareVor(options, configuration, paths);
-    removeAbandonedReports(prepared.outputDirectory);
+    const sPreparedRun prepared = prepareRun(settings, paths);
+    removeAbandonedReports(cReportDirectory(prepared.outputDirectory));
     checkWritable(prepared.outputDirectory);
 
     cReporter reporter(mannerFor(options));
-    for (const QString& note : prepared.notes) {
-        reporter.show({Qt::black, note});
-    }
     const cSameBaseNames sameNames(paths);
-    for (const QString& warning : sameBaseNameWarnings(paths, sameNames)) {
-        reporter.show({Qt::yellow, warning});
-    }
+    reporter.show(openingMessages(prepared, paths, sameNames));
 
     const cStopSignal stop;
     sBatchManner manner;
@@ -65,9 +69,9 @@ eExitStatus analyse(const sOptions& options) {
     const int jobs = options.jobs.value_or(usualThreads());
     manner.jobs = startableThreads(jobs);
     if (manner.jobs < jobs) {
-        reporter.show({Qt::yellow, QStringLiteral("The system allows no more than %1 of %2 threads")
-                                       .arg(manner.jobs)
-                                       .arg(jobs)});
+        reporter.show({eSeverity::warning, "The system allows no more than " +
+                                               std::to_string(manner.jobs) + " of " +
+                                               std::to_string(jobs) + " threads"});
     }
     manner.structuresAtOnce = structuresAtOnce();
     manner.isResumed = options.isResumed;
@@ -94,11 +98,11 @@ eExitStatus serve(int argc, char** argv) {
     try {
         return answer(parseOptions(argc, argv));
     } catch (const cUsageError& error) {
-        cReporter(mannerOfStandardError()).show({Qt::red, error.text()});
+        cReporter(mannerOfStandardError()).show({eSeverity::error, error.what()});
         return eExitStatus::notStarted;
     } catch (const std::exception& error) {
         cReporter(mannerOfStandardError())
-            .show({Qt::red, QStringLiteral("The run broke off: ") + error.what()});
+            .show({eSeverity::error, std::string("The run broke off: ") + error.what()});
         return eExitStatus::someMissing;
     }
 }

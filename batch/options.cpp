@@ -1,7 +1,7 @@
 #include "batch/options.h"
 
-#include "batch/shown_text.h"
-#include "batch/usage_error.h"
+#include "base/shown_text.h"
+#include "base/usage_error.h"
 
 #include <algorithm>
 #include <array>
@@ -52,13 +52,13 @@ constexpr std::array<option, 13> longOptions{{
     {nullptr, 0, nullptr, 0},
 }};
 
-[[noreturn]] void refuse(const QString& text) {
+[[noreturn]] void refuse(const std::string& text) {
     throw cUsageError(text + "\nkelmo-batch --help lists the options.");
 }
 
 void setOnce(std::optional<std::string>& place, const char* name) {
     if (place.has_value()) {
-        refuse(QStringLiteral("Option --%1 is given twice").arg(QLatin1String(name)));
+        refuse("Option --" + std::string(name) + " is given twice");
     }
     place = optarg;
 }
@@ -68,9 +68,8 @@ int jobsFrom(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
     if (error != std::errc() || end != text.data() + text.size() || jobs < 1 ||
         jobs > maximumJobs) {
-        refuse(QStringLiteral("Option --jobs needs a whole number from 1 to %1, not \"%2\"")
-                   .arg(maximumJobs)
-                   .arg(shownPath(text)));
+        refuse("Option --jobs needs a whole number from 1 to " + std::to_string(maximumJobs) +
+               ", not \"" + shownText(text) + '"');
     }
     return jobs;
 }
@@ -80,8 +79,7 @@ void checkTimeStamp(std::string_view text) {
     const bool isDigits =
         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!isDigits || text.size() != stampLength) {
-        refuse(QStringLiteral("Option --stamp needs 12 digits, YYYYMMDDHHMM, not \"%1\"")
-                   .arg(shownPath(text)));
+        refuse("Option --stamp needs 12 digits, YYYYMMDDHHMM, not \"" + shownText(text) + '"');
     }
 }
 
@@ -152,18 +150,18 @@ void take(int code, sOptions& options) {
 void refuseAbbreviation(std::string_view argument, int index) {
     const std::string_view name = longOptions[static_cast<std::size_t>(index)].name;
     if (argument.substr(2, argument.find('=') - 2) != name) {
-        refuse("Unknown option " + shownPath(argument));
+        refuse("Unknown option " + shownText(argument));
     }
 }
 
 void refuseIfFaulty(int code, std::string_view argument) {
     if (code == ':') {
-        refuse("Option " + shownPath(argument) + " needs a value");
+        refuse("Option " + shownText(argument) + " needs a value");
     }
     if (code == '?') {
         // The parser names an option that it knows: then the value was too much.
-        refuse(optopt >= configCode ? "Option " + shownPath(argument) + " takes no value"
-                                    : "Unknown option " + shownPath(argument));
+        refuse(optopt >= configCode ? "Option " + shownText(argument) + " takes no value"
+                                    : "Unknown option " + shownText(argument));
     }
 }
 
@@ -212,7 +210,7 @@ sOptions parseOptions(int argc, char** argv) {
         readArguments(argc - 1, argv + 1, options);
         checkResume(options);
     } else {
-        refuse("The first argument must be kev or vor, not \"" + shownPath(first) + '"');
+        refuse("The first argument must be kev or vor, not \"" + shownText(first) + '"');
     }
     return options;
 }

@@ -1,6 +1,8 @@
 // The command line of kelmo-batch.
 #pragma once
 
+#include "analysis/settings.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -8,9 +10,6 @@
 namespace kelmo {
 
 enum class eRequest { analysis, help, version };
-
-/// The structure analyser and the interaction analyser.
-enum class eModule { kev, vor };
 
 /// Something on the command line that names PDB files; the path as bytes of any encoding.
 struct sInputSource {

@@ -1,13 +1,14 @@
-// A run that is checked and ready to start.
+// From the command line to a run that is checked and ready to start.
 #pragma once
 
+#include "batch/input_paths.h"
+#include "batch/options.h"
 #include "run/analysis_run.h"
-
-#include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace kelmo {
 
@@ -16,8 +17,19 @@ using cWorkerMaker = std::function<std::unique_ptr<cAnalysisRun>()>;
 
 struct sPreparedRun {
     cWorkerMaker makeWorker;
-    QString outputDirectory; ///< ends in a slash
-    QStringList notes;       ///< what the user should know before the start
+    std::string outputDirectory;    ///< ends in a slash
+    std::vector<std::string> notes; ///< what the user should know before the start
 };
+
+/// The settings of the command line and of the configuration that it names. Throws cUsageError at
+/// the first that cannot be used.
+cSettings settingsFrom(const sOptions& options);
+
+/// Checks the settings in the order of the window and reads the tables that they need. Throws
+/// cUsageError at the first thing that keeps the run from starting.
+sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs);
+
+/// Throws cUsageError when no file can be created in the directory, which would cost a whole run.
+void checkWritable(const std::string& directory);
 
 } // namespace kelmo

@@ -2,8 +2,6 @@
 
 #include "batch/progress_line.h"
 
-#include <QByteArray>
-
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
@@ -19,19 +17,21 @@ namespace {
 constexpr const char* colourOff = "\033[0m";
 constexpr const char* lineStartAndClear = "\r\033[K";
 
-/// The escape sequence of a message's colour; none for black, which is the terminal's own.
-const char* colourOn(const QColor& colour) {
-    if (colour == QColor(Qt::red)) {
-        return "\033[31m";
-    }
-    if (colour == QColor(Qt::yellow)) {
-        return "\033[33m";
+/// The escape sequence of a message's colour; none for progress, which has the terminal's own.
+const char* colourOn(eSeverity severity) {
+    switch (severity) {
+    case eSeverity::error:
+        return "\033[31m"; // red
+    case eSeverity::warning:
+        return "\033[33m"; // yellow
+    case eSeverity::progress:
+        break;
     }
     return "";
 }
 
-bool isProgress(const cStatusMessage& message) {
-    return message.colour == QColor(Qt::black);
+bool isProgress(const sMessage& message) {
+    return message.severity == eSeverity::progress;
 }
 
 int terminalColumns() {
@@ -52,13 +52,13 @@ sReporterManner mannerOfStandardError() {
     return {isTerminal && mayColour, isTerminal, false};
 }
 
-void cReporter::show(const cStatusMessage& message) {
-    show(std::vector<cStatusMessage>{message});
+void cReporter::show(const sMessage& message) {
+    show(std::vector<sMessage>{message});
 }
 
-void cReporter::show(const std::vector<cStatusMessage>& messages) {
+void cReporter::show(const std::vector<sMessage>& messages) {
     std::string text;
-    for (const cStatusMessage& message : messages) {
+    for (const sMessage& message : messages) {
         if (!manner.isQuiet || !isProgress(message)) {
             text += formatted(message);
         }
@@ -74,14 +74,14 @@ void cReporter::show(const std::vector<cStatusMessage>& messages) {
     }
 }
 
-std::string cReporter::formatted(const cStatusMessage& message) const {
-    QByteArray text = message.text.toUtf8();
-    while (text.endsWith('\n')) {
-        text.chop(1);
+std::string cReporter::formatted(const sMessage& message) const {
+    std::string_view text = message.text;
+    while (text.ends_with('\n')) {
+        text.remove_suffix(1);
     }
-    const std::string_view colour = manner.isColoured ? colourOn(message.colour) : "";
+    const std::string_view colour = manner.isColoured ? colourOn(message.severity) : "";
     std::string line(colour);
-    line.append(text.constData(), static_cast<std::size_t>(text.size()));
+    line += text;
     line += colour.empty() ? "" : colourOff;
     return line + '\n';
 }

@@ -1,7 +1,7 @@
 // What the user sees of a run on standard error: coloured messages and the progress bar.
 #pragma once
 
-#include "run/status_message.h"
+#include "run/run_events.h"
 
 #include <chrono>
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace kelmo {
 struct sReporterManner {
     bool isColoured = false;
     bool hasProgressBar = false;
-    bool isQuiet = false; ///< messages in black are left out
+    bool isQuiet = false; ///< messages of progress are left out
 };
 
 /// For the standard error of this process: colours and the bar on a terminal only; no colours when
@@ -30,9 +30,9 @@ class cReporter {
 
     bool isQuiet() const { return manner.isQuiet; }
 
-    void show(const cStatusMessage& message);
+    void show(const sMessage& message);
     /// Keeps the messages together.
-    void show(const std::vector<cStatusMessage>& messages);
+    void show(const std::vector<sMessage>& messages);
 
     /// The progress bar stands below the messages from here to endProgress().
     void beginProgress(std::size_t files);
@@ -42,7 +42,7 @@ class cReporter {
     void endProgress();
 
   private:
-    std::string formatted(const cStatusMessage& message) const;
+    std::string formatted(const sMessage& message) const;
     void write(const std::string& text);
     void countFile(std::size_t& counter);
     void drawBar();

@@ -1,55 +1,56 @@
 #include "batch/summary.h"
 
-#include "batch/shown_text.h"
+#include "base/shown_text.h"
 
 namespace kelmo {
 
 namespace {
 
 std::size_t missingReports(const sBatchResult& result) {
-    qsizetype missing = 0;
+    std::size_t missing = 0;
     for (const sFileFault& fault : result.faults) {
         missing += fault.missingReports.size();
     }
-    return static_cast<std::size_t>(missing);
+    return missing;
 }
 
-QString counted(std::size_t count, const char* singular, const char* plural) {
-    return QString::number(count) + ' ' + QLatin1String(count == 1 ? singular : plural);
+std::string counted(std::size_t count, const char* singular, const char* plural) {
+    return std::to_string(count) + ' ' + (count == 1 ? singular : plural);
 }
 
-cStatusMessage totals(const sBatchResult& result, bool isResumed) {
+sMessage totals(const sBatchResult& result, bool isResumed) {
     const eExitStatus status = exitStatus(result);
-    const QString takenOver =
-        isResumed ? QStringLiteral(", %1 taken over").arg(result.takenOver) : QString();
-    const QString text =
-        QStringLiteral("%1%2 of %3 analysed%4, %5 failed, %6 missing")
-            .arg(QLatin1String(status == eExitStatus::stoppedBySignal ? "Stopped: " : ""))
-            .arg(result.analysed)
-            .arg(counted(result.files, "file", "files"), takenOver)
-            .arg(result.failed)
-            .arg(counted(missingReports(result), "report", "reports"));
+    std::string text = status == eExitStatus::stoppedBySignal ? "Stopped: " : "";
+    text += std::to_string(result.analysed) + " of " + counted(result.files, "file", "files") +
+            " analysed";
+    if (isResumed) {
+        text += ", " + std::to_string(result.takenOver) + " taken over";
+    }
+    text += ", " + std::to_string(result.failed) + " failed, " +
+            counted(missingReports(result), "report", "reports") + " missing";
     switch (status) {
     case eExitStatus::allDone:
-        return {Qt::black, text};
+        return {eSeverity::progress, text};
     case eExitStatus::stoppedBySignal:
-        return {Qt::yellow, text};
-    default:
-        return {Qt::red, text};
+        return {eSeverity::warning, text};
+    case eExitStatus::someMissing:
+    case eExitStatus::notStarted:
+        break;
     }
+    return {eSeverity::error, text};
 }
 
 } // namespace
 
-std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
-                                            bool isResumed) {
-    std::vector<cStatusMessage> messages;
+std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
+                                      bool isResumed) {
+    std::vector<sMessage> messages;
     for (const sFileFault& fault : result.faults) {
         if (fault.hasFailed) {
-            messages.emplace_back(Qt::red, "Failed: " + shownPath(paths.bytes(fault.file)));
+            messages.emplace_back(eSeverity::error, "Failed: " + shownText(paths[fault.file]));
         }
-        for (const QString& report : fault.missingReports) {
-            messages.emplace_back(Qt::red, "Report missing: " + shownPath(report));
+        for (const std::string& report : fault.missingReports) {
+            messages.emplace_back(eSeverity::error, "Report missing: " + shownText(report));
         }
     }
     messages.push_back(totals(result, isResumed));

@@ -15,8 +15,8 @@ enum class eExitStatus : int {
 
 /// One line for every file that failed and every report that is missing, and one for the whole;
 /// that of a resumed run counts the files that were taken over.
-std::vector<cStatusMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
-                                            bool isResumed);
+std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
+                                      bool isResumed);
 
 eExitStatus exitStatus(const sBatchResult& result);
 

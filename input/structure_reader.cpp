@@ -5,7 +5,9 @@
 #include "input/replayed_buffer.h"
 #include "input/structure_formats.h"
 
+#include <cerrno>
 #include <istream>
+#include <system_error>
 #include <utility>
 
 namespace kelmo {
@@ -63,7 +65,14 @@ sReadResult readCompressed(std::istream& in, const std::map<std::string, double>
 
 sReadResult readStructure(std::istream& in, const std::map<std::string, double>& radii,
                           const sReadOptions& options) {
+    errno = 0; // a stream tells that it failed but not why
     const std::string firstBytes = firstBytesOf(in);
+    if (in.bad() && firstBytes.empty()) {
+        sReadResult result;
+        result.outcome = eReadOutcome::unreadable;
+        result.reason = std::generic_category().message(errno);
+        return result;
+    }
     in.clear();
     if (in.seekg(0)) {
         return isGzip(firstBytes) ? readCompressed(in, radii, options)

@@ -52,7 +52,7 @@ class cChainResidue {
     cResidueAtom* atoms = nullptr; ///< first atom of the residue; not owned
     std::string residueName;       ///< by which tables are searched
     std::string otherName;         ///< that of the file where it differs, otherwise empty
-    std::string residueNumber; ///< sequence number with insertion code
+    std::string residueNumber;     ///< sequence number with insertion code
     unsigned atomCount = 0;
 
     double totalAsa = -1.0;

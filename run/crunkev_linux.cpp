@@ -1,198 +1,179 @@
 #include "run/crunkev_linux.h"
 
-#include "base/in_parallel.h"
+#include "analysis/attributes.h"
+#include "analysis/columns.h"
+#include "reports/report_formats.h"
 #include "run/file_path.h"
 
-#include <fstream>
-#include <set>
+#include <QIODevice>
+
+#include <memory>
+#include <sstream>
 #include <utility>
 
 namespace kelmo {
 
-cRunKEV::cRunKEV(QObject* parent) : cAnalysisRun(parent) {}
+namespace {
+
+/// Nothing that a program has not asked for.
+cSettings allOff() {
+    cSettings settings(eModule::kev);
+    for (const sSetting& setting : settingsOf(eModule::kev)) {
+        if (setting.kind == eSettingKind::flag) {
+            settings.setFlag(setting.key, false);
+        } else if (setting.kind == eSettingKind::number) {
+            settings.setNumber(setting.key, 0.0);
+        } else if (setting.kind != eSettingKind::choice) {
+            settings.setText(setting.key, {});
+        }
+    }
+    return settings;
+}
+
+/// Writes bytes as they are behind what the stream has written so far.
+void writeBytes(QTextStream& stream, std::string_view bytes) {
+    const auto size = static_cast<qsizetype>(bytes.size());
+    if (stream.device() == nullptr) {
+        stream << QString::fromUtf8(bytes.data(), size);
+        return;
+    }
+    stream.flush();
+    if (stream.device()->write(bytes.data(), size) != size) {
+        stream.setStatus(QTextStream::WriteFailed);
+    }
+}
+
+} // namespace
+
+cRunKEV::cRunKEV(QObject* parent) : cAnalysisRun(parent), settings(allOff()) {}
 
 cRunKEV::~cRunKEV() = default;
+
+void cRunKEV::setUp(const cSettings& newSettings, const sParameterTables& newTables) {
+    settings = newSettings;
+    tables = newTables;
+}
 
 void cRunKEV::setFilesfForAnalysis(const QStringList& files) {
     inputFiles = files;
 }
 
 void cRunKEV::setOutputDirectoryName(const QString& directory) {
-    outputDirectory = directory;
+    settings.setText("output_dir", pathToBytes(directory));
 }
 
 void cRunKEV::setOutputTypes(bool xml, bool table) {
-    xmlOutput = xml;
-    tableOutput = table;
+    settings.setFlag("write_xml", xml);
+    settings.setFlag("write_table", table);
 }
 
 void cRunKEV::setAnalysisTypes(bool bound, bool chains) {
-    boundAnalysis = bound;
-    chainAnalysis = chains;
+    settings.setFlag("analyze_bound", bound);
+    settings.setFlag("analyze_unbound", chains);
 }
 
-void cRunKEV::setASAAttributes(bool calculate, double probeRadius, double sliceThickness,
-                               bool write) {
-    calculateAsa = calculate;
-    solventRadius = probeRadius;
-    zSlice = sliceThickness;
-    writeAsa = write;
+void cRunKEV::setASAAttributes(bool calculate, double probeRadius, double zSlice, bool write) {
+    settings.setFlag("calc_asa", calculate);
+    settings.setNumber("r_solvent", probeRadius);
+    settings.setNumber("z_slice", zSlice);
+    settings.setFlag("write_asa", write);
 }
 
 void cRunKEV::setDPXAttributes(bool calculate) {
-    calculateDepth = calculate;
+    settings.setFlag("calc_dpx", calculate);
 }
 
-void cRunKEV::setCXAttributes(bool calculate, double threshold, double atomVolume) {
-    calculateProtrusion = calculate;
-    cxThreshold = threshold;
-    cxAtomVolume = atomVolume;
+void cRunKEV::setCXAttributes(bool calculate, double sphereRadius, double atomVolume) {
+    settings.setFlag("calc_cx", calculate);
+    settings.setNumber("cx_threshold", sphereRadius);
+    settings.setNumber("cx_volume", atomVolume);
 }
 
 void cRunKEV::setRASAAttributes(bool calculate, const std::map<std::string, sAsa>& standards) {
-    calculateRelativeAsa = calculate;
-    standardAsa = standards;
+    settings.setFlag("calc_rasa", calculate);
+    tables.standardAreas = standards;
 }
 
 void cRunKEV::setHydrophobicityAttributes(bool calculate,
                                           const std::map<std::string, double>& scale) {
-    calculateHydrophobicity = calculate;
-    hydrophobicity = scale;
+    settings.setFlag("calc_hydro", calculate);
+    tables.hydrophobicity = scale;
 }
 
 void cRunKEV::setRadii(const std::map<std::string, double>& table) {
-    radii = table;
+    tables.radii = table;
 }
 
 void cRunKEV::setRadiiFilename(std::string name) {
-    radiiFileName = std::move(name);
+    settings.setText("radii_filename", std::move(name));
 }
 
 void cRunKEV::setRASAFilename(std::string name) {
-    standardAsaFileName = std::move(name);
+    settings.setText("standard_asa", std::move(name));
 }
 
 void cRunKEV::setHydroFilename(std::string name) {
-    hydrophobicityFileName = std::move(name);
+    settings.setText("hydro_file", std::move(name));
 }
 
 QString cRunKEV::reportDirectory() const {
-    return withTrailingSeparator(outputDirectory);
+    return withTrailingSeparator(pathFromBytes(settings.text("output_dir")));
 }
 
-eFileOutcome cRunKEV::analyse(const QString& path, const QString& timeStamp) {
-    const QString shownPath = displayedPath(path);
-    std::ifstream in;
-    if (!openRegularFile(in, path)) {
-        send(Qt::red, "Could not open file " + shownPath);
-        return eFileOutcome::failed;
+sAnalysisPlan cRunKEV::plan() const {
+    sAnalysisPlan plan{.announcement = "Analysing structure of peptide from ",
+                       .conclusion = "Structure of peptide from ",
+                       .isListClosed = true};
+    if (settings.flag("analyze_bound")) {
+        plan.stages.push_back(stageOf(eState::bound));
     }
-    send(Qt::black, "Analysing structure of peptide from " + shownPath + "...");
-    std::set<std::string> missingRadii;
-    if (loadPeptide(in, path, radii, missingRadii) == eLoad::failed) {
-        return eFileOutcome::failed;
-    }
-    if (!missingRadii.empty()) {
-        QString text = QStringLiteral("The following radii were not found in radii file: ");
-        for (const std::string& name : missingRadii) {
-            text += QString::fromStdString(name) + "; ";
-        }
-        send(Qt::yellow, text);
-    }
-    if (!calculateAndWrite(path, timeStamp)) {
-        return eFileOutcome::stopped;
-    }
-    send(Qt::black, "Structure of peptide from " + shownPath + " analyzed");
-    return eFileOutcome::analysed;
-}
-
-std::vector<cAnalysisRun::sReportGroup> cRunKEV::planReports(const QString& base) {
-    std::vector<sReportGroup> plan;
-    if (boundAnalysis) {
-        plan.push_back({[this] { return analyseBound(); }, reportsOf(base, "bound")});
-    }
-    if (chainAnalysis) {
-        plan.push_back({[this] { return analyseChains(); }, reportsOf(base, "unbound")});
+    if (settings.flag("analyze_unbound")) {
+        plan.stages.push_back(stageOf(eState::unbound));
     }
     return plan;
 }
 
-std::vector<cAnalysisRun::sPlannedReport> cRunKEV::reportsOf(const QString& base,
-                                                             const std::string& analysisType) {
-    const QString fileName = base + '_' + QString::fromStdString(analysisType);
-    std::vector<sPlannedReport> reports;
-    if (xmlOutput) {
-        reports.push_back({fileName + ".xml", [this, analysisType](cXmlWriter& writer) {
-                               writePeptideAttributeXml(writer, *currentPeptide, analysisType);
-                           }});
+sPlannedStage cRunKEV::stageOf(eState state) const {
+    const auto columns = std::make_shared<sStateColumns>();
+    sPlannedStage stage;
+    stage.calculate = [this, state, columns](cPdbPeptide& structure,
+                                             const std::function<void()>& safePoint) {
+        calculateAttributes(structure, state, {settings, tables}, safePoint);
+        *columns = columnsOf(structure, nameOf(state), settings);
+    };
+    for (std::size_t i = 0; i < reportFormats().size(); ++i) {
+        const sReportFormat& format = reportFormats()[i];
+        if (!format.isWanted(settings) || format.writeAttributes == nullptr) {
+            continue;
+        }
+        const auto write = [this, columns, &format](cTextSink& out) {
+            out.write(format.prologue);
+            format.writeAttributes(out, {*columns, settings});
+        };
+        stage.reports.push_back({'_' + std::string(nameOf(state)) + format.suffix, i, write});
     }
-    if (tableOutput) {
-        reports.push_back({fileName + ".tbl", [this, analysisType](QTextStream& stream) {
-                               writePeptideAttributeTable(stream, *currentPeptide, analysisType);
-                           }});
-    }
-    return reports;
+    return stage;
 }
 
-/// Returns false when the run is to stop, like the one below.
-bool cRunKEV::analyseBound() {
-    cPdbPeptide& peptide = *currentPeptide;
-    if (!mayGoOn()) {
-        return false;
-    }
-    if (calculateAsa) {
-        peptide.setAccessibleSurfaceArea(solventRadius, zSlice);
-    }
-    if (calculateRelativeAsa) {
-        peptide.setRelativeAccessibleSurfaceArea(standardAsa);
-    }
-    if (!mayGoOn()) {
-        return false;
-    }
-    if (calculateDepth) {
-        peptide.setDepthIndex();
-    }
-    if (!mayGoOn()) {
-        return false;
-    }
-    if (calculateProtrusion) {
-        peptide.setProtrusionIndex(cxThreshold, cxAtomVolume);
-    }
-    if (calculateHydrophobicity) {
-        peptide.setHydrophobicity(hydrophobicity);
-    }
-    return mayGoOn();
+void cRunKEV::writePeptideAttributeXml(cXmlWriter& writer, cPdbPeptide& peptide,
+                                       std::string analysisType) {
+    cStreamSink out(writer);
+    writeAttributeXml(out, {columnsOf(peptide, analysisType, settings), settings});
 }
 
-bool cRunKEV::analyseChains() {
-    cPdbPeptide& peptide = *currentPeptide;
-    if (!mayGoOn()) {
-        return false;
-    }
-    if (calculateAsa) {
-        peptide.setAccessibleSurfaceAreaUnbound(solventRadius, zSlice);
-    }
-    if (!mayGoOn()) {
-        return false;
-    }
-    inParallel(peptide.chains.size(), 1, [&](std::size_t i) { analyseChain(peptide.chains[i]); });
-    if (calculateHydrophobicity) {
-        peptide.setHydrophobicity(hydrophobicity);
-    }
-    return mayGoOn();
+void cRunKEV::writeChainAttributeXml(cXmlWriter& writer, cProteinChain& chain, bool standalone) {
+    cStreamSink out(writer);
+    const sStateColumns columns = columnsOf(chain, settings);
+    (standalone ? writeChainXml : writeChainElementXml)(out, {columns, settings});
 }
 
-/// Works on a copy: it shares the residues, so what is computed stays there.
-void cRunKEV::analyseChain(cProteinChain chain) const {
-    if (calculateRelativeAsa) {
-        chain.setRelativeAccessibleSurfaceArea(standardAsa);
-    }
-    if (calculateDepth) {
-        chain.setDepthIndex();
-    }
-    if (calculateProtrusion) {
-        chain.setProtrusionIndex(cxThreshold, cxAtomVolume);
-    }
+void cRunKEV::writePeptideAttributeTable(QTextStream& stream, cPdbPeptide& peptide,
+                                         std::string analysisType) {
+    stream.setRealNumberPrecision(5);
+    std::ostringstream text;
+    cStreamSink out(text);
+    writeAttributeTable(out, {columnsOf(peptide, analysisType, settings), settings});
+    writeBytes(stream, text.view());
 }
 
 } // namespace kelmo

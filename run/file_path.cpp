@@ -1,11 +1,12 @@
 #include "run/file_path.h"
 
+#include "base/regular_file.h"
+#include "base/shown_text.h"
+
 #include <QByteArray>
 #include <QChar>
 #include <QFileInfo>
 #include <QStringDecoder>
-
-#include <sys/stat.h>
 
 namespace kelmo {
 
@@ -16,17 +17,6 @@ constexpr char16_t lastEscape = 0xDCFF;
 
 bool isEscape(char16_t unit) {
     return unit >= firstEscape && unit <= lastEscape;
-}
-
-/// Length of the valid UTF-8 character at the start of the bytes; 0 when there is none.
-std::size_t characterLength(std::string_view bytes) {
-    for (std::size_t length = 1; length <= 4 && length <= bytes.size(); ++length) {
-        const QByteArray part(bytes.data(), static_cast<qsizetype>(length));
-        if (part.isValidUtf8()) {
-            return length;
-        }
-    }
-    return 0;
 }
 
 /// Text of valid UTF-8. A byte order mark is part of a name like any other character.
@@ -79,19 +69,11 @@ std::string pathToBytes(const QString& path) {
 }
 
 QString displayedPath(const QString& path) {
-    constexpr QChar byteOrderMark(0xFEFF); // takes no room, so that two names would look the same
-    return textFromUtf8(pathToBytes(path)).replace(byteOrderMark, QChar::ReplacementCharacter);
+    return QString::fromStdString(displayedText(pathToBytes(path)));
 }
 
 bool openRegularFile(std::ifstream& in, const QString& path) {
-    const std::string name = pathToBytes(path);
-    struct stat status {};
-    if (name.find('\0') != std::string::npos || ::stat(name.c_str(), &status) != 0 ||
-        !S_ISREG(status.st_mode)) {
-        return false;
-    }
-    in.open(name, std::ios::in);
-    return in.is_open();
+    return openRegularFile(in, pathToBytes(path));
 }
 
 QString baseNameOf(const QString& path) {

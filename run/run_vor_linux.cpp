@@ -1,120 +1,148 @@
 #include "run/run_vor_linux.h"
 
+#include "analysis/criteria.h"
+#include "reports/report_formats.h"
 #include "run/file_path.h"
 
-#include <fstream>
-#include <new>
-#include <set>
-#include <sstream>
+#include <memory>
+#include <utility>
 
 namespace kelmo {
 
 namespace {
 
-// The table-driven criterion has fixed distances (Å); the user's threshold plays no part in it.
-constexpr double vordaVdwThreshold = 1.125;
-constexpr double vordaSearchDistance = 6.0;
+/// What the search of a file has found, for its reports.
+struct sFindings {
+    const cPdbPeptide* structure = nullptr;
+    sContactList contacts;
+};
 
 } // namespace
 
-cRunVOR::cRunVOR(QObject* parent) : cAnalysisRun(parent) {}
+cRunVOR::cRunVOR(QObject* parent) : cAnalysisRun(parent), settings(eModule::vor) {
+    for (const sSetting& setting : settingsOf(eModule::vor)) {
+        if (setting.kind == eSettingKind::flag) {
+            settings.setFlag(setting.key, false);
+        }
+    }
+}
 
 cRunVOR::~cRunVOR() = default;
+
+void cRunVOR::setUp(const cSettings& newSettings, const sParameterTables& tables) {
+    settings = newSettings;
+    criterion = settings.criterion();
+    zSlice = settings.number("z_slice");
+    probeRadius = settings.number("r_solvent");
+    threshold =
+        settings.number(criterion == eInteractionCriterion::dovreth ? "delta_asa" : "threshold");
+    xmlOutput = settings.flag("write_xml");
+    tableOutput = settings.flag("write_table");
+    writeContacts = settings.flag("write_contacts");
+    writeBindingResidues = settings.flag("write_binding_residues");
+    writeBindingStatus = settings.flag("write_binding_state");
+    radiiFileName = settings.text("radii_filename");
+    outputDirectory = pathFromBytes(settings.text("output_dir"));
+    radii = tables.radii;
+    contactRules = tables.contactRules;
+}
+
+cSettings cRunVOR::currentSettings() const {
+    cSettings current = settings;
+    current.setNumber("contact_criterion", static_cast<double>(criterion));
+    current.setNumber(criterion == eInteractionCriterion::dovreth ? "delta_asa" : "threshold",
+                      threshold);
+    current.setNumber("z_slice", zSlice);
+    current.setNumber("r_solvent", probeRadius);
+    current.setFlag("write_xml", xmlOutput);
+    current.setFlag("write_table", tableOutput);
+    current.setFlag("write_contacts", writeContacts);
+    current.setFlag("write_binding_residues", writeBindingResidues);
+    current.setFlag("write_binding_state", writeBindingStatus);
+    current.setText("radii_filename", radiiFileName);
+    return current;
+}
 
 QString cRunVOR::reportDirectory() const {
     return outputDirectory.endsWith(u'/') ? outputDirectory : outputDirectory + u'/';
 }
 
-eFileOutcome cRunVOR::analyse(const QString& path, const QString& timeStamp) {
-    const QString shownPath = displayedPath(path);
-    std::ifstream in;
-    const bool isOpen = openRegularFile(in, path);
-    send(Qt::black, "Analysing contacts of peptide from " + shownPath + "...");
-    if (!isOpen) {
-        send(Qt::red, "Could not open file " + shownPath);
-        return eFileOutcome::failed;
-    }
-    std::set<std::string> missingRadii;
-    if (loadPeptide(in, path, radii, missingRadii) == eLoad::failed) {
-        return eFileOutcome::failed;
-    }
-    if (!missingRadii.empty()) {
-        QStringList names;
-        for (const std::string& name : missingRadii) {
-            names.append(QString::fromStdString(name));
+sAnalysisPlan cRunVOR::plan() const {
+    const auto current = std::make_shared<const cSettings>(currentSettings());
+    const auto findings = std::make_shared<sFindings>();
+    sPlannedStage stage;
+    stage.calculate = [this, current, findings](cPdbPeptide& structure,
+                                                const std::function<void()>&) {
+        findings->structure = &structure;
+        findings->contacts = {};
+        if (const sCriterion* const chosen = findCriterion(criterion)) {
+            findings->contacts = chosen->find(structure, {*current, contactRules});
         }
-        send(Qt::yellow, "The following radii were not found in radii file: " + names.join("; "));
+    };
+    for (std::size_t i = 0; i < reportFormats().size(); ++i) {
+        const sReportFormat& format = reportFormats()[i];
+        for (const sInteractionReportKind& kind : interactionReportKinds()) {
+            const auto writeReport = format.*kind.write;
+            if (!format.isWanted(*current) || !current->flag(kind.switchKey) ||
+                writeReport == nullptr) {
+                continue;
+            }
+            const auto write = [current, findings, &format, writeReport](cTextSink& out) {
+                out.write(format.prologue);
+                writeReport(
+                    out, interactionReportOf(*findings->structure, *current, findings->contacts));
+            };
+            stage.reports.push_back({kind.fileNameEnd + format.suffix, i, write});
+        }
     }
-    if (!calculateAndWrite(path, timeStamp)) {
-        return eFileOutcome::stopped;
-    }
-    send(Qt::black, "Contacts of peptide from " + shownPath + " analyzed");
-    return eFileOutcome::analysed;
+    return {.announcement = "Analysing contacts of peptide from ",
+            .conclusion = "Contacts of peptide from ",
+            .isAnnouncedUnopened = true,
+            .stages = {std::move(stage)}};
 }
 
-/// Returns false when the run is to stop.
-bool cRunVOR::resolve() {
-    cPdbPeptide& peptide = *currentPeptide;
-    if (!mayGoOn()) {
-        return false;
-    }
-    switch (criterion) {
-    case eInteractionCriterion::maximumDistance:
-        peptide.resolveThresholdContacts(threshold);
-        break;
-    case eInteractionCriterion::prism:
-        peptide.resolvePRISMContacts(threshold);
-        break;
-    case eInteractionCriterion::dovreth:
-        peptide.setAccessibleSurfaceArea(probeRadius, zSlice);
-        if (!mayGoOn()) {
-            return false;
-        }
-        peptide.resolveDovrethContacts(threshold, probeRadius, zSlice);
-        break;
-    case eInteractionCriterion::vorda:
-        peptide.resolveHovikKRBContacts(vordaVdwThreshold, vordaSearchDistance, contactRules);
-        break;
-    case eInteractionCriterion::none:
-        break;
-    }
-    return mayGoOn();
+std::string cRunVOR::getContactTypeString(eContactType type) {
+    return contactTypeName(type);
 }
 
-const std::array<cRunVOR::sReportKind, 3> cRunVOR::reportKinds{{
-    {"_contacts", &cRunVOR::writeContacts, &cRunVOR::writeContactsXml,
-     &cRunVOR::writeContactsTable},
-    {"_binding_residues", &cRunVOR::writeBindingResidues, &cRunVOR::writeHotSpotsXml,
-     &cRunVOR::writeHotSpotsTable},
-    {"_binding_status", &cRunVOR::writeBindingStatus, &cRunVOR::writeResidueBindingStatusXml,
-     &cRunVOR::writeResidueBindingStatusTable},
-}};
-
-std::vector<cAnalysisRun::sReportGroup> cRunVOR::planReports(const QString& base) {
-    std::vector<sPlannedReport> reports;
-    for (const sReportKind& kind : reportKinds) {
-        if (xmlOutput && this->*kind.isWanted) {
-            reports.push_back({base + kind.suffix + ".xml", [this, &kind](cXmlWriter& writer) {
-                                   (this->*kind.writeXml)(writer, *currentPeptide);
-                               }});
-        }
-    }
-    for (const sReportKind& kind : reportKinds) {
-        if (tableOutput && this->*kind.isWanted) {
-            reports.push_back({base + kind.suffix + ".tbl",
-                               [this, &kind](QTextStream& stream) { writeWhole(stream, kind); }});
-        }
-    }
-    return {{[this] { return resolve(); }, reports}};
+std::string cRunVOR::getInteractionCriterionString(eInteractionCriterion criterion) {
+    return criterionName(criterion);
 }
 
-void cRunVOR::writeWhole(QTextStream& stream, const sReportKind& kind) {
-    std::ostringstream text;
-    (this->*kind.writeTable)(text, *currentPeptide);
-    if (!text) {
-        throw std::bad_alloc(); // a stream keeps the lack of memory to itself and stops short
-    }
-    writeBytes(stream, text.view());
+void cRunVOR::writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink out(writer);
+    writeContactXml(out, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeHotSpotsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink out(writer);
+    writeBindingResidueXml(out, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeResidueBindingStatusXml(cXmlWriter& writer, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink out(writer);
+    writeBindingStatusXml(out, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeContactsTable(std::ostream& out, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink sink(out);
+    writeContactTable(sink, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeHotSpotsTable(std::ostream& out, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink sink(out);
+    writeBindingResidueTable(sink, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeResidueBindingStatusTable(std::ostream& out, cPdbPeptide& peptide) {
+    const cSettings current = currentSettings();
+    cStreamSink sink(out);
+    writeBindingStatusTable(sink, interactionReportOf(peptide, current));
 }
 
 } // namespace kelmo

@@ -1,24 +1,25 @@
 // The worker of the interaction module: contacts between chains and binding residues, file by file.
 #pragma once
 
-#include "contacts/residue_contact.h"
 #include "run/analysis_run.h"
+#include "xml/xml_writer.h"
 
-#include <array>
 #include <iosfwd>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace kelmo {
 
-/// Its settings are plain members, filled while it is idle; see cAnalysisRun for how it runs and
-/// stops.
+/// Its settings are plain members, filled while it is idle by hand or by setUp(); see cAnalysisRun
+/// for how it runs and stops.
 class cRunVOR : public cAnalysisRun {
     Q_OBJECT
   public:
     explicit cRunVOR(QObject* parent = nullptr);
     ~cRunVOR() override;
+
+    void setUp(const cSettings& newSettings, const sParameterTables& tables) override;
+    void setInputFiles(const QStringList& files) override { inputFiles = files; }
 
     eInteractionCriterion criterion = eInteractionCriterion::none;
     double threshold = 0.0;   ///< Å for the distance criteria, Å² for the change of area
@@ -50,22 +51,14 @@ class cRunVOR : public cAnalysisRun {
   protected:
     const QStringList& pathsToAnalyse() const override { return inputFiles; }
     QString reportDirectory() const override;
-    eFileOutcome analyse(const QString& path, const QString& timeStamp) override;
-    std::vector<sReportGroup> planReports(const QString& base) override;
+    sAnalysisPlan plan() const override;
+    const std::map<std::string, double>& radiiTable() const override { return radii; }
 
   private:
-    struct sReportKind {
-        const char* suffix;
-        bool cRunVOR::*isWanted;
-        void (cRunVOR::*writeXml)(cXmlWriter&, cPdbPeptide&);
-        void (cRunVOR::*writeTable)(std::ostream&, cPdbPeptide&);
-    };
-    static const std::array<sReportKind, 3> reportKinds; ///< in the order of writing
+    /// Those of setUp() with what the members say.
+    cSettings currentSettings() const;
 
-    bool resolve();
-    void writeWhole(QTextStream& stream, const sReportKind& kind);
-    void writeXmlHeader(cXmlWriter& writer, const char* root, const cPdbPeptide& peptide) const;
-    void writeTableHeader(std::ostream& out, const cPdbPeptide& peptide) const;
+    cSettings settings;
 };
 
 } // namespace kelmo

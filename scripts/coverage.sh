@@ -10,7 +10,7 @@
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 cd "$root"
-rooms=(base model input geometry contacts xml run)
+rooms=(base model input geometry contacts xml analysis reports run)
 lines=95
 branches=85
 

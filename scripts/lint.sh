@@ -13,5 +13,5 @@ clang-format --dry-run --Werror "${sources[@]}"
 
 install_missing "${build_packages[@]}" "${test_packages[@]}"
 build_preset dev
-mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E '^(base|model|input|geometry|contacts|xml|run|app|batch)/.*\.cpp$')
+mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E '^(base|model|input|geometry|contacts|xml|analysis|reports|run|app|batch)/.*\.cpp$')
 printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 1 clang-tidy -p build/dev --quiet

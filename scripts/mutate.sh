@@ -83,7 +83,7 @@ for ((number = first; number < first + count; number += per_run)); do
     build/asan/bin/mutate_samples "$number" "$size" "$scratch/input"
     run_all "$number" kev 4
     for criterion in 1 2 3 4; do
-        run_all "$number" vor 6 --set contact_criterion="$criterion"
+        run_all "$number" vor 6 --set contact_criterion="$criterion" --set write_contacts=1
     done
     ((number % 1000 != 0)) || echo "from $number ..."
 done

@@ -42,6 +42,7 @@ class cInputFilesTest : public QObject {
     void loadedListReplacesTheOld_data() { modules(); }
     void loadedListReplacesTheOld();
     void everyLineOfAListCounts();
+    void carriageReturnBelongsToThePathOfAFileAlone();
     void listWithoutFinalLineFeedIsReadWhole();
     void pathsOfAnyBytesSurvive();
     void removeButtonRemovesTheSelected_data() { modules(); }
@@ -132,7 +133,9 @@ void cInputFilesTest::addDialogIsAsItShouldBe() {
     const sSeenDialog seen = clickAndChoose(*window, names().addFiles, {});
     QCOMPARE(seen.caption, QStringLiteral("Choose PDB file(s)"));
     QVERIFY(seen.isForSeveralFiles);
-    QCOMPARE(seen.filter, QStringLiteral("Protein Data Bank files (*.pdb *.ent);;All files(*.*)"));
+    QCOMPARE(seen.filter,
+             QStringLiteral("Protein Data Bank files (*.pdb *.ent *.cif *.mmcif *.pdb.gz *.ent.gz "
+                            "*.cif.gz *.mmcif.gz);;All files(*.*)"));
     const sSeenDialog loading = clickAndChoose(*window, names().loadList, {});
     QCOMPARE(loading.caption, QStringLiteral("Choose PDB file(s)"));
     QVERIFY(!loading.isForSeveralFiles && !loading.isForSaving);
@@ -248,10 +251,16 @@ void cInputFilesTest::loadedListReplacesTheOld() {
 }
 
 void cInputFilesTest::everyLineOfAListCounts() {
-    const QByteArray lines = "a.pdb\n\n  b.pdb \nc.pdb\r\n\n";
+    const QByteArray lines = "a.pdb\n\n  b.pdb \nc.pdb\n\n";
     load(lines);
     QCOMPARE(list().count(), 5);
     QCOMPARE(savedList(), lines);
+}
+
+void cInputFilesTest::carriageReturnBelongsToThePathOfAFileAlone() {
+    place->file("odd.pdb\r", twoGlycines());
+    load("a.pdb\r\nodd.pdb\r\n\r\n");
+    QCOMPARE(savedList(), QByteArray("a.pdb\nodd.pdb\r\n\n"));
 }
 
 void cInputFilesTest::listWithoutFinalLineFeedIsReadWhole() {
@@ -353,9 +362,10 @@ void cInputFilesTest::droppedListIsAdded() {
 void cInputFilesTest::otherDroppedFilesAreRefused() {
     drop({QUrl::fromLocalFile("/data/notes.txt"), QUrl::fromLocalFile("/data/a.pdb")});
     QCOMPARE(itemTexts(list()), QStringList("/data/a.pdb"));
-    QCOMPARE(colouredLines(log()),
-             QStringList(coloured(Qt::yellow, "Neither a PDB file (.pdb, .ent) nor a file list "
-                                              "(.fls), not added: /data/notes.txt")));
+    QCOMPARE(
+        colouredLines(log()),
+        QStringList(coloured(Qt::yellow, "Neither a structure (.pdb, .ent, .cif, .mmcif) nor a "
+                                         "file list (.fls), not added: /data/notes.txt")));
 }
 
 void cInputFilesTest::droppedTextIsRefused() {

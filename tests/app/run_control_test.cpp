@@ -1,7 +1,7 @@
 // The run buttons: the checks in their order, the hand-over to the workers, and what a run leaves.
 
+#include "analysis/parameter_tables.h"
 #include "run/crunkev_linux.h"
-#include "run/parameter_tables.h"
 #include "run/run_vor_linux.h"
 #include "tests/app/app_test_tools.h"
 
@@ -95,7 +95,7 @@ template <typename Table, typename Reader>
 Table tableFrom(const QString& path, Reader read) {
     std::ifstream in(path.toStdString());
     Table table;
-    if (!read(in, table).isEmpty()) {
+    if (!read(in, table).empty()) {
         qFatal("Cannot use %s", qPrintable(path));
     }
     return table;
@@ -246,9 +246,13 @@ void cRunControlTest::parameterFileThatIsNoRegularFileIsRefused() {
     const QString pdb = place->file("a.pdb", twoGlycines());
     prepareKev(*window, {pdb}, name, place->path());
     prepareVor(*window, {pdb}, name, place->path());
-    QCOMPARE(clickRun(kevNames), red(invalidRadiiPathText()));
-    QCOMPARE(clickRun(vorNames), QStringList(coloured(Qt::black, "Could not open file " + name)) +
-                                     red(invalidRadiiPathText()));
+    QCOMPARE(clickRun(kevNames),
+             red(QStringLiteral("Not a valid radii file path!\nPlease make sure that the path of "
+                                "the specified radii file is correct!\n")));
+    QCOMPARE(clickRun(vorNames),
+             QStringList(coloured(Qt::black, "Could not open file " + name)) +
+                 red(QStringLiteral("Not a valid radii file path!\nPlease make sure that the path "
+                                    "of the specified radii file is correct!\n")));
 }
 
 void cRunControlTest::badTablesAreReported_data() {

@@ -14,38 +14,32 @@ class cRunProgressTest : public QObject {
 
   private slots:
     void initTestCase();
-    void messagesAreCounted();
-    void reportThatFailsIsAnErrorOfItsFile();
+    void eventsAreCounted();
+    void reportThatIsLostIsAnErrorOfItsFile();
     void everyFileOfARunIsCounted_data();
     void everyFileOfARunIsCounted();
-    void pathsThatLookLikeMessagesAreShownWhole();
 };
-
-namespace {
-
-void take(cRunProgress& progress, Qt::GlobalColor colour, const char* text) {
-    progress.take(cStatusMessage(colour, QString::fromUtf8(text)));
-}
-
-} // namespace
 
 void cRunProgressTest::initTestCase() {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
 }
 
-void cRunProgressTest::messagesAreCounted() {
+void cRunProgressTest::eventsAreCounted() {
     cRunProgress progress;
-    progress.begin(3);
-    take(progress, Qt::black, "Analysing structure of peptide from /d/a.pdb...");
+    progress.begin(4);
+    progress.beginFile("/d/a.pdb");
     QCOMPARE(progress.currentFile(), QStringLiteral("/d/a.pdb"));
     QCOMPARE(progress.filesDone(), 0);
-    take(progress, Qt::yellow, "The following radii were not found in radii file: GLY_N; ");
-    take(progress, Qt::black, "Structure of peptide from /d/a.pdb analyzed");
+    progress.countWarning();
+    progress.endFile(eFileOutcome::analysed);
     QCOMPARE(progress.filesDone(), 1);
     QCOMPARE(progress.currentFile(), QString());
-    take(progress, Qt::red, "Could not open file /d/b.pdb");
-    take(progress, Qt::black, "Analysing structure of peptide from /d/c.pdb...");
-    take(progress, Qt::red, "There was an error in PDB file /d/c.pdb at line 3");
+    progress.beginFile("/d/b.pdb");
+    progress.endFile(eFileOutcome::failed);
+    progress.beginFile("/d/c.pdb");
+    progress.endFile(eFileOutcome::failed);
+    progress.beginFile("/d/d.pdb");
+    progress.endFile(eFileOutcome::stopped);
     QCOMPARE(progress.filesDone(), 3);
     QCOMPARE(progress.filesWithErrors(), 2);
     QCOMPARE(progress.filesWithWarnings(), 1);
@@ -54,15 +48,18 @@ void cRunProgressTest::messagesAreCounted() {
     QCOMPARE(progress.filesDone() + progress.filesWithErrors() + progress.filesWithWarnings(), 0);
 }
 
-void cRunProgressTest::reportThatFailsIsAnErrorOfItsFile() {
+void cRunProgressTest::reportThatIsLostIsAnErrorOfItsFile() {
     cRunProgress progress;
-    progress.begin(1);
-    take(progress, Qt::black, "Analysing contacts of peptide from a.pdb...");
-    take(progress, Qt::red, "Could not write report out/a_200703141530_contacts.xml");
-    take(progress, Qt::red, "Could not write report out/a_200703141530_contacts.tbl");
+    progress.begin(2);
+    progress.beginFile("a.pdb");
+    progress.countLostReport();
+    progress.countLostReport();
     QCOMPARE(progress.filesDone(), 0);
-    take(progress, Qt::black, "Contacts of peptide from a.pdb analyzed");
+    progress.endFile(eFileOutcome::analysed);
     QCOMPARE(progress.filesDone(), 1);
+    QCOMPARE(progress.filesWithErrors(), 1);
+    progress.beginFile("b.pdb");
+    progress.endFile(eFileOutcome::analysed);
     QCOMPARE(progress.filesWithErrors(), 1);
 }
 
@@ -92,13 +89,6 @@ void cRunProgressTest::everyFileOfARunIsCounted() {
     QCOMPARE(widget<QProgressBar>(window, names.progressBar)->value(), 5);
     QCOMPARE(widget<QLabel>(window, names.progressLabel)->text(),
              QStringLiteral("Finished: 5 of 5 files, 3 with errors, 2 with warnings"));
-}
-
-void cRunProgressTest::pathsThatLookLikeMessagesAreShownWhole() {
-    cRunProgress progress;
-    progress.begin(1);
-    take(progress, Qt::black, "Analysing contacts of peptide from /odd of peptide from x...pdb...");
-    QCOMPARE(progress.currentFile(), QStringLiteral("/odd of peptide from x...pdb"));
 }
 
 } // namespace kelmo

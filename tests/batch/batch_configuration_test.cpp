@@ -1,7 +1,6 @@
 // Configuration files, line by line: what is read, what is refused and what the user is told.
-#include "batch/configuration.h"
-#include "batch/usage_error.h"
-#include "run/file_path.h"
+#include "analysis/configuration.h"
+#include "base/usage_error.h"
 #include "tests/batch/test_directory.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +16,10 @@ namespace {
 
 class BatchConfiguration : public testing::Test {
   protected:
-    cConfiguration read(const std::string& content, eModule module = eModule::kev) {
-        cConfiguration configuration(module);
-        configuration.readFile(pathFromBytes(directory.write("run.cfg", content).native()));
-        return configuration;
+    cSettings read(const std::string& content, eModule module = eModule::kev) {
+        cSettings settings(module);
+        readConfiguration(directory.write("run.cfg", content).native(), "--config", settings);
+        return settings;
     }
 
     /// The message for the content, the directory of the file left out; empty when it is read.
@@ -41,25 +40,24 @@ class BatchConfiguration : public testing::Test {
     cTestDirectory directory;
 };
 
-std::string valueOf(const cConfiguration& configuration, const char* key) {
-    const sSetting* setting = configuration.find(key);
-    return setting == nullptr ? "(not set)" : setting->value;
+std::string valueOf(const cSettings& settings, const char* key) {
+    return settings.isSet(key) ? settings.valueText(key) : "(not set)";
 }
 
 } // namespace
 
 TEST_F(BatchConfiguration, KeyColonTabValueIsRead) {
-    const cConfiguration configuration = read("calc_cx:\t1\nz_slice:\t0.35\n"
-                                              "radii_filename:\tmy tables/a: b.radii\n");
-    EXPECT_TRUE(configuration.flag("calc_cx", false));
-    EXPECT_EQ(configuration.number("z_slice", 0.25), 0.35);
+    const cSettings configuration = read("calc_cx:\t1\nz_slice:\t0.35\n"
+                                         "radii_filename:\tmy tables/a: b.radii\n");
+    EXPECT_TRUE(configuration.flag("calc_cx"));
+    EXPECT_EQ(configuration.number("z_slice"), 0.35);
     EXPECT_EQ(valueOf(configuration, "radii_filename"), "my tables/a: b.radii");
 }
 
 TEST_F(BatchConfiguration, AnyBlanksAfterTheColonAreAccepted) {
-    const cConfiguration configuration = read("calc_cx:1\nz_slice: \t  0.35\nradii_filename: r \n");
-    EXPECT_TRUE(configuration.flag("calc_cx", false));
-    EXPECT_EQ(configuration.number("z_slice", 0.25), 0.35);
+    const cSettings configuration = read("calc_cx:1\nz_slice: \t  0.35\nradii_filename: r \n");
+    EXPECT_TRUE(configuration.flag("calc_cx"));
+    EXPECT_EQ(configuration.number("z_slice"), 0.35);
     EXPECT_EQ(valueOf(configuration, "radii_filename"), "r ");
 }
 
@@ -69,21 +67,20 @@ TEST_F(BatchConfiguration, CommentsAndEmptyLinesAreSkippedButCounted) {
 }
 
 TEST_F(BatchConfiguration, DosLineEndsAreAccepted) {
-    const cConfiguration configuration = read("# comment\r\n\r\ncalc_cx:\t1\r\nhydro_file:\tx\r\n");
-    EXPECT_TRUE(configuration.flag("calc_cx", false));
+    const cSettings configuration = read("# comment\r\n\r\ncalc_cx:\t1\r\nhydro_file:\tx\r\n");
+    EXPECT_TRUE(configuration.flag("calc_cx"));
     EXPECT_EQ(valueOf(configuration, "hydro_file"), "x");
 }
 
 TEST_F(BatchConfiguration, LastLineNeedsNoLineFeed) {
-    EXPECT_TRUE(read("calc_cx:\t1").flag("calc_cx", false));
+    EXPECT_FALSE(read("calc_cx:\t0").flag("calc_cx"));
 }
 
 TEST_F(BatchConfiguration, KeysThatAreNotSetTakeTheDefault) {
-    const cConfiguration configuration = read("");
-    EXPECT_EQ(configuration.find("calc_cx"), nullptr);
-    EXPECT_TRUE(configuration.flag("calc_cx", true));
-    EXPECT_FALSE(configuration.flag("calc_cx", false));
-    EXPECT_EQ(configuration.number("z_slice", 0.25), 0.25);
+    const cSettings configuration = read("");
+    EXPECT_FALSE(configuration.isSet("calc_cx"));
+    EXPECT_TRUE(configuration.flag("calc_cx"));
+    EXPECT_EQ(configuration.number("z_slice"), 0.25);
 }
 
 TEST_F(BatchConfiguration, EmptyValueOfAPathIsKept) {
@@ -120,7 +117,7 @@ TEST_F(BatchConfiguration, LineWithNulCharacterIsRefused) {
 }
 
 TEST_F(BatchConfiguration, FlagsAreExactlyOneOrZero) {
-    EXPECT_FALSE(read("calc_cx:\t0\n").flag("calc_cx", true));
+    EXPECT_FALSE(read("calc_cx:\t0\n").flag("calc_cx"));
     for (const char* value : {"", "2", "01", "1 ", "-1", "true", "1.0", "+1"}) {
         EXPECT_EQ(faultOf(std::string("calc_cx:\t") + value + '\n'),
                   std::string("run.cfg:1: calc_cx must be 1 or 0, not \"") + value + '"');
@@ -137,7 +134,7 @@ TEST_F(BatchConfiguration, NumbersMustBeNumbers) {
 }
 
 TEST_F(BatchConfiguration, ExponentsAreRead) {
-    EXPECT_EQ(read("z_slice:\t2.5e-1\n").number("z_slice", 0.0), 0.25);
+    EXPECT_EQ(read("z_slice:\t2.5e-1\n").number("z_slice"), 0.25);
 }
 
 TEST_F(BatchConfiguration, RangesIncludeTheirEnds) {
@@ -162,10 +159,10 @@ TEST_F(BatchConfiguration, RangesIncludeTheirEnds) {
     for (const sRange& range : ranges) {
         std::ostringstream content;
         content << range.key << ":\t" << range.minimum << '\n';
-        EXPECT_EQ(read(content.str(), range.module).number(range.key, -1.0), range.minimum);
+        EXPECT_EQ(read(content.str(), range.module).number(range.key), range.minimum);
         content.str("");
         content << range.key << ":\t" << range.maximum << '\n';
-        EXPECT_EQ(read(content.str(), range.module).number(range.key, -1.0), range.maximum);
+        EXPECT_EQ(read(content.str(), range.module).number(range.key), range.maximum);
         for (const char* value : {range.tooSmall, range.tooLarge}) {
             std::ostringstream expected;
             expected << "run.cfg:1: " << range.key << " must be a number from " << range.minimum
@@ -191,26 +188,27 @@ TEST_F(BatchConfiguration, CriterionIsOneToFour) {
 }
 
 TEST_F(BatchConfiguration, MissingFileAndDirectoryAreRefused) {
-    cConfiguration configuration(eModule::kev);
-    EXPECT_THROW(configuration.readFile("no/such.cfg"), cUsageError);
-    EXPECT_THROW(configuration.readFile(pathFromBytes(directory.path().native())), cUsageError);
+    cSettings configuration(eModule::kev);
+    EXPECT_THROW(readConfiguration("no/such.cfg", "--config", configuration), cUsageError);
+    EXPECT_THROW(readConfiguration(directory.path().native(), "--config", configuration),
+                 cUsageError);
 }
 
 TEST_F(BatchConfiguration, AssignmentOverridesTheFile) {
-    cConfiguration configuration = read("z_slice:\t0.35\ncalc_cx:\t1\n");
-    configuration.assign("z_slice=0.5");
-    configuration.assign("radii_filename=a=b");
-    configuration.assign("z_slice=0.6");
-    EXPECT_EQ(configuration.number("z_slice", 0.25), 0.6);
+    cSettings configuration = read("z_slice:\t0.35\ncalc_cx:\t1\n");
+    assign("z_slice=0.5", configuration);
+    assign("radii_filename=a=b", configuration);
+    assign("z_slice=0.6", configuration);
+    EXPECT_EQ(configuration.number("z_slice"), 0.6);
     EXPECT_EQ(valueOf(configuration, "radii_filename"), "a=b");
-    EXPECT_TRUE(configuration.flag("calc_cx", false));
+    EXPECT_TRUE(configuration.flag("calc_cx"));
 }
 
 TEST_F(BatchConfiguration, FaultyAssignmentIsNamed) {
     const auto faultOfAssignment = [](const char* assignment) {
-        cConfiguration configuration(eModule::kev);
+        cSettings configuration(eModule::kev);
         try {
-            configuration.assign(assignment);
+            assign(assignment, configuration);
         } catch (const cUsageError& error) {
             return std::string(error.what());
         }
@@ -238,18 +236,17 @@ TEST_F(BatchConfiguration, WhatAStreamWritesIsReadBack) {
         std::ostringstream content;
         content << "z_slice:\t" << zSlice << "\nr_solvent:\t" << rSolvent << "\ncx_threshold:\t"
                 << threshold << "\ncalc_dpx:\t" << isCalculated << '\n';
-        const cConfiguration configuration = read(content.str());
-        EXPECT_EQ(configuration.number("z_slice", -1.0), zSlice);
-        EXPECT_EQ(configuration.number("r_solvent", -1.0), rSolvent);
-        EXPECT_EQ(configuration.number("cx_threshold", -1.0), threshold);
-        EXPECT_EQ(configuration.flag("calc_dpx", !isCalculated), isCalculated);
+        const cSettings configuration = read(content.str());
+        EXPECT_EQ(configuration.number("z_slice"), zSlice);
+        EXPECT_EQ(configuration.number("r_solvent"), rSolvent);
+        EXPECT_EQ(configuration.number("cx_threshold"), threshold);
+        EXPECT_EQ(configuration.flag("calc_dpx"), isCalculated);
     }
 }
 
 TEST_F(BatchConfiguration, PathsKeepBytesThatAreNoUtf8) {
-    const cConfiguration configuration = read("hydro_file:\tf\xfcr.hpb\n");
+    const cSettings configuration = read("hydro_file:\tf\xfcr.hpb\n");
     EXPECT_EQ(valueOf(configuration, "hydro_file"), "f\xfcr.hpb");
-    EXPECT_EQ(pathToBytes(configuration.find("hydro_file")->path()), "f\xfcr.hpb");
 }
 
 } // namespace kelmo

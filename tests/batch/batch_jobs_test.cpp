@@ -84,15 +84,18 @@ TEST_F(BatchJobs, SingleFileIsTheSameOnSeveralCores) {
         SCOPED_TRACE(sample);
         expectSameReports("kev", {sample}, 4U);
         // The criterion that computes areas; the others have no work to share.
-        expectSameReports("vor", {"--set=contact_criterion=3", sample}, 6U);
+        expectSameReports("vor", {"--set=contact_criterion=3", "--set=write_contacts=1", sample},
+                          6U);
     }
 }
 
 TEST_F(BatchJobs, EveryCriterionIsTheSameOnSeveralCores) {
     for (const std::string criterion : {"1", "2", "3", "4"}) {
         SCOPED_TRACE(criterion);
-        expectSameReports(
-            "vor", {"--set=contact_criterion=" + criterion, ubiquitin, haemoglobin, antibody}, 18U);
+        expectSameReports("vor",
+                          {"--set=contact_criterion=" + criterion, "--set=write_contacts=1",
+                           ubiquitin, haemoglobin, antibody},
+                          18U);
     }
 }
 

@@ -1,6 +1,6 @@
 // The command line: what each option does to the options, and what is refused.
+#include "base/usage_error.h"
 #include "batch/options.h"
-#include "batch/usage_error.h"
 #include "tests/batch/batch_process.h"
 #include "tests/batch/test_directory.h"
 

@@ -1,9 +1,9 @@
 // Small parts of the runner by themselves.
+#include "analysis/shipped_tables.h"
+#include "base/shown_text.h"
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
 #include "batch/progress_line.h"
-#include "batch/shipped_data.h"
-#include "batch/shown_text.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
 #include "run/file_path.h"
@@ -16,7 +16,7 @@ namespace kelmo {
 
 namespace {
 
-QStringList warningsFor(const cInputPaths& paths) {
+std::vector<std::string> warningsFor(const cInputPaths& paths) {
     return sameBaseNameWarnings(paths, cSameBaseNames(paths));
 }
 
@@ -56,34 +56,36 @@ TEST(ProgressLine, NeverExceedsTheColumns) {
 }
 
 TEST(ShownText, ControlCharactersCannotBreakALine) {
-    EXPECT_EQ(onOneLine("a\nb\033[31mc\td\x7f"), QString("a?b?[31mc?d?"));
-    EXPECT_EQ(onOneLine(QString(QChar(0x9B))), QString("?"));
-    EXPECT_EQ(onOneLine(QStringLiteral("größe")), QStringLiteral("größe"));
-    EXPECT_EQ(shownPath(std::string_view("f\xfcr\n")), QStringLiteral("f\uFFFDr?"));
+    EXPECT_EQ(shownText("a\nb\033[31mc\td\x7f"), "a?b?[31mc?d?");
+    EXPECT_EQ(shownText("\xc2\x9b"), "?");
+    EXPECT_EQ(shownText("gr\xc3\xb6\xc3\x9f"
+                        "e"),
+              "gr\xc3\xb6\xc3\x9f"
+              "e");
+    EXPECT_EQ(shownText("f\xfcr\n"), "f\xef\xbf\xbdr?");
 }
 
 TEST(InputPaths, ArePackedAndComeBackAsTheyWere) {
     const cInputPaths paths{"a/x.pdb", "", "f\xfcr \n.pdb", "y"};
     ASSERT_EQ(paths.size(), 4U);
-    EXPECT_EQ(paths.bytes(0), "a/x.pdb");
-    EXPECT_EQ(paths.bytes(1), "");
-    EXPECT_EQ(paths.bytes(2), "f\xfcr \n.pdb");
-    EXPECT_EQ(pathToBytes(paths[2]), "f\xfcr \n.pdb");
-    EXPECT_EQ(paths.bytes(3), "y");
+    EXPECT_EQ(paths[0], "a/x.pdb");
+    EXPECT_EQ(paths[1], "");
+    EXPECT_EQ(paths[2], "f\xfcr \n.pdb");
+    EXPECT_EQ(paths[3], "y");
     EXPECT_TRUE(cInputPaths().empty());
 }
 
 TEST(SameBaseName, BothFilesAreNamed) {
-    const QStringList warnings =
+    const std::vector<std::string> warnings =
         warningsFor({"a/x.pdb", "y.pdb", "b/x.model1.ent", "z.pdb", "y", "c/x"});
-    ASSERT_EQ(warnings.size(), 3);
-    EXPECT_TRUE(warnings[0].startsWith("a/x.pdb and b/x.model1.ent have the same base name"));
-    EXPECT_TRUE(warnings[1].startsWith("y.pdb and y have the same base name"));
-    EXPECT_TRUE(warnings[2].startsWith("a/x.pdb and c/x have the same base name"));
+    ASSERT_EQ(warnings.size(), 3U);
+    EXPECT_TRUE(warnings[0].starts_with("a/x.pdb and b/x.model1.ent have the same base name"));
+    EXPECT_TRUE(warnings[1].starts_with("y.pdb and y have the same base name"));
+    EXPECT_TRUE(warnings[2].starts_with("a/x.pdb and c/x have the same base name"));
 }
 
 TEST(SameBaseName, CaseMakesADifference) {
-    EXPECT_TRUE(warningsFor({"x.pdb", "X.pdb", "xx.pdb"}).isEmpty());
+    EXPECT_TRUE(warningsFor({"x.pdb", "X.pdb", "xx.pdb"}).empty());
 }
 
 TEST(SameBaseName, GroupsHoldTheirFilesInOrder) {
@@ -120,16 +122,16 @@ TEST(Summary, CountsAndNamesInTheOrderOfTheFiles) {
     EXPECT_EQ(messages[1].text, "Report missing: b.tbl");
     EXPECT_EQ(messages[2].text, "Failed: c?d");
     EXPECT_EQ(messages[3].text, "2 of 3 files analysed, 1 failed, 2 reports missing");
-    EXPECT_EQ(messages[3].colour, QColor(Qt::red));
+    EXPECT_EQ(messages[3].severity, eSeverity::error);
     EXPECT_EQ(static_cast<int>(exitStatus(result)), 1);
 }
 
-TEST(Summary, OfARunWithoutFaultIsBlack) {
+TEST(Summary, OfARunWithoutFaultIsProgress) {
     const sBatchResult result{1, 1, 0, 0, {}};
     const auto messages = summaryMessages({"a"}, result, false);
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_EQ(messages[0].text, "1 of 1 file analysed, 0 failed, 0 reports missing");
-    EXPECT_EQ(messages[0].colour, QColor(Qt::black));
+    EXPECT_EQ(messages[0].severity, eSeverity::progress);
     EXPECT_EQ(static_cast<int>(exitStatus(result)), 0);
 }
 
@@ -191,7 +193,7 @@ TEST(ShippedData, TestsRunInTheBuildTreeAndUseItsSources) {
     EXPECT_TRUE(std::filesystem::equivalent(shippedDataDirectories().front(),
                                             std::filesystem::path(KELMO_SOURCE_DIR) / "data"));
     EXPECT_EQ(shippedDataDirectories().size(), 3U);
-    EXPECT_TRUE(shippedTable("protor.radii").endsWith("/data/protor.radii"));
+    EXPECT_TRUE(shippedTable("protor.radii").native().ends_with("/data/protor.radii"));
 }
 
 } // namespace kelmo

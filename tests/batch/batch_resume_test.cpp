@@ -88,11 +88,12 @@ TEST_F(BatchResume, OnlyTheReportsThatAreAskedForCount) {
     const sChoice choices[] = {
         {"kev", {"--set=analyze_unbound=0", "--set=write_xml=0"}, 1},
         {"kev", {"--set=analyze_bound=0"}, 2},
-        {"vor", {"--set=contact_criterion=3", "--set=write_table=0"}, 3},
+        {"vor", {"--set=contact_criterion=3", "--set=write_contacts=1", "--set=write_table=0"}, 3},
         {"vor",
-         {"--set=contact_criterion=3", "--set=write_binding_residues=0",
+         {"--set=contact_criterion=3", "--set=write_contacts=1", "--set=write_binding_residues=0",
           "--set=write_binding_state=0"},
          2},
+        {"vor", {"--set=contact_criterion=3"}, 4},
         {"vor", {"--set=contact_criterion=4", "--set=write_contacts=0"}, 4},
         {"vor", {"--set=contact_criterion=2"}, 6},
     };

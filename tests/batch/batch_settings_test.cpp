@@ -325,12 +325,26 @@ TEST_F(VorSettings, CriterionZeroIsRefused) {
 }
 
 TEST_F(VorSettings, ContactsByAreaAreAnEmptyReport) {
-    EXPECT_EQ(run("vor", {"--set=contact_criterion=3", "--set=write_binding_residues=0",
-                          "--set=write_binding_state=0", "--set=write_xml=0", antibody})
+    EXPECT_EQ(run("vor", {"--set=contact_criterion=3", "--set=write_contacts=1",
+                          "--set=write_binding_residues=0", "--set=write_binding_state=0",
+                          "--set=write_xml=0", antibody})
                   .exitStatus,
               0);
     EXPECT_EQ(reportNames(), (cNames{"1a0q_200703141530_contacts.tbl"}));
     EXPECT_TRUE(reports().begin()->second.ends_with("TH_r_solvent: 1.4\n"));
+}
+
+TEST_F(VorSettings, ContactsByAreaAreNotAskedForByDefault) {
+    EXPECT_EQ(run("vor", {"--set=contact_criterion=3", "--set=write_xml=0", antibody}).exitStatus,
+              0);
+    EXPECT_EQ(reportNames(), (cNames{"1a0q_200703141530_binding_residues.tbl",
+                                     "1a0q_200703141530_binding_status.tbl"}));
+    const sProcessOutcome outcome =
+        run("vor", {"--set=contact_criterion=3", "--set=write_binding_residues=0",
+                    "--set=write_binding_state=0", antibody});
+    EXPECT_EQ(outcome.exitStatus, 2);
+    EXPECT_EQ(outcome.err, "Please choose an output file type (Contacts, Binding Residues or "
+                           "Binding State)!\n");
 }
 
 TEST_F(VorSettings, ChecksComeInTheOrderOfTheWindow) {

@@ -48,7 +48,7 @@ bool mustFail(const char* call) {
 }
 
 bool isReport(const char* path) {
-    return std::strstr(path, "/.kelmo-") != nullptr;
+    return std::strstr(path, ".kelmo-") != nullptr;
 }
 
 struct sOpenFile {
@@ -79,13 +79,6 @@ int openNext(const char* name, const char* path, int flags, mode_t mode) {
     return next<int(const char*, int, ...)>(name)(path, flags, mode);
 }
 
-std::FILE* fopenNext(const char* name, const char* path, const char* mode) {
-    if (isReport(path) && mustFail("fopen")) {
-        return nullptr;
-    }
-    return next<std::FILE*(const char*, const char*)>(name)(path, mode);
-}
-
 mode_t modeFrom(std::va_list arguments, int flags) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
@@ -110,12 +103,15 @@ int open64(const char* path, int flags, ...) {
     return openNext("open64", path, flags, mode);
 }
 
-std::FILE* fopen(const char* path, const char* mode) {
-    return fopenNext("fopen", path, mode);
-}
-
-std::FILE* fopen64(const char* path, const char* mode) {
-    return fopenNext("fopen64", path, mode);
+int openat(int directory, const char* path, int flags, ...) {
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeFrom(arguments, flags);
+    va_end(arguments);
+    if (isReport(path) && mustFail("open")) {
+        return -1;
+    }
+    return next<int(int, const char*, int, ...)>("openat")(directory, path, flags, mode);
 }
 
 int fcntl(int descriptor, int command, ...) {
@@ -158,17 +154,12 @@ int close(int descriptor) {
     return isCounted && mustFail("close") ? -1 : status;
 }
 
-int fclose(std::FILE* file) {
-    const bool isCounted = sOpenFile(::fileno(file)).isReport();
-    const int status = next<int(std::FILE*)>("fclose")(file);
-    return isCounted && mustFail("fclose") ? EOF : status;
-}
-
-int rename(const char* from, const char* to) {
+int renameat(int fromDirectory, const char* from, int toDirectory, const char* to) {
     if (isReport(from) && mustFail("rename")) {
         return -1;
     }
-    return next<int(const char*, const char*)>("rename")(from, to);
+    return next<int(int, const char*, int, const char*)>("renameat")(fromDirectory, from,
+                                                                     toDirectory, to);
 }
 
 } // extern "C"

@@ -67,7 +67,7 @@ TEST_F(BatchOddInputs, WholeCatalogueInOneRunOfEachModule) {
     EXPECT_EQ(kev.exitStatus, 1);
     EXPECT_TRUE(kev.err.ends_with(summary)) << kev.err;
     EXPECT_EQ(reports().size(), 4 * (names.size() - failureCount));
-    arguments.insert(arguments.begin(), "--set=contact_criterion=3");
+    arguments.insert(arguments.begin(), {"--set=contact_criterion=3", "--set=write_contacts=1"});
     const sProcessOutcome vor = run("vor", arguments);
     EXPECT_EQ(vor.exitStatus, 1);
     EXPECT_TRUE(vor.err.ends_with(summary)) << vor.err;

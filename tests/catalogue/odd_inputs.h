@@ -20,6 +20,9 @@ struct sOddInput {
     std::string chains = {};  ///< their ids in the order of the file
     std::string unknown = {}; ///< the radius keys that the shipped table lacks, each with a blank
     bool isMarkup = false;    ///< names that XML must escape, which interaction reports do not do
+    /// What a file that begins like one of another format is refused with, "%" for its path; it is
+    /// not read as PDB text, of which the rest speaks.
+    std::string refusal = {};
 };
 
 /// All odd files of up to about a megabyte, in a fixed order with fixed bytes: also seeds for

@@ -36,6 +36,11 @@ class OddInput : public testing::TestWithParam<sOddInput> {
                                               const std::string& unknown) const {
         std::vector<std::string> lines{"black: Analysing " + subject + " of peptide from " + file +
                                        "..."};
+        if (!input().refusal.empty()) {
+            lines.push_back("red: " + input().refusal);
+            lines.back().replace(lines.back().find('%'), 1, file);
+            return lines;
+        }
         if (input().faultyLine != 0) {
             lines.push_back("red: There was an error in PDB file " + file + " at line " +
                             std::to_string(input().faultyLine));

@@ -1,7 +1,7 @@
 // Files that exist but may not be read, refused for the superuser as for everybody else.
-#include "batch/parameter_files.h"
-#include "batch/text_lines.h"
-#include "batch/usage_error.h"
+#include "analysis/parameter_tables.h"
+#include "base/text_file.h"
+#include "base/usage_error.h"
 #include "run/crunkev_linux.h"
 #include "run/file_path.h"
 #include "run/run_vor_linux.h"
@@ -58,9 +58,8 @@ class UnreadableFile : public testing::Test {
     /// What a worker tells of the file, in one line.
     std::string messagesOf(cAnalysisRun& run) const {
         std::string text;
-        QObject::connect(&run, &cAnalysisRun::sendStatusMessage, [&](cStatusMessage& message) {
-            text += message.text.toStdString() + '|';
-        });
+        QObject::connect(&run, &cAnalysisRun::messageSent,
+                         [&](const sMessage& message) { text += message.text + '|'; });
         EXPECT_EQ(run.analyseFile(pathFromBytes(file.native()), "1"), eFileOutcome::failed);
         return text;
     }
@@ -90,7 +89,7 @@ TEST_F(UnreadableFile, InADirectoryThatMayNotBeEnteredIsNoStructureEither) {
 
 TEST_F(UnreadableFile, IsNoListOrConfiguration) {
     try {
-        forEachLine(pathFromBytes(file.native()), "--list", [](std::string_view) {});
+        forEachLine(file.native(), "--list", [](std::string_view) {});
         ADD_FAILURE() << "the list was read";
     } catch (const cUsageError& error) {
         EXPECT_EQ(error.what(), "--list: Could not open file " + file.string());
@@ -98,11 +97,28 @@ TEST_F(UnreadableFile, IsNoListOrConfiguration) {
 }
 
 TEST_F(UnreadableFile, IsNoTable) {
-    const sSetting setting{file.string(), "--set"};
-    EXPECT_THROW(loadRadii(setting), cUsageError);
-    EXPECT_THROW(loadStandardAsa(setting), cUsageError);
-    EXPECT_THROW(loadHydrophobicity(setting), cUsageError);
-    EXPECT_THROW(loadContactRules(setting), cUsageError);
+    for (const eModule module : {eModule::kev, eModule::vor}) {
+        cSettings settings(module);
+        if (module == eModule::vor) {
+            settings.setNumber("contact_criterion", 4);
+        }
+        for (const sSetting& setting : settingsOf(module)) {
+            if (setting.kind == eSettingKind::table) {
+                cSettings other = settings;
+                for (const sSetting& table : settingsOf(module)) {
+                    if (table.kind == eSettingKind::table) {
+                        other.setText(table.key, KELMO_SOURCE_DIR "/data/" + table.byDefault);
+                    }
+                }
+                other.setText(setting.key, file.string());
+                sParameterTables tables;
+                const auto problem = readParameterTables(other, tables);
+                ASSERT_TRUE(problem.has_value()) << setting.key;
+                EXPECT_EQ(problem->key, setting.key);
+                EXPECT_TRUE(problem->isUnopened);
+            }
+        }
+    }
 }
 
 } // namespace kelmo

@@ -228,7 +228,10 @@ void cWindowOddInputsTest::listsOfAnyBytesAreShownAndSavedAgain() {
     list->scrollToBottom();
     QCoreApplication::processEvents();
     clickAndChoose(*window, kevNames.saveList, place->path("saved.fls"));
-    QVERIFY(bytesOf(place->path("saved.fls")) == whole);
+    // Ends of lines as DOS has them belong to no path, as there is no file of such a name.
+    QByteArray saved = whole;
+    saved.replace("\r\n", "\n");
+    QVERIFY(bytesOf(place->path("saved.fls")) == saved);
 }
 
 void cWindowOddInputsTest::listsThatAreNoFileAreEmpty() {

@@ -2,7 +2,7 @@
 // tables in place of the shipped ones, through every attribute and criterion into reports. The
 // reports hold what their formats promise, and those of small structures are the slow reference's
 // byte for byte.
-#include "run/parameter_tables.h"
+#include "analysis/parameter_tables.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/report_checks.h"
 #include "tests/run/run_test_tools.h"
@@ -76,10 +76,11 @@ struct sAnalyses {
 
 /// Replaces the table by that of the text, unless that is empty or cannot be used.
 template <typename Table>
-bool readSection(const std::string& text, Table& table, QString (*read)(std::istream&, Table&)) {
+bool readSection(const std::string& text, Table& table,
+                 std::string (*read)(std::istream&, Table&)) {
     std::istringstream in(text);
     Table own;
-    if (text.empty() || !read(in, own).isEmpty()) {
+    if (text.empty() || !read(in, own).empty()) {
         return false;
     }
     table = std::move(own);

@@ -2,15 +2,15 @@
 // configuration of kev ("k") or vor ("v"), assignments for kev ("K") or vor ("V") and the arguments
 // of the command line ("o"), one a line, an input list ("l"). Any bytes are taken or refused with a
 // message that shows no control character.
-#include "batch/configuration.h"
+#include "analysis/configuration.h"
+#include "base/usage_error.h"
 #include "batch/input_paths.h"
 #include "batch/options.h"
-#include "batch/usage_error.h"
-#include "run/file_path.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/xml/scratch_directory.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 #include <vector>
 
@@ -36,20 +36,26 @@ std::vector<std::string> linesOf(const std::string& text) {
 }
 
 void requireShowable(const cUsageError& error) {
-    const QString text = error.text();
-    require(!text.isEmpty(), "a message");
+    const std::string text = error.what();
+    require(!text.empty(), "a message");
     require(std::all_of(text.begin(), text.end(),
-                        [](QChar c) { return c == u'\n' || c.category() != QChar::Other_Control; }),
+                        [](char c) {
+                            const auto byte = static_cast<unsigned char>(c);
+                            return byte == '\n' || (byte >= ' ' && byte != 0x7f);
+                        }),
             "a message without control characters");
 }
 
-void requireNumber(const cConfiguration& configuration, const char* key, double minimum,
+void requireNumber(const cSettings& configuration, const char* key, double minimum,
                    double maximum) {
-    const double number = configuration.number(key, minimum);
+    if (findSetting(configuration.module(), key) == nullptr) {
+        return;
+    }
+    const double number = configuration.number(key);
     require(number >= minimum && number <= maximum, "numbers within their range");
 }
 
-void requireValues(const cConfiguration& configuration) {
+void requireValues(const cSettings& configuration) {
     requireNumber(configuration, "z_slice", 0.01, 1.0);
     requireNumber(configuration, "r_solvent", 0.0, 2.0);
     requireNumber(configuration, "cx_threshold", 5.0, 15.0);
@@ -57,45 +63,52 @@ void requireValues(const cConfiguration& configuration) {
     requireNumber(configuration, "threshold", 0.0, 10.0);
     requireNumber(configuration, "delta_asa", 0.05, 100.0);
     for (const char* key : {"write_xml", "write_table", "calc_asa", "write_contacts"}) {
-        const sSetting* setting = configuration.find(key);
-        require(setting == nullptr ||
-                    setting->value == (configuration.flag(key, false) ? "1" : "0"),
+        require(findSetting(configuration.module(), key) == nullptr ||
+                    configuration.valueText(key) == (configuration.flag(key) ? "1" : "0"),
                 "flags of 1 and 0");
     }
     for (const char* key : {"output_dir", "radii_filename"}) {
-        const sSetting* setting = configuration.find(key);
-        require(setting == nullptr || pathToBytes(setting->path()) == setting->value,
-                "paths byte for byte");
+        require(configuration.text(key) == configuration.valueText(key), "paths byte for byte");
     }
+    cSettings again(configuration.module());
+    for (const std::string& line : linesOf(configurationText(configuration))) {
+        const std::size_t colon = line.find(":\t");
+        if (colon != std::string::npos) {
+            again.set(line.substr(0, colon), line.substr(colon + 2), "again");
+        }
+    }
+    require(configurationText(again) == configurationText(configuration) ||
+                configuration.text("output_dir").find('\n') != std::string::npos,
+            "a configuration that reads back");
 }
 
 void readConfigurationFile(eModule module, const std::string& text) {
     const std::string& file = inputFile(text);
-    cConfiguration configuration(module);
+    cSettings settings(module);
     try {
-        configuration.readFile(QString::fromStdString(file));
+        readConfiguration(file, "--config", settings);
     } catch (const cUsageError& error) {
         requireShowable(error);
-        const QString place = QString::fromStdString(file) + ':';
-        require(error.text().startsWith(place), "a message that names the file");
-        const int line = error.text().mid(place.size()).section(u':', 0, 0).toInt();
+        const std::string message = error.what();
+        require(message.starts_with(file + ':'), "a message that names the file");
+        const int line = std::atoi(message.substr(file.size() + 1).c_str());
         require(line >= 1 && line <= static_cast<int>(linesOf(text).size()),
                 "a message that names the line");
         return;
     }
-    requireValues(configuration);
+    requireValues(settings);
 }
 
 void readAssignments(eModule module, const std::string& text) {
-    cConfiguration configuration(module);
+    cSettings settings(module);
     for (const std::string& line : linesOf(text)) {
         try {
-            configuration.assign(line);
+            assign(line, settings);
         } catch (const cUsageError& error) {
             requireShowable(error);
         }
     }
-    requireValues(configuration);
+    requireValues(settings);
 }
 
 void readOptions(const std::string& text) {
@@ -130,10 +143,10 @@ void readList(const std::string& text) {
     }
     require(paths.size() == expected.size(), "a path for every line");
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        require(paths.bytes(i) == expected[i], "paths byte for byte");
+        require(paths[i] == expected[i], "paths byte for byte");
     }
-    for (const QString& warning : sameBaseNameWarnings(paths, cSameBaseNames(paths))) {
-        require(!warning.isEmpty(), "a warning");
+    for (const std::string& warning : sameBaseNameWarnings(paths, cSameBaseNames(paths))) {
+        require(!warning.empty(), "a warning");
     }
 }
 

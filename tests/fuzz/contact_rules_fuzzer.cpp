@@ -1,6 +1,6 @@
 // Fuzzes the contact rules: any bytes give the rules, or the faulty line, that the slow reference
 // reader finds, and the same contacts between the residues of a small complex.
-#include "run/parameter_tables.h"
+#include "analysis/parameter_tables.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/sample_cuts.h"
 #include "tests/run/run_test_tools.h"
@@ -98,9 +98,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     std::istringstream again(text);
     contactMap ignored;
-    const QString message = readContactRules(again, ignored);
-    require(message.isEmpty() != isFaulty &&
-                (!isFaulty || message.endsWith(": " + QString::number(line))),
+    const std::string message = readContactRules(again, ignored);
+    require(message.empty() != isFaulty &&
+                (!isFaulty || message.ends_with(": " + std::to_string(line))),
             "a message that names the line");
     return 0;
 }

@@ -1,6 +1,6 @@
 // Fuzzes the readers of the radii ("r"), standard areas ("a") and hydrophobicity ("h"), chosen by
 // the first byte: any bytes give a table, or an empty one and the true number of a faulty line.
-#include "run/parameter_tables.h"
+#include "analysis/parameter_tables.h"
 #include "tests/fuzz/fuzz_target.h"
 
 #include <cmath>
@@ -14,7 +14,7 @@ namespace {
 template <typename Value>
 using tReader = int (*)(std::istream&, std::map<std::string, Value>&);
 template <typename Value>
-using tMessenger = QString (*)(std::istream&, std::map<std::string, Value>&);
+using tMessenger = std::string (*)(std::istream&, std::map<std::string, Value>&);
 
 bool isNumber(double value) {
     return !std::isnan(value);
@@ -49,8 +49,8 @@ void readTable(const std::string& text, tReader<Value> read, tMessenger<Value> r
     const int faultyLine = readText(text, read, table);
     std::istringstream in(text);
     std::map<std::string, Value> toldTable;
-    const QString message = readAndTell(in, toldTable);
-    require(table.size() == toldTable.size() || (toldTable.empty() && !message.isEmpty()),
+    const std::string message = readAndTell(in, toldTable);
+    require(table.size() == toldTable.size() || (toldTable.empty() && !message.empty()),
             "the same table twice, or none and a message");
     if (faultyLine == 0) {
         for (const auto& [key, value] : table) {
@@ -59,7 +59,7 @@ void readTable(const std::string& text, tReader<Value> read, tMessenger<Value> r
         return;
     }
     require(table.empty(), "an empty table after a faulty line");
-    require(message.endsWith(QString::number(faultyLine)), "a message that names the line");
+    require(message.ends_with(std::to_string(faultyLine)), "a message that names the line");
     std::string before;
     const std::string line = lineOf(text, faultyLine, before);
     require(readText(before, read, table) == 0, "nothing faulty before the faulty line");

@@ -24,53 +24,64 @@ namespace {
 
 using tLines = std::vector<std::string>;
 
-/// A worker whose work on a file is given to it.
-class cGivenRun : public cAnalysisRun {
+/// A worker without settings of its own.
+class cBareRun : public cAnalysisRun {
   public:
-    using tWork = std::function<eFileOutcome(const std::string& path)>;
-
-    cGivenRun(const std::vector<std::string>& files, tWork given)
-        : cAnalysisRun(nullptr), paths(pathList(files)), work(std::move(given)) {}
-
-    std::vector<std::string> stamps;
+    cBareRun() : cAnalysisRun(nullptr) {}
+    void setUp(const cSettings&, const sParameterTables&) override {}
+    void setInputFiles(const QStringList& files) override { paths = files; }
 
   protected:
     const QStringList& pathsToAnalyse() const override { return paths; }
     QString reportDirectory() const override { return QStringLiteral("missing/"); }
-    eFileOutcome analyse(const QString& path, const QString& timeStamp) override {
-        stamps.push_back(timeStamp.toStdString());
-        return work(path.toStdString());
-    }
+    sAnalysisPlan plan() const override { return {}; }
+    const std::map<std::string, double>& radiiTable() const override { return radii; }
 
   private:
     QStringList paths;
+    const std::map<std::string, double> radii = glycineRadii();
+};
+
+/// A worker whose work on a file is given to it.
+class cGivenRun : public cBareRun {
+  public:
+    using tWork = std::function<eFileOutcome(const std::string& path)>;
+
+    cGivenRun(const std::vector<std::string>& files, tWork given) : work(std::move(given)) {
+        setInputFiles(pathList(files));
+    }
+
+    std::vector<std::string> stamps;
+
+  protected:
+    eFileOutcome analyse(const std::string& path, const std::string& base) override {
+        stamps.push_back(base.substr(base.rfind('_') + 1));
+        return work(path);
+    }
+
+  private:
     tWork work;
 };
 
 /// A worker that writes a document and then does something of the test's in its table.
-class cStoppingRun : public cAnalysisRun {
+class cStoppingRun : public cBareRun {
   public:
     cStoppingRun(const cScratchDirectory& output, std::function<void()> givenTable)
-        : cAnalysisRun(nullptr), directory(QString::fromStdString(output.path().string()) + '/'),
+        : directory(QString::fromStdString(output.path().string()) + '/'),
           table(std::move(givenTable)) {}
 
   protected:
-    const QStringList& pathsToAnalyse() const override { return none; }
     QString reportDirectory() const override { return directory; }
-    eFileOutcome analyse(const QString& path, const QString& timeStamp) override {
-        return calculateAndWrite(path, timeStamp) ? eFileOutcome::analysed : eFileOutcome::stopped;
-    }
-    std::vector<sReportGroup> planReports(const QString& base) override {
-        const cXmlContent document = [](cXmlWriter& writer) {
-            writer.writeElement("whole", "yes", 0);
-        };
-        return {{[] { return true; },
-                 {{base + ".xml", document},
-                  {base + ".tbl", cTableContent([this](QTextStream&) { table(); })}}}};
+    sAnalysisPlan plan() const override {
+        const auto document = [](cTextSink& out) { out.write("<whole>yes</whole>\n"); };
+        sPlannedStage stage{[](cPdbPeptide&, const std::function<void()>&) {},
+                            {{".xml", 0, document}, {".tbl", 1, [this](cTextSink&) { table(); }}}};
+        sAnalysisPlan plan;
+        plan.stages.push_back(std::move(stage));
+        return plan;
     }
 
   private:
-    const QStringList none;
     const QString directory;
     const std::function<void()> table;
 };
@@ -79,6 +90,8 @@ class cStoppingRun : public cAnalysisRun {
 
 TEST(AnalysisRun, StopLeavesTheReportsThatAreWhole) {
     const cScratchDirectory output;
+    const cScratchDirectory input;
+    writeContent(input.file("a"), twoGlycines());
     const std::string document = output.file("a_" + fixedStamp.toStdString() + ".xml");
     cStoppingRun run(output, [&] {
         const QDeadlineTimer patience(30'000);
@@ -87,7 +100,8 @@ TEST(AnalysisRun, StopLeavesTheReportsThatAreWhole) {
         }
         throw sStopped{};
     });
-    EXPECT_EQ(run.analyseFile(QStringLiteral("a"), fixedStamp), eFileOutcome::stopped);
+    EXPECT_EQ(run.analyseFile(QString::fromStdString(input.file("a")), fixedStamp),
+              eFileOutcome::stopped);
     const auto left = filesIn(output.path());
     ASSERT_EQ(left.size(), 1U);
     EXPECT_TRUE(left.begin()->second.ends_with("<whole>yes</whole>\n"))

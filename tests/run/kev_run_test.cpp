@@ -329,7 +329,7 @@ TEST_F(KevRun, StampIsTakenOncePerRun) {
     const QString format = QStringLiteral("yyyyMMddhhmm");
     const QString before = QDateTime::currentDateTimeUtc().toString(format);
     QObject::connect(
-        &run, &cAnalysisRun::sendStatusMessage, &log, [] { cTimeZone::change("XYZ-5"); },
+        &run, &cAnalysisRun::messageSent, &log, [] { cTimeZone::change("XYZ-5"); },
         Qt::DirectConnection);
     ASSERT_TRUE(runToEnd(run));
     const QString after = QDateTime::currentDateTimeUtc().toString(format);

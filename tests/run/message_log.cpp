@@ -5,28 +5,21 @@
 namespace kelmo {
 
 cMessageLog::cMessageLog(cAnalysisRun& run, Qt::ConnectionType type) {
-    const bool isConnected = connect(&run, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
-                                     SLOT(receive(cStatusMessage&)), type);
-    EXPECT_TRUE(isConnected);
+    EXPECT_TRUE(connect(&run, &cAnalysisRun::messageSent, this, &cMessageLog::receive, type));
 }
 
-void cMessageLog::receive(cStatusMessage& message) {
+void cMessageLog::receive(const sMessage& message) {
     messages.push_back(message);
     threads.push_back(QThread::currentThread());
 }
 
 std::vector<std::string> cMessageLog::lines() const {
     std::vector<std::string> all;
-    for (const cStatusMessage& message : messages) {
-        std::string colour = message.colour.name().toStdString();
-        if (message.colour == QColor(Qt::black)) {
-            colour = "black";
-        } else if (message.colour == QColor(Qt::yellow)) {
-            colour = "yellow";
-        } else if (message.colour == QColor(Qt::red)) {
-            colour = "red";
-        }
-        all.push_back(colour + ": " + message.text.toStdString());
+    for (const sMessage& message : messages) {
+        const bool isError = message.severity == eSeverity::error;
+        const bool isWarning = message.severity == eSeverity::warning;
+        const std::string colour = isError ? "red" : isWarning ? "yellow" : "black";
+        all.push_back(colour + ": " + message.text);
     }
     return all;
 }

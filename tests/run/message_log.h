@@ -1,8 +1,7 @@
-// A receiver that keeps what a worker tells, connected by names as the window connects itself.
+// A receiver that keeps what a worker tells, connected as the window connects itself.
 #pragma once
 
 #include "run/analysis_run.h"
-#include "run/status_message.h"
 
 #include <QObject>
 #include <QThread>
@@ -19,14 +18,14 @@ class cMessageLog : public QObject {
     /// A direct connection is served in the sender's thread: read the log after the sender's end.
     explicit cMessageLog(cAnalysisRun& run, Qt::ConnectionType type = Qt::DirectConnection);
 
-    /// "colour: text", in the order of arrival.
+    /// "colour: text" with the colour in which severities are shown, in the order of arrival.
     std::vector<std::string> lines() const;
 
-    std::vector<cStatusMessage> messages;
+    std::vector<sMessage> messages;
     std::vector<QThread*> threads; ///< in which each message was received
 
   public slots:
-    void receive(cStatusMessage& message);
+    void receive(const sMessage& message);
 };
 
 } // namespace kelmo

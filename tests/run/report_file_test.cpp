@@ -9,10 +9,12 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,29 +25,39 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QString inScratch(const cScratchDirectory& scratch, const std::string& name = {}) {
-    return QString::fromStdString(scratch.path().string() + "/" + name);
+/// A directory that is open, and a report in the making there.
+struct sReport {
+    explicit sReport(const std::string& path) : directory(path), file(directory) {}
+    explicit sReport(const cScratchDirectory& scratch) : sReport(scratch.path().string()) {}
+
+    void write(const std::string& text) {
+        file.write(text);
+        EXPECT_TRUE(file.finish());
+    }
+
+    const cReportDirectory directory;
+    cReportFile file;
+};
+
+void sweep(const std::string& path) {
+    removeAbandonedReports(cReportDirectory(path));
 }
 
-void writeThrough(const cReportFile& report, const std::string& text) {
-    const int descriptor = report.duplicateDescriptor();
-    ASSERT_GE(descriptor, 0);
-    EXPECT_EQ(::write(descriptor, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    ::close(descriptor);
+void sweep(const cScratchDirectory& scratch) {
+    sweep(scratch.path().string());
 }
 
 /// A child process that holds a report open, half-written, until it is killed.
 class cWritingChild {
   public:
-    explicit cWritingChild(const QString& directory) {
+    explicit cWritingChild(const std::string& directory) {
         std::array<int, 2> ready{};
         EXPECT_EQ(::pipe(ready.data()), 0);
         process = ::fork();
         if (process == 0) {
-            const cReportFile report(directory);
-            const int descriptor = report.duplicateDescriptor();
-            const bool isWritten = ::write(descriptor, "half", 4) == 4;
-            const char sign = isWritten ? 'y' : 'n';
+            sReport report(directory);
+            report.write("half");
+            const char sign = report.file.error() == 0 ? 'y' : 'n';
             [[maybe_unused]] const ssize_t told = ::write(ready[1], &sign, 1);
             for (;;) {
                 ::pause();
@@ -84,32 +96,24 @@ class cFileMask {
     mode_t previous;
 };
 
-/// The name that follows a temporary name: its counter one higher.
-std::string nextName(const std::string& name) {
-    const std::size_t end = name.rfind(".part");
-    const std::size_t begin = name.rfind('-', end) + 1;
-    const unsigned long counter = std::stoul(name.substr(begin, end - begin));
-    return name.substr(0, begin) + std::to_string(counter + 1) + ".part";
-}
-
 } // namespace
 
 TEST(ReportFile, AppearsUnderItsNameOnCommit) {
     const cScratchDirectory scratch;
-    cReportFile report(inScratch(scratch));
-    ASSERT_TRUE(report.isOpen());
-    writeThrough(report, "whole");
+    sReport report(scratch);
+    ASSERT_TRUE(report.file.isOpen());
+    report.write("whole");
     EXPECT_FALSE(std::filesystem::exists(scratch.file("1abc.xml")));
-    EXPECT_EQ(contentOf(report.temporaryName()), "whole");
-    EXPECT_TRUE(report.commit(inScratch(scratch, "1abc.xml")));
+    EXPECT_EQ(contentOf(scratch.file(report.file.temporaryName())), "whole");
+    EXPECT_TRUE(report.file.commit("1abc.xml"));
     EXPECT_EQ(filesIn(scratch.path()), (std::map<std::string, std::string>{{"1abc.xml", "whole"}}));
 }
 
 TEST(ReportFile, StaysAfterTheObjectWhenCommitted) {
     const cScratchDirectory scratch;
     {
-        cReportFile report(inScratch(scratch));
-        EXPECT_TRUE(report.commit(inScratch(scratch, "1abc.xml")));
+        sReport report(scratch);
+        EXPECT_TRUE(report.file.commit("1abc.xml"));
     }
     EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"1abc.xml"});
 }
@@ -117,28 +121,35 @@ TEST(ReportFile, StaysAfterTheObjectWhenCommitted) {
 TEST(ReportFile, AbandonedFileIsRemoved) {
     const cScratchDirectory scratch;
     {
-        const cReportFile report(inScratch(scratch));
-        writeThrough(report, "half");
+        sReport report(scratch);
+        report.write("half");
         EXPECT_EQ(namesIn(scratch.path()).size(), 1U);
     }
     EXPECT_TRUE(namesIn(scratch.path()).empty());
 }
 
-TEST(ReportFile, TemporaryNameIsHiddenAndBesideTheReports) {
+TEST(ReportFile, TemporaryNameIsHiddenBesideTheReportsAndNotToBeForeseen) {
     const cScratchDirectory scratch;
-    const cReportFile report(inScratch(scratch));
-    const std::filesystem::path name(report.temporaryName());
-    EXPECT_EQ(name.parent_path(), scratch.path());
-    EXPECT_EQ(name.filename().string().front(), '.');
+    std::set<std::string> names;
+    for (int i = 0; i < 100; ++i) {
+        const sReport report(scratch);
+        const std::string& name = report.file.temporaryName();
+        EXPECT_TRUE(std::filesystem::exists(scratch.file(name)));
+        EXPECT_EQ(name.front(), '.');
+        const std::string random = name.substr(7, name.size() - 12);
+        EXPECT_GE(random.size(), 32U) << name;
+        names.insert(random.substr(0, 8));
+    }
+    EXPECT_EQ(names.size(), 100U) << "no two begin alike";
 }
 
 TEST(ReportFile, OlderReportIsReplacedAtOnce) {
     const cScratchDirectory scratch;
     writeContent(scratch.file("1abc.xml"), "older and longer");
-    cReportFile report(inScratch(scratch));
-    writeThrough(report, "new");
+    sReport report(scratch);
+    report.write("new");
     EXPECT_EQ(contentOf(scratch.file("1abc.xml")), "older and longer");
-    EXPECT_TRUE(report.commit(inScratch(scratch, "1abc.xml")));
+    EXPECT_TRUE(report.file.commit("1abc.xml"));
     EXPECT_EQ(contentOf(scratch.file("1abc.xml")), "new");
 }
 
@@ -147,11 +158,11 @@ TEST(ReportFile, FailedCommitLeavesTheOlderReportAndNothingElse) {
     writeContent(scratch.file("1abc.xml"), "older");
     std::filesystem::create_directory(scratch.file("taken.xml"));
     {
-        cReportFile report(inScratch(scratch));
-        EXPECT_FALSE(report.commit(inScratch(scratch, "taken.xml")));
-        EXPECT_EQ(report.error(), EISDIR);
-        EXPECT_FALSE(report.commit(inScratch(scratch, "missing/1abc.xml")));
-        EXPECT_EQ(report.error(), ENOENT);
+        sReport report(scratch);
+        EXPECT_FALSE(report.file.commit("taken.xml"));
+        EXPECT_EQ(report.file.error(), EISDIR);
+        EXPECT_FALSE(report.file.commit("missing/1abc.xml"));
+        EXPECT_EQ(report.file.error(), ENOENT);
     }
     EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"1abc.xml"});
     EXPECT_EQ(contentOf(scratch.file("1abc.xml")), "older");
@@ -161,8 +172,8 @@ TEST(ReportFile, PermissionsAreThoseOfAnyNewFile) {
     for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{027}, mode_t{077}}) {
         const cScratchDirectory scratch;
         const cFileMask fileMask(mask);
-        cReportFile report(inScratch(scratch));
-        ASSERT_TRUE(report.commit(inScratch(scratch, "1abc.xml")));
+        sReport report(scratch);
+        ASSERT_TRUE(report.file.commit("1abc.xml"));
         struct stat status {};
         ASSERT_EQ(::stat(scratch.file("1abc.xml").c_str(), &status), 0);
         EXPECT_EQ(status.st_mode & 0777U, 0666U & ~mask);
@@ -174,43 +185,82 @@ TEST(ReportFile, UnwritableDirectoryGivesAClosedReport) {
     writeContent(scratch.file("file"), "no directory");
     for (const std::string& directory :
          {std::string("/proc/"), scratch.file("missing/"), scratch.file("file/")}) {
-        const cReportFile report(QString::fromStdString(directory));
-        EXPECT_FALSE(report.isOpen()) << directory;
-        EXPECT_LT(report.duplicateDescriptor(), 0);
-        EXPECT_NE(report.error(), 0);
-        EXPECT_EQ(errno, report.error());
+        sReport report(directory);
+        EXPECT_FALSE(report.file.isOpen()) << directory;
+        EXPECT_NE(report.file.error(), 0);
+        EXPECT_FALSE(report.file.commit("1abc.xml"));
     }
 }
 
-TEST(ReportFile, TakenNamesAreLeftAlone) {
+// Another user of a common directory may take files away and put others in their place.
+
+TEST(ReportFile, LinkInPlaceOfTheFileIsNeverWrittenThrough) {
     const cScratchDirectory scratch;
-    std::string name = cReportFile(inScratch(scratch)).temporaryName();
-    constexpr int takenCount = 5;
-    for (int i = 0; i < takenCount; ++i) {
-        name = nextName(name);
-        writeContent(name, "taken");
-    }
+    const cScratchDirectory elsewhere;
+    writeContent(elsewhere.file("private"), "private");
+    sReport report(scratch);
+    report.write("first, ");
+    std::filesystem::remove(scratch.file(report.file.temporaryName()));
+    std::filesystem::create_symlink(elsewhere.file("private"),
+                                    scratch.file(report.file.temporaryName()));
+    report.write("second");
+    EXPECT_FALSE(report.file.commit("1abc.xml"));
+    EXPECT_EQ(report.file.error(), ESTALE);
+    EXPECT_EQ(contentOf(elsewhere.file("private")), "private");
+    EXPECT_FALSE(std::filesystem::exists(scratch.file("1abc.xml")));
+}
+
+TEST(ReportFile, FileInPlaceOfTheReportIsNotTakenForIt) {
+    const cScratchDirectory scratch;
+    std::string name;
     {
-        const cReportFile report(inScratch(scratch));
-        ASSERT_TRUE(report.isOpen());
-        EXPECT_EQ(report.temporaryName(), nextName(name));
-        writeThrough(report, "mine");
+        sReport report(scratch);
+        report.write("mine");
+        name = report.file.temporaryName();
+        std::filesystem::remove(scratch.file(name));
+        writeContent(scratch.file(name), "not mine");
+        EXPECT_FALSE(report.file.commit("1abc.xml"));
     }
-    const auto files = filesIn(scratch.path());
-    EXPECT_EQ(files.size(), static_cast<std::size_t>(takenCount));
-    for (const auto& [file, content] : files) {
-        EXPECT_EQ(content, "taken") << file;
+    EXPECT_EQ(contentOf(scratch.file(name)), "not mine") << "nor is it removed";
+    EXPECT_FALSE(std::filesystem::exists(scratch.file("1abc.xml")));
+}
+
+TEST(ReportFile, DirectoryMayBeRenamedMeanwhile) {
+    const cScratchDirectory scratch;
+    std::filesystem::create_directory(scratch.file("before"));
+    sReport report(scratch.file("before"));
+    std::filesystem::rename(scratch.file("before"), scratch.file("after"));
+    std::filesystem::create_directory(scratch.file("before"));
+    report.write("whole");
+    EXPECT_TRUE(report.file.commit("1abc.xml"));
+    EXPECT_EQ(contentOf(scratch.file("after/1abc.xml")), "whole");
+    EXPECT_TRUE(namesIn(scratch.file("before")).empty());
+}
+
+TEST(ReportFile, WriteErrorIsKeptAndNothingIsNamed) {
+    const cScratchDirectory scratch;
+    const std::string large(1U << 20U, 'x');
+    sReport report(scratch);
+    {
+        const cFullDisk disk(1000);
+        report.file.write(large);
+        EXPECT_FALSE(report.file.finish());
     }
+    EXPECT_EQ(report.file.error(), EFBIG);
+    report.file.write("more");
+    EXPECT_FALSE(report.file.finish());
+    EXPECT_FALSE(report.file.commit("1abc.xml"));
+    EXPECT_EQ(report.file.error(), EFBIG);
 }
 
 TEST(ReportFile, NoDescriptorIsLeftOpen) {
     const cScratchDirectory scratch;
     const int before = openDescriptorCount();
     for (int i = 0; i < 20; ++i) {
-        cReportFile committed(inScratch(scratch));
-        const cReportFile abandoned(inScratch(scratch));
-        const cReportFile closed(inScratch(scratch, "missing/"));
-        EXPECT_TRUE(committed.commit(inScratch(scratch, "1abc.xml")));
+        sReport committed(scratch);
+        const sReport abandoned(scratch);
+        const sReport closed(scratch.file("missing/"));
+        EXPECT_TRUE(committed.file.commit("1abc.xml"));
     }
     EXPECT_EQ(openDescriptorCount(), before);
 }
@@ -219,31 +269,31 @@ TEST(AbandonedReports, WhatAKilledProcessLeftIsRemoved) {
     const cScratchDirectory scratch;
     writeContent(scratch.file("1abc.xml"), "older");
     {
-        cWritingChild child(inScratch(scratch));
+        cWritingChild child(scratch.path().string());
         child.kill();
     }
     ASSERT_EQ(namesIn(scratch.path()).size(), 2U);
-    removeAbandonedReports(inScratch(scratch));
+    sweep(scratch);
     EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"1abc.xml"});
 }
 
 TEST(AbandonedReports, FileOfALivingProcessStays) {
     const cScratchDirectory scratch;
-    cWritingChild child(inScratch(scratch));
-    removeAbandonedReports(inScratch(scratch));
+    cWritingChild child(scratch.path().string());
+    sweep(scratch);
     ASSERT_EQ(namesIn(scratch.path()).size(), 1U);
     EXPECT_EQ(filesIn(scratch.path()).begin()->second, "half");
     child.kill();
-    removeAbandonedReports(inScratch(scratch));
+    sweep(scratch);
     EXPECT_TRUE(namesIn(scratch.path()).empty());
 }
 
 TEST(AbandonedReports, FileOfThisProcessStays) {
     const cScratchDirectory scratch;
-    cReportFile report(inScratch(scratch));
-    writeThrough(report, "mine");
-    removeAbandonedReports(inScratch(scratch));
-    EXPECT_TRUE(report.commit(inScratch(scratch, "1abc.xml")));
+    sReport report(scratch);
+    report.write("mine");
+    sweep(scratch);
+    EXPECT_TRUE(report.file.commit("1abc.xml"));
     EXPECT_EQ(contentOf(scratch.file("1abc.xml")), "mine");
 }
 
@@ -256,16 +306,33 @@ TEST(AbandonedReports, OtherFilesStay) {
     writeContent(scratch.file(".kelmo-1-2.part"), "left behind");
     std::filesystem::create_directory(scratch.file(".kelmo-3-4.part"));
     std::filesystem::create_symlink(scratch.file("1abc.xml"), scratch.file(".kelmo-5-6.part"));
-    removeAbandonedReports(inScratch(scratch));
+    sweep(scratch);
     EXPECT_EQ(namesIn(scratch.path()),
               (std::vector<std::string>{".hidden", ".kelmo-5-6.part", ".kelmo-notes", "1abc.part",
                                         "1abc.xml", "kelmo-1-2.part"}));
     EXPECT_TRUE(std::filesystem::is_directory(scratch.file(".kelmo-3-4.part")));
 }
 
+TEST(AbandonedReports, LeaseOfWhoeverHasTheFileOpenHoldsNobodyUp) {
+    const cScratchDirectory scratch;
+    writeContent(scratch.file(".kelmo-leased.part"), "");
+    const int leased = ::open(scratch.file(".kelmo-leased.part").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(leased, 0);
+    // The holder would have to give the lease up before anybody else could open the file, and has
+    // less than a minute for it.
+    const auto before = std::signal(SIGIO, SIG_IGN);
+    ASSERT_EQ(::fcntl(leased, F_SETLEASE, F_WRLCK), 0);
+    const auto start = std::chrono::steady_clock::now();
+    sweep(scratch);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 10s) << "leases are broken after 45 s";
+    EXPECT_TRUE(std::filesystem::exists(scratch.file(".kelmo-leased.part")));
+    ::close(leased);
+    std::signal(SIGIO, before);
+}
+
 TEST(AbandonedReports, MissingDirectoryIsNoError) {
     const cScratchDirectory scratch;
-    removeAbandonedReports(inScratch(scratch, "missing/"));
+    sweep(scratch.file("missing/"));
     EXPECT_TRUE(namesIn(scratch.path()).empty());
     EXPECT_FALSE(std::filesystem::exists(scratch.file("missing")));
 }
@@ -274,7 +341,7 @@ TEST(AbandonedReports, KilledRunLeavesOnlyWholeReports) {
     const cScratchDirectory expectedReports;
     cRunKEV run;
     switchEverythingOn(run);
-    run.setOutputDirectoryName(inScratch(expectedReports));
+    run.setOutputDirectoryName(QString::fromStdString(expectedReports.path().string()));
     const cScratchDirectory input;
     writeContent(input.file("1tst.pdb"), twoGlycines());
     ASSERT_EQ(run.analyseFile(QString::fromStdString(input.file("1tst.pdb")), fixedStamp),
@@ -305,7 +372,7 @@ TEST(AbandonedReports, KilledRunLeavesOnlyWholeReports) {
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         const std::size_t count = namesIn(scratch.path()).size();
-        removeAbandonedReports(QString::fromStdString(directory));
+        sweep(directory);
         const auto files = filesIn(scratch.path());
         wasLeftBehind = wasLeftBehind || files.size() < count;
         for (const auto& [name, content] : files) {

@@ -117,8 +117,8 @@ class RunStop : public testing::TestWithParam<sStopCase> {
         }
         EXPECT_LE(incomplete, 1U);
         std::size_t announced = 0;
-        for (const cStatusMessage& message : log.messages) {
-            announced += message.text.endsWith(QStringLiteral(" analyzed")) ? 1U : 0U;
+        for (const sMessage& message : log.messages) {
+            announced += message.text.ends_with(" analyzed") ? 1U : 0U;
         }
         EXPECT_LE(announced, countOfFile.size() - incomplete);
         EXPECT_GE(announced + 1, countOfFile.size() - incomplete);

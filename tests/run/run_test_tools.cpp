@@ -1,6 +1,6 @@
 #include "tests/run/run_test_tools.h"
 
-#include "run/parameter_tables.h"
+#include "analysis/parameter_tables.h"
 #include "tests/xml/scratch_directory.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +50,7 @@ template <typename Table, typename Read>
 void readShipped(const char* name, Table& table, Read read) {
     std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/" + name);
     EXPECT_TRUE(in.is_open()) << name;
-    EXPECT_EQ(read(in, table).toStdString(), "") << name;
+    EXPECT_EQ(read(in, table), "") << name;
 }
 
 } // namespace

@@ -48,16 +48,21 @@ class cTalkingRun : public cAnalysisRun {
     explicit cTalkingRun(bool countsAfterMessage)
         : cAnalysisRun(nullptr), isCareless(countsAfterMessage) {}
 
+    void setUp(const cSettings&, const sParameterTables&) override {}
+    void setInputFiles(const QStringList&) override {}
+
     int files = 0;
 
   protected:
     const QStringList& pathsToAnalyse() const override { return paths; }
     QString reportDirectory() const override { return QStringLiteral("./"); }
-    eFileOutcome analyse(const QString&, const QString&) override {
+    sAnalysisPlan plan() const override { return {}; }
+    const std::map<std::string, double>& radiiTable() const override { return radii; }
+    eFileOutcome analyse(const std::string&, const std::string&) override {
         if (!isCareless) {
             ++files;
         }
-        send(Qt::black, QStringLiteral("done"));
+        emit messageSent({eSeverity::progress, "done"});
         if (isCareless) {
             ++files;
         }
@@ -66,6 +71,7 @@ class cTalkingRun : public cAnalysisRun {
 
   private:
     const QStringList paths{QStringLiteral("any")};
+    const std::map<std::string, double> radii;
     bool isCareless;
 };
 

@@ -16,14 +16,13 @@ class cMessageReceiver : public QObject {
   public:
     cMessageReceiver(const cAnalysisRun& run, std::function<void()> actionAtMessage)
         : action(std::move(actionAtMessage)) {
-        connect(&run, SIGNAL(sendStatusMessage(cStatusMessage&)), this,
-                SLOT(receive(cStatusMessage&)));
+        connect(&run, &cAnalysisRun::messageSent, this, &cMessageReceiver::receive);
     }
 
     bool hasReceived = false;
 
   public slots:
-    void receive(cStatusMessage& message) {
+    void receive(const sMessage& message) {
         takeOver(&message);
         hasReceived = true;
         action();

@@ -1,0 +1,57 @@
+// The criteria by which residues of different chains count as touching: one row each.
+#pragma once
+
+#include "analysis/settings.h"
+#include "model/contact.h"
+#include "model/pdb_peptide.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelmo {
+
+struct sCriterionInput;
+
+/// A setting that a criterion goes by.
+struct sCriterionParameter {
+    std::string key = {};        ///< of the setting, which several criteria may share
+    std::string reportName = {}; ///< in the headers of reports
+    double byDefault = 0.0;      ///< by this criterion
+    double maximum = 0.0;        ///< by this criterion
+};
+
+/// One criterion.
+struct sCriterion {
+    eInteractionCriterion number = eInteractionCriterion::none;
+    std::string name = {};  ///< in reports: "PRISM"
+    std::string title = {}; ///< in messages: "contact rules"
+    std::string help = {};  ///< for a field of the form, in a sentence or two
+    std::vector<sCriterionParameter> parameters =
+        {};                    ///< in the order of reports and configurations
+    bool makesContacts = true; ///< false when it finds binding residues, but no pairs
+    bool usesRules = false;    ///< the table of contact rules
+    /// Marks the binding residues and returns the contacts, each in both directions, in order.
+    sContactList (*find)(cPdbPeptide& structure, const sCriterionInput& input) = nullptr;
+};
+
+/// What a search for contacts goes by.
+struct sCriterionInput {
+    const cSettings& settings;
+    const contactMap& rules;
+};
+
+/// In the order of their numbers.
+const std::vector<sCriterion>& criteria();
+/// Null for a number that no criterion has, `none` included.
+const sCriterion* findCriterion(eInteractionCriterion number);
+/// Adds a criterion with the settings that it brings, before the first analysis of the process.
+/// Not for several threads at once.
+void addCriterion(sCriterion criterion, const std::vector<sSetting>& settings);
+
+/// The name in reports of a criterion, empty for a number that none has.
+std::string criterionName(eInteractionCriterion number);
+/// The name in reports of a contact's type; "Undefined" for a number that none has.
+std::string contactTypeName(eContactType type);
+
+} // namespace kelmo

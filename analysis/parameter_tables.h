@@ -1,0 +1,51 @@
+// The parameter tables of a run: reading them, and what the user is told when one cannot be used.
+#pragma once
+
+#include "analysis/settings.h"
+#include "model/addition.h"
+#include "model/contact.h"
+
+#include <iosfwd>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelmo {
+
+/// The tables that a run goes by; those that it does not need are empty.
+struct sParameterTables {
+    std::map<std::string, double> radii; ///< Å, by residue name + "_" + atom name
+    std::map<std::string, sAsa> standardAreas;
+    std::map<std::string, double> hydrophobicity;
+    contactMap contactRules;
+};
+
+/// Why a table cannot be used.
+struct sTableProblem {
+    std::string key;  ///< of the setting that names the table
+    std::string path; ///< as it was named
+    bool isUnopened = false;
+    /// What the user is told: the faulty line, the amino acids that are missing, or advice where
+    /// the file could not be opened.
+    std::string text;
+};
+
+/// Whether a run by these settings reads the table that the setting of this key names; false for a
+/// key that the module does not have.
+bool isTableNeeded(const cSettings& settings, std::string_view key);
+
+/// Reads the tables that a run by these settings needs, in the order of the settings, radii first.
+/// Returns nothing, or what is wrong with the first that cannot be used.
+std::optional<sTableProblem> readParameterTables(const cSettings& settings,
+                                                 sParameterTables& tables);
+
+// Each reader fills its table from an open stream and returns an empty text, or the message for the
+// user: the faulty line, or the standard amino acids that the table lacks.
+
+std::string readRadiiTable(std::istream& in, std::map<std::string, double>& radii);
+std::string readStandardAsaTable(std::istream& in, std::map<std::string, sAsa>& standards);
+std::string readHydrophobicityTable(std::istream& in, std::map<std::string, double>& scale);
+std::string readContactRules(std::istream& in, contactMap& rules);
+
+} // namespace kelmo

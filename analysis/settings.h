@@ -1,0 +1,132 @@
+// The settings of an analysis: one row each, and the values that a user has chosen for them.
+#pragma once
+
+#include "model/contact.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace kelmo {
+
+/// The structure analyser (KEV) and the interaction analyser (VOR).
+enum class eModule { kev, vor };
+
+/// "kev" or "vor".
+std::string_view nameOf(eModule module);
+
+enum class eSettingKind {
+    flag,      ///< on or off
+    number,    ///< within a range
+    choice,    ///< one of some words
+    criterion, ///< the number of a contact criterion
+    table,     ///< path of a parameter table
+    directory  ///< path of a directory
+};
+
+/// Where a setting stands among those of its module, in configuration files and forms.
+enum class eSettingGroup { calculation, tables, reports, formats, output };
+
+/// One setting: all that window, command line, configuration files, checks and the headers of
+/// reports know of it.
+struct sSetting {
+    std::string key = {}; ///< in configuration files and behind --set
+    eSettingKind kind = eSettingKind::flag;
+    eSettingGroup group = eSettingGroup::calculation;
+    /// In the form that configuration files have; of a table's path, the name of a shipped table.
+    /// A new form starts with flags off and without paths all the same.
+    std::string byDefault = {};
+    double minimum = 0.0; ///< of a number, inclusive like the maximum
+    double maximum = 0.0;
+    std::string unit = {};  ///< of a number, for people: "Å"
+    std::string title = {}; ///< a few words for the label of a field
+    std::string help = {};  ///< what it means, in a sentence or two
+    double step = 0.05;     ///< of a spin box
+    int decimals = 2;
+    /// The smallest number that the form offers, where it is not the minimum: what is smaller costs
+    /// time and no more.
+    std::optional<double> smallestOffered = std::nullopt;
+    std::vector<std::string> choices = {};
+    /// Keys of flags that need this one and switch it on.
+    std::vector<std::string> neededBy = {};
+    /// Key of a flag without which this setting has no effect; empty for none.
+    std::string dependsOn = {};
+    std::string suffix = {}; ///< of a table's file: ".radii"
+    /// Whether configuration files leave it out while it has its default.
+    bool isWrittenOnlyIfChanged = false;
+
+    double smallestInForm() const { return smallestOffered.value_or(minimum); }
+    /// The default of a number.
+    double defaultNumber() const;
+};
+
+/// The thickness of slices and the radius of the probe, which both modules cut surfaces by.
+sSetting zSliceSetting();
+sSetting probeRadiusSetting();
+
+/// All settings of a module, group by group, in the order of configuration files.
+const std::vector<sSetting>& settingsOf(eModule module);
+/// Null when the module has no such setting.
+const sSetting* findSetting(eModule module, std::string_view key);
+/// Adds a setting behind those of its group, before the first analysis of the process; a key that
+/// the module has already is left as it is. Not for several threads at once.
+void addSetting(eModule module, sSetting setting);
+
+/// The values of all settings of a module.
+class cSettings {
+  public:
+    /// Every setting with its default.
+    explicit cSettings(eModule ofModule);
+
+    eModule module() const { return whichModule; }
+
+    /// Takes a value in the form that configuration files have. `origin` says where it comes from,
+    /// for messages. Returns an empty text, or what is wrong: an unknown key, a value that is none
+    /// or out of its range.
+    std::string set(std::string_view key, std::string_view value, std::string origin = {});
+    /// Without any check or origin: for values that a form or a program has made sure of.
+    void setFlag(std::string_view key, bool value);
+    void setNumber(std::string_view key, double value);
+    void setText(std::string_view key, std::string value);
+
+    /// The values. A key of another kind, or one that the module has not, throws std::logic_error.
+    bool flag(std::string_view key) const;
+    double number(std::string_view key) const;
+    /// Of a table, a directory or a choice; bytes of any encoding.
+    const std::string& text(std::string_view key) const;
+    /// Of the interaction module; `none` when none is chosen.
+    eInteractionCriterion criterion() const;
+
+    /// Whether the value was set rather than left at its default.
+    bool isSet(std::string_view key) const;
+    /// Where a value comes from; empty when it was not said.
+    const std::string& origin(std::string_view key) const;
+    /// The value as configuration files have it; numbers with six significant digits.
+    std::string valueText(std::string_view key) const;
+
+    /// With what follows from other settings: flags that others need are on, those that depend on a
+    /// flag that is off are off, and a criterion that makes no contact records asks for no report
+    /// of them unless the user did so in a place that has a name.
+    cSettings resolved() const;
+
+  private:
+    struct sValue {
+        std::variant<bool, double, std::string> value;
+        bool isSet = false;
+        std::string origin;
+    };
+
+    const sValue& valueOf(std::string_view key) const;
+    sValue& change(std::string_view key);
+
+    eModule whichModule;
+    std::map<std::string, sValue, std::less<>> values;
+};
+
+/// What the user is told of a number that is not in its range.
+std::string rangeText(std::string_view key, double minimum, double maximum, std::string_view value);
+
+} // namespace kelmo

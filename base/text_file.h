@@ -1,0 +1,19 @@
+// The lines of a small text file.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace kelmo {
+
+/// Calls `take` for each line in order: its bytes without the line feed. Pipes are read too. Throws
+/// cUsageError, whose text begins with `requester`, when the file cannot be read. The path is bytes
+/// of any encoding.
+void forEachLine(const std::string& path, const std::string& requester,
+                 const std::function<void(std::string_view)>& take);
+
+/// The line without the carriage return of a DOS line end.
+std::string_view withoutCarriageReturn(std::string_view line);
+
+} // namespace kelmo

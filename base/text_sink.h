@@ -1,0 +1,35 @@
+// Where the text of a report goes, piece by piece.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace kelmo {
+
+/// Takes text in order, from one thread at a time. Does not throw for what cannot be written: who
+/// owns the place finds out at the end.
+class cTextSink {
+  public:
+    virtual ~cTextSink() = default;
+    virtual void write(std::string_view text) = 0;
+
+  protected:
+    cTextSink() = default;
+    cTextSink(const cTextSink&) = default;
+    cTextSink& operator=(const cTextSink&) = default;
+};
+
+/// Hands text on to a stream, which is not owned.
+class cStreamSink : public cTextSink {
+  public:
+    explicit cStreamSink(std::ostream& receiver) : stream(receiver) {}
+    void write(std::string_view text) override {
+        stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+    }
+
+  private:
+    std::ostream& stream;
+};
+
+} // namespace kelmo

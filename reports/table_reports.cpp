@@ -1,0 +1,203 @@
+// Reports as tables of aligned columns.
+#include "base/number_text.h"
+#include "reports/report_blocks.h"
+#include "reports/report_formats.h"
+#include "reports/table_number.h"
+
+#include <string_view>
+
+namespace kelmo {
+
+namespace {
+
+// Attributes of residues
+
+constexpr std::size_t narrowWidth = 11;
+constexpr std::size_t numberWidth = 16;
+
+void appendField(std::string& text, std::string_view field, std::size_t width) {
+    if (field.size() < width) {
+        text.append(width - field.size(), ' ');
+    }
+    text.append(field);
+}
+
+/// A blank belongs to the text of these fields and is padded with it.
+void appendLabel(std::string& text, const std::string& label, std::size_t width) {
+    appendField(text, ' ' + label, width);
+}
+
+void appendParameter(std::string& text, std::string_view label, double value) {
+    text.append(label);
+    appendTableNumber(text, value, 0);
+    text += '\n';
+}
+
+void appendParameter(std::string& text, std::string_view label, const std::string& value) {
+    text.append(label).append(value) += '\n';
+}
+
+void appendHeader(std::string& text, const sAttributeReport& report) {
+    const cSettings& settings = report.settings;
+    appendParameter(text, "pdb_id: ", report.columns.structureName);
+    appendParameter(text, "analysis type: ", report.columns.state);
+    appendParameter(text, "radii_file: ", settings.text("radii_filename"));
+    for (const sAttribute& attribute : attributes()) {
+        if (!attribute.isCalculated(settings)) {
+            continue;
+        }
+        for (const sHeaderParameter& parameter : attribute.headers) {
+            if (findSetting(settings.module(), parameter.key)->kind == eSettingKind::number) {
+                appendParameter(text, parameter.tableLabel, settings.number(parameter.key));
+            } else {
+                appendParameter(text, parameter.tableLabel, settings.valueText(parameter.key));
+            }
+        }
+    }
+    for (const sAttributeValues& values : report.columns.attributes) {
+        for (const sColumnValues& column : values.columns) {
+            if (column.column->ofStructure != nullptr) {
+                appendParameter(text, column.column->structureLabel, column.ofStructure);
+            }
+        }
+    }
+    text += '\n';
+}
+
+/// Calls `visit` for every column whose value chains have too.
+template <typename Visit>
+void forEachChainColumn(const sStateColumns& columns, Visit visit) {
+    for (const sAttributeValues& values : columns.attributes) {
+        for (const sColumnValues& column : values.columns) {
+            if (column.column->ofChain != nullptr) {
+                visit(column);
+            }
+        }
+    }
+}
+
+void appendTitles(std::string& text, const sStateColumns& columns) {
+    appendField(text, "chain id|", narrowWidth);
+    forEachChainColumn(columns, [&](const sColumnValues& column) {
+        appendField(text, column.column->chainTitle, numberWidth);
+    });
+    appendField(text, "res id|", narrowWidth);
+    appendField(text, "res name|", narrowWidth);
+    for (const sAttributeValues& values : columns.attributes) {
+        for (const sColumnValues& column : values.columns) {
+            appendField(text, column.column->title, numberWidth);
+        }
+    }
+    text += '\n';
+}
+
+void appendRow(std::string& text, const sStateColumns& columns, std::size_t chain,
+               std::size_t residue) {
+    // One less than its title: readers of these tables expect it so.
+    appendLabel(text, columns.chains[chain].id, narrowWidth - 1);
+    forEachChainColumn(columns, [&](const sColumnValues& column) {
+        appendTableNumber(text, column.ofChains[chain], numberWidth);
+    });
+    appendLabel(text, columns.residues[residue].number, narrowWidth);
+    appendLabel(text, columns.residues[residue].name, narrowWidth);
+    for (const sAttributeValues& values : columns.attributes) {
+        for (const sColumnValues& column : values.columns) {
+            appendTableNumber(text, column.ofResidues[residue], numberWidth);
+        }
+    }
+    text += '\n';
+}
+
+// Contacts
+
+std::string interactionHeader(const sInteractionReport& report) {
+    constexpr int significantDigits = 6;
+    std::string text;
+    appendParameter(text, "pdb_id: ", report.structure.name);
+    appendParameter(text, "radii_filename: ", report.settings.text("radii_filename"));
+    if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
+        for (const sCriterionParameter& parameter : criterion->parameters) {
+            const cNumberText value(report.settings.number(parameter.key), significantDigits);
+            text.append(parameter.reportName).append(": ").append(value.view()) += '\n';
+        }
+    }
+    return text;
+}
+
+/// A line for every residue that is wanted.
+template <typename IsWanted, typename AppendMore>
+void writeResidueLines(cTextSink& out, const sInteractionReport& report, IsWanted isWanted,
+                       AppendMore appendMore) {
+    out.write(interactionHeader(report));
+    const std::string criterion = criterionName(report.settings.criterion());
+    writeResidueBlocks(
+        out, report.structure,
+        [&](std::string& text, const cProteinChain& chain, const cChainResidue& residue) {
+            if (!isWanted(residue)) {
+                return;
+            }
+            text += chain.chainId;
+            appendField(text, residue.residueNumber, 6);
+            appendField(text, residue.residueName, 5);
+            appendMore(text, residue);
+            appendField(text, criterion, 18);
+            text += '\n';
+        });
+}
+
+} // namespace
+
+void writeAttributeTable(cTextSink& out, const sAttributeReport& report) {
+    std::string text;
+    appendHeader(text, report);
+    appendTitles(text, report.columns);
+    out.write(text);
+    std::vector<std::size_t> chainOfRow;
+    chainOfRow.reserve(report.columns.residues.size());
+    for (std::size_t chain = 0; chain < report.columns.chains.size(); ++chain) {
+        chainOfRow.insert(chainOfRow.end(), report.columns.chains[chain].residueCount, chain);
+    }
+    inBlocks(
+        chainOfRow.size(),
+        [&](std::string& block, std::size_t row) {
+            appendRow(block, report.columns, chainOfRow[row], row);
+        },
+        [&](std::string_view block) { out.write(block); });
+}
+
+void writeContactTable(cTextSink& out, const sInteractionReport& report) {
+    out.write(interactionHeader(report));
+    inBlocks(
+        report.contactCount,
+        [&](std::string& text, std::size_t i) {
+            const sContactView contact = report.contactAt(i);
+            text += contact.chain1;
+            appendField(text, contact.residueNumber1, 6);
+            appendField(text, contact.residueName1, 5);
+            appendField(text, contact.chain2, 3);
+            appendField(text, contact.residueNumber2, 6);
+            appendField(text, contact.residueName2, 5);
+            appendField(text, criterionName(contact.criterion), 20);
+            for (const eContactType type : *contact.types) {
+                appendField(text, contactTypeName(type), 18);
+            }
+            text += '\n';
+        },
+        [&](std::string_view text) { out.write(text); });
+}
+
+void writeBindingResidueTable(cTextSink& out, const sInteractionReport& report) {
+    writeResidueLines(
+        out, report, [](const cChainResidue& residue) { return residue.isBinding; },
+        [](std::string&, const cChainResidue&) {});
+}
+
+void writeBindingStatusTable(cTextSink& out, const sInteractionReport& report) {
+    writeResidueLines(
+        out, report, [](const cChainResidue&) { return true; },
+        [](std::string& text, const cChainResidue& residue) {
+            appendField(text, residue.isBinding ? "1" : "0", 3);
+        });
+}
+
+} // namespace kelmo

@@ -1,0 +1,74 @@
+// What is to be done with every file of a run, and the function that does it.
+#pragma once
+
+#include "base/text_sink.h"
+#include "input/structure_reader.h"
+#include "model/pdb_peptide.h"
+#include "run/report_file.h"
+#include "run/run_events.h"
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kelmo {
+
+/// A report that was asked for.
+struct sPlannedReport {
+    std::string fileNameEnd =
+        {};                 ///< behind what the names of a file's reports begin with: "_bound.xml"
+    std::size_t format = 0; ///< reports of one format are written one after the other
+    std::function<void(cTextSink& out)> write = {};
+};
+
+/// Calculations, and the reports of what they find.
+struct sPlannedStage {
+    /// Calls `safePoint` between its steps; throws sStopped when that does.
+    std::function<void(cPdbPeptide& structure, const std::function<void()>& safePoint)> calculate =
+        {};
+    std::vector<sPlannedReport> reports = {}; ///< in the order in which they get their names
+};
+
+/// Everything that is to be done with a file by the settings of a run.
+struct sAnalysisPlan {
+    std::string announcement = {}; ///< before the path: "Analysing structure of peptide from "
+    std::string conclusion = {};   ///< before the path: "Structure of peptide from "
+    /// Whether a file is announced before it is known whether it can be opened.
+    bool isAnnouncedUnopened = false;
+    /// Whether each name in the list of missing radii is followed by a separator, the last too.
+    bool isListClosed = false;
+    std::vector<sPlannedStage> stages = {};
+};
+
+/// Who follows the work on a file.
+class cPlanFollower {
+  public:
+    virtual ~cPlanFollower() = default;
+
+    virtual void tell(sMessage message) = 0;
+    virtual void reportWritten(sReportWritten report) = 0;
+    virtual void reportLost(sReportLost report) = 0;
+    /// Between two steps on the thread of the work: throws sStopped when it is to be given up.
+    virtual void safePoint() = 0;
+};
+
+/// One file of a run.
+struct sFileJob {
+    std::string path = {};       ///< bytes of any encoding
+    std::string reportBase = {}; ///< directory and beginning of the names of its reports
+    const std::map<std::string, double>& radii;
+};
+
+/// Final names of the reports that the plan writes for a file, in the order of writing.
+std::vector<std::string> reportNames(const sAnalysisPlan& plan, const std::string& reportBase);
+
+/// Reads the file, calculates and writes the reports, and tells of it. Heeds the stop request of
+/// this thread. Throws std::bad_alloc.
+eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollower& follower);
+
+/// The directory that a file name begins with, up to its last slash; "./" when it has none.
+std::string directoryOf(const std::string& fileName);
+
+} // namespace kelmo
