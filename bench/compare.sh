@@ -15,9 +15,9 @@ small=${SMALL:-}
 build=${BUILD:-}
 
 if [ -z "$build" ]; then
-    install_missing "${build_packages[@]}" freesasa libbenchmark-dev time
-    build_preset release kelmo-batch kelmo_benchmarks
-    build=build/release
+    install_missing freesasa time
+    build_preset bench kelmo-batch kelmo_benchmarks
+    build=build/bench
 fi
 batch=$build/bin/kelmo-batch
 work=$(work_directory)

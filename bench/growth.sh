@@ -8,7 +8,7 @@ source "$(dirname "$0")/common.sh"
 cd "$root"
 runs=${RUNS:-3}
 
-install_missing "${build_packages[@]}" gnuplot-nox time
+install_missing gnuplot-nox time
 build_preset release kelmo-batch
 batch=build/release/bin/kelmo-batch
 work=$(work_directory)

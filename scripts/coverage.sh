@@ -14,9 +14,8 @@ rooms=(base model input geometry contacts xml analysis reports run)
 lines=95
 branches=85
 
-install_missing "${build_packages[@]}" "${test_packages[@]}" gcovr
+install_missing gcovr
 programs=("${rooms[@]/%/_tests}")
-echo "Building (preset coverage) ..."
 build_preset coverage "${programs[@]}"
 
 build=build/coverage

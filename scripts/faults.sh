@@ -12,7 +12,7 @@ seed=${SEED:-1}
 many=${MANY:-10000}
 preset=${PRESET:-release}
 
-install_missing "${build_packages[@]}" strace time
+install_missing strace time
 build_preset "$preset" kelmo-batch
 batch=$root/build/$preset/bin/kelmo-batch
 work=$(mktemp -d)

@@ -16,8 +16,6 @@ cd "$root"
 targets=("$@")
 [ "$#" -gt 0 ] || targets=(pdb_reader parameter_tables contact_rules configuration window_files analysis)
 
-install_missing "${build_packages[@]}" "${test_packages[@]}" "${fuzz_packages[@]}"
-echo "Building (preset fuzz) ..."
 build_preset fuzz write_fuzz_seeds "${targets[@]/#/fuzz_}"
 
 # The targets write files for every input: in memory where that is possible.

@@ -7,8 +7,7 @@ set -euo pipefail
 source "$(dirname "$0")/common.sh"
 cd "$root"
 
-install_missing "${build_packages[@]}" "${test_packages[@]}" dbus-daemon
-echo "Building (preset asan) ..."
+install_missing dbus-daemon
 build_preset asan
 
 reports=$(mktemp -d)

@@ -11,7 +11,6 @@ mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp'
 clang-format --dry-run --Werror "${sources[@]}"
 [ "${1:-}" = format ] && exit 0
 
-install_missing "${build_packages[@]}" "${test_packages[@]}"
 build_preset dev
 mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E '^(base|model|input|geometry|contacts|xml|analysis|reports|run|app|batch)/.*\.cpp$')
 printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 1 clang-tidy -p build/dev --quiet

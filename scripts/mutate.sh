@@ -14,8 +14,6 @@ first=${2:-0}
 per_run=100
 cd "$root"
 
-install_missing "${build_packages[@]}" "${test_packages[@]}"
-echo "Building (preset asan) ..."
 build_preset asan kelmo-batch mutate_samples
 
 memory=/dev/shm

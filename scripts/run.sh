@@ -8,9 +8,6 @@ source "$(dirname "$0")/common.sh"
 preset=${PRESET:-release}
 cd "$root"
 
-install_missing "${build_packages[@]}"
-echo "Building (preset $preset) ..."
-
 case "${1:-}" in
 --window)
     build_preset "$preset" kelmo

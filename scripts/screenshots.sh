@@ -6,8 +6,6 @@ set -euo pipefail
 source "$(dirname "$0")/common.sh"
 cd "$root"
 
-install_missing "${build_packages[@]}" "${test_packages[@]}" xvfb fonts-dejavu-core
-echo "Building ..."
 build_preset dev take_screenshots
 
 case "${1:-}" in

@@ -8,8 +8,6 @@ source "$(dirname "$0")/common.sh"
 preset=${PRESET:-dev}
 cd "$root"
 
-install_missing "${build_packages[@]}" "${test_packages[@]}"
-echo "Building (preset $preset) ..."
 build_preset "$preset"
 
 # CTest ends with its own summary; a run without any test is a failure.
