@@ -268,10 +268,10 @@ sContactList findContacts(cPdbPeptide& peptide, eInteractionCriterion criterion,
 }
 
 void markBindingResiduesByAreaChange(cPdbPeptide& peptide, double deltaAsa, double probeRadius,
-                                     double zSlice) {
+                                     double zSlice, eAsaForm form) {
     cPdbPeptide apart(peptide);
     for (std::size_t c = 0; c < peptide.chains.size(); ++c) {
-        apart.chains[c].setAccessibleSurfaceArea(probeRadius, zSlice);
+        apart.chains[c].setAccessibleSurfaceArea(probeRadius, zSlice, form);
         for (unsigned i = 0; i < peptide.chains[c].residueCount; ++i) {
             cChainResidue& residue = peptide.chains[c].residues[i];
             const double change = apart.chains[c].residues[i].totalAsa - residue.totalAsa;
@@ -321,8 +321,9 @@ void cPdbPeptide::resolveHovikKRBContacts(double vdwThreshold, double searchValu
     resolveContacts(eInteractionCriterion::vorda, searchValue, vdwThreshold, &map);
 }
 
-void cPdbPeptide::resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice) {
-    markBindingResiduesByAreaChange(*this, deltaAsa, probeRadius, zSlice);
+void cPdbPeptide::resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice,
+                                         eAsaForm form) {
+    markBindingResiduesByAreaChange(*this, deltaAsa, probeRadius, zSlice, form);
 }
 
 } // namespace kelmo

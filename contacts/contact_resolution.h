@@ -1,6 +1,7 @@
 // Which residues of different chains of a structure touch, by each of the criteria.
 #pragma once
 
+#include "model/asa_form.h"
 #include "model/contact.h"
 
 #include <cstdint>
@@ -28,9 +29,9 @@ sContactList findContacts(cPdbPeptide& peptide, eInteractionCriterion criterion,
 
 /// Marks every residue whose area in the complex differs by more than `deltaAsa` Å² from its area
 /// in its chain alone. The areas of the complex must have been computed with the same probe radius
-/// and slice thickness (Å) before.
+/// and slice thickness (Å) and in the same form before.
 void markBindingResiduesByAreaChange(cPdbPeptide& peptide, double deltaAsa, double probeRadius,
-                                     double zSlice);
+                                     double zSlice, eAsaForm form = eAsaForm::classic);
 
 /// For every residue of a structure the position of its chain, which a residue does not know.
 std::vector<std::uint32_t> chainOfResidues(const cPdbPeptide& peptide);

@@ -39,6 +39,12 @@ sAtomClass classOf(const std::string& name) {
     }
 }
 
+void calculateAreas(eAsaForm form, cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                    const sPoint& minPoint, double probeRadius, double zSlice) {
+    const auto calculate = form == eAsaForm::complete ? calculateAtomAsaComplete : calculateAtomASA;
+    calculate(atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
+}
+
 template <typename Owner>
 void clearAreas(Owner& owner) {
     owner.totalAsa = owner.sideChainAsa = owner.backboneAsa = 0.0;
@@ -88,12 +94,13 @@ void cChainResidue::setHydrophobicity(const std::map<std::string, double>& scale
     }
 }
 
-void cProteinChain::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
-    calculateAtomASA(atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
+void cProteinChain::setAccessibleSurfaceArea(double probeRadius, double zSlice, eAsaForm form) {
+    calculateAreas(form, atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
     inParallel(residueCount, residuesPerTask, [&](std::size_t i) { residues[i].setAsa(); });
     setASASummingResidueAsa();
     unboundProbeRadius = probeRadius;
     unboundZSlice = zSlice;
+    unboundForm = form;
 }
 
 void cProteinChain::setASASummingResidueAsa() {
@@ -109,9 +116,9 @@ void cProteinChain::setRelativeAccessibleSurfaceArea(const std::map<std::string,
     }
 }
 
-void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
-    calculateAtomASA(atoms.data(), static_cast<unsigned>(atoms.size()), maxPoint, minPoint,
-                     probeRadius, zSlice);
+void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice, eAsaForm form) {
+    calculateAreas(form, atoms.data(), static_cast<unsigned>(atoms.size()), maxPoint, minPoint,
+                   probeRadius, zSlice);
     inParallel(residues.size(), residuesPerTask, [&](std::size_t i) {
         if (residues[i].residueType != eResidueType::other) {
             residues[i].setAsa();
@@ -130,11 +137,12 @@ void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice) {
     }
 }
 
-void cPdbPeptide::setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice) {
+void cPdbPeptide::setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice,
+                                                  eAsaForm form) {
     clearAreas(*this);
     inParallel(chains.size(), 1, [&](std::size_t i) {
-        if (!chains[i].holdsUnboundAreas(probeRadius, zSlice)) {
-            chains[i].setAccessibleSurfaceArea(probeRadius, zSlice);
+        if (!chains[i].holdsUnboundAreas(probeRadius, zSlice, form)) {
+            chains[i].setAccessibleSurfaceArea(probeRadius, zSlice, form);
         }
     });
 }

@@ -2,6 +2,7 @@
 
 #include "base/in_parallel.h"
 #include "geometry/atom_grid.h"
+#include "geometry/complete_surface.h"
 #include "geometry/surface_kernel.h"
 
 #include <tbb/enumerable_thread_specific.h>
@@ -59,6 +60,16 @@ void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& max
         if (probeRadius + entry.radius != 0.0) {
             atoms[entry.index].asa = kernel.areaOf(entry, scratches.local());
         }
+    });
+}
+
+void calculateAtomAsaComplete(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                              const sPoint& minPoint, double probeRadius, double sliceThickness) {
+    const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint, atomCount);
+    const cCompleteSurface surface(grid, probeRadius, sliceThickness);
+    tbb::enumerable_thread_specific<sCompleteScratch> scratches;
+    forEveryEntry(grid, [&](const cCentreGrid::sEntry& entry) {
+        atoms[entry.index].asa = surface.areaOf(entry, scratches.local());
     });
 }
 

@@ -1,5 +1,6 @@
 // The vectorised inner loops of the calculations, compiled once per instruction set.
 // No include guard: the dispatcher includes this file once for every target.
+#include "geometry/complete_arcs-inl.h"
 #include "geometry/surface_loops.h"
 
 #include <hwy/contrib/math/math-inl.h>
@@ -345,8 +346,9 @@ sFreeAngle freeAngle(sSurfaceScratch& scratch, double height, double radius) {
     return freeAngleBetweenArcs(scratch, smallestCosine);
 }
 
-constexpr sSurfaceLoops loops{HWY_STR(HWY_NAMESPACE), countRun, findTouching, prepareNeighbours,
-                              freeAngle};
+constexpr sSurfaceLoops loops{
+    HWY_STR(HWY_NAMESPACE), countRun,  findTouching,
+    prepareNeighbours,      freeAngle, complete_arcs::HWY_NAMESPACE::loops};
 
 } // namespace HWY_NAMESPACE
 } // namespace kelmo::surface_arcs

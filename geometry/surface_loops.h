@@ -2,6 +2,7 @@
 #pragma once
 
 #include "geometry/atom_grid.h"
+#include "geometry/complete_loops.h"
 
 #include <array>
 #include <cstddef>
@@ -93,6 +94,8 @@ struct sSurfaceLoops {
     /// What the touching neighbours leave free of a circle of this radius around the atom at this
     /// height (Å).
     sFreeAngle (*freeAngle)(sSurfaceScratch& scratch, double height, double radius);
+
+    sCompleteLoops complete;
 };
 
 /// Those that this processor can run, the fastest first.

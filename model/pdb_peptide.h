@@ -35,11 +35,13 @@ class cPdbPeptide {
                        std::set<std::string>& missingRadii);
 
     /// Areas of the complex as it stands: every atom may cover every other. Probe radius and slice
-    /// thickness in Å. Residues of no known type keep their sums.
-    void setAccessibleSurfaceArea(double probeRadius, double zSlice);
+    /// thickness in Å, and the form of the surface. Residues of no known type keep their sums.
+    void setAccessibleSurfaceArea(double probeRadius, double zSlice,
+                                  eAsaForm form = eAsaForm::classic);
     /// Areas of every chain taken alone; the sums of the whole structure stay 0. A call that finds
-    /// these areas current for the same two parameters costs nothing.
-    void setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice);
+    /// these areas current for the same parameters costs nothing.
+    void setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice,
+                                         eAsaForm form = eAsaForm::classic);
     void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
     void setHydrophobicity(std::map<std::string, double> scale);
     /// Depth and protrusion within the complex; residues of no known type are left out.
@@ -57,9 +59,10 @@ class cPdbPeptide {
     /// Mind the order: the van der Waals threshold first, the search distance second.
     void resolveHovikKRBContacts(double vdwThreshold, double searchValue, const contactMap& map);
     /// Marks every residue whose area in the complex differs by more than `deltaAsa` Å² from its
-    /// area in its chain alone. The areas of the complex must have been computed with the same two
+    /// area in its chain alone. The areas of the complex must have been computed with the same
     /// parameters before. Makes no contact records.
-    void resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice);
+    void resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice,
+                                eAsaForm form = eAsaForm::classic);
 
     std::string name; ///< identification code of the entry, empty if none
     sPoint maxPoint;  ///< bounding box of the atom centres, Å

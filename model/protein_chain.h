@@ -1,6 +1,7 @@
 // One chain: a window into the structure's residue and atom lists with the chain's own results.
 #pragma once
 
+#include "model/asa_form.h"
 #include "model/chain_residue.h"
 
 #include <limits>
@@ -18,7 +19,8 @@ class cProteinChain {
 
     /// Areas of the chain taken alone: atoms of other chains neither cover nor neighbour its atoms.
     /// Probe radius and slice thickness in Å.
-    void setAccessibleSurfaceArea(double probeRadius, double zSlice);
+    void setAccessibleSurfaceArea(double probeRadius, double zSlice,
+                                  eAsaForm form = eAsaForm::classic);
     /// Sums the residues' areas as they stand, -1.0 of residues never computed included.
     void setASASummingResidueAsa();
     void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
@@ -45,14 +47,15 @@ class cProteinChain {
 
   private:
     friend class cPdbPeptide;
-    bool holdsUnboundAreas(double probeRadius, double zSlice) const {
-        return unboundProbeRadius == probeRadius && unboundZSlice == zSlice;
+    bool holdsUnboundAreas(double probeRadius, double zSlice, eAsaForm form) const {
+        return unboundProbeRadius == probeRadius && unboundZSlice == zSlice && unboundForm == form;
     }
     void forgetUnboundAreas() { unboundProbeRadius = std::numeric_limits<double>::quiet_NaN(); }
 
     // The parameters for which the atoms hold chain-alone areas; not a number while they do not.
     double unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
     double unboundZSlice = std::numeric_limits<double>::quiet_NaN();
+    eAsaForm unboundForm = eAsaForm::classic;
 };
 
 } // namespace kelmo

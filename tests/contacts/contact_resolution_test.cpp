@@ -893,11 +893,11 @@ class DovrethContacts : public testing::Test {
     void SetUp() override { peptide.setAccessibleSurfaceArea(probeRadius, zSlice); }
 
     /// Areas of the residues of chains that were read and computed on their own, in file order.
-    std::vector<double> areasApart() const {
+    std::vector<double> areasApart(eAsaForm form = eAsaForm::classic) const {
         std::vector<double> areas;
         for (const char chainId : {'L', 'H'}) {
             cPdbPeptide alone = read(chainText(text, chainId), sampleRadii());
-            alone.setAccessibleSurfaceArea(probeRadius, zSlice);
+            alone.setAccessibleSurfaceArea(probeRadius, zSlice, form);
             for (const cChainResidue& residue : alone.residues) {
                 areas.push_back(residue.totalAsa);
             }
@@ -907,19 +907,22 @@ class DovrethContacts : public testing::Test {
 };
 
 TEST_F(DovrethContacts, ResiduesWhoseAreaChangesAreBinding) {
-    const std::vector<double> apart = areasApart();
-    ASSERT_EQ(apart.size(), peptide.residues.size());
-    for (const double deltaAsa : {0.0, 1.0, 25.0}) {
-        cPdbPeptide resolved(peptide);
-        resolved.resolveDovrethContacts(deltaAsa, probeRadius, zSlice);
-        for (std::size_t i = 0; i < apart.size(); ++i) {
-            const double change = std::abs(apart[i] - peptide.residues[i].totalAsa);
-            EXPECT_EQ(resolved.residues[i].isBinding, change > deltaAsa)
-                << "residue " << i << ", " << deltaAsa;
+    for (const eAsaForm form : {eAsaForm::classic, eAsaForm::complete}) {
+        const std::vector<double> apart = areasApart(form);
+        ASSERT_EQ(apart.size(), peptide.residues.size());
+        peptide.setAccessibleSurfaceArea(probeRadius, zSlice, form);
+        for (const double deltaAsa : {0.0, 1.0, 25.0}) {
+            cPdbPeptide resolved(peptide);
+            resolved.resolveDovrethContacts(deltaAsa, probeRadius, zSlice, form);
+            for (std::size_t i = 0; i < apart.size(); ++i) {
+                const double change = std::abs(apart[i] - peptide.residues[i].totalAsa);
+                EXPECT_EQ(resolved.residues[i].isBinding, change > deltaAsa)
+                    << "residue " << i << ", " << deltaAsa;
+            }
+            EXPECT_GT(countBinding(resolved), 0);
+            EXPECT_LT(countBinding(resolved), static_cast<long>(apart.size()));
+            EXPECT_TRUE(resolved.contacts.empty());
         }
-        EXPECT_GT(countBinding(resolved), 0);
-        EXPECT_LT(countBinding(resolved), static_cast<long>(apart.size()));
-        EXPECT_TRUE(resolved.contacts.empty());
     }
 }
 

@@ -427,6 +427,9 @@ TEST(CurrentUnboundAreas, AreStaleForOtherParameters) {
     peptide = tamperedComplex();
     peptide.setAccessibleSurfaceAreaUnbound(probe, 0.1);
     EXPECT_FALSE(isForeign(peptide, 0));
+    peptide = tamperedComplex();
+    peptide.setAccessibleSurfaceAreaUnbound(probe, slice, eAsaForm::complete);
+    EXPECT_FALSE(isForeign(peptide, 0));
     peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
     const tAreas back = atomAreas(peptide);
     peptide = smallComplex();

@@ -212,7 +212,7 @@ std::vector<sArc> coveredArcs(const sCircle& circle, const std::vector<sCircle>&
     return arcs;
 }
 
-double freeAngle(const sCircle& circle, const std::vector<sCircle>& others) {
+double uncutFreeAngle(const sCircle& circle, const std::vector<sCircle>& others) {
     bool isEnclosed = false;
     const std::vector<sArc> arcs = coveredArcs(circle, others, isEnclosed);
     if (isEnclosed) {
@@ -234,8 +234,11 @@ double freeAngle(const sCircle& circle, const std::vector<sCircle>& others) {
             ++i;
         }
     }
-    free = free + twoPi - covered;
-    free = cut(free, 1000.0);
+    return free + twoPi - covered;
+}
+
+double freeAngle(const sCircle& circle, const std::vector<sCircle>& others) {
+    const double free = cut(uncutFreeAngle(circle, others), 1000.0);
     return free < 0.0 ? 0.0 : free;
 }
 
@@ -305,6 +308,60 @@ std::vector<double> atomAreas(std::vector<sAtom> atoms, double probeRadius, doub
     std::vector<double> areas;
     for (const sAtom& atom : atoms) {
         areas.push_back(atom.asa);
+    }
+    return areas;
+}
+
+namespace {
+
+bool isSameSphere(const sAtom& a, const sAtom& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z && a.radius == b.radius;
+}
+
+double completeArea(const sAtom& atom, const std::vector<sAtom>& others, double probeRadius,
+                    double zSlice) {
+    const double enlarged = probeRadius + atom.radius;
+    const int slabs = static_cast<int>(std::ceil(2.0 * enlarged / zSlice));
+    const double thickness = 2.0 * enlarged / slabs;
+    double area = 0.0;
+    for (int i = 0; i < slabs; ++i) {
+        const double above = (i + 0.5) * thickness - enlarged;
+        const sCircle circle{atom.x, atom.y, std::sqrt(enlarged * enlarged - above * above)};
+        std::vector<sCircle> circles;
+        for (const sAtom& other : others) {
+            const double distance = above - (other.z - atom.z);
+            const double sphere = probeRadius + other.radius;
+            if (sphere > 0.0 && sphere * sphere > distance * distance) {
+                circles.push_back(
+                    {other.x, other.y, std::sqrt(sphere * sphere - distance * distance)});
+            }
+        }
+        area += enlarged * thickness * std::max(0.0, uncutFreeAngle(circle, circles));
+    }
+    return area;
+}
+
+} // namespace
+
+std::vector<double> completeAtomAreas(std::span<const sAtom> atoms, double probeRadius,
+                                      double zSlice) {
+    std::vector<double> areas;
+    for (const sAtom& atom : atoms) {
+        if (!(probeRadius + atom.radius > 0.0)) {
+            areas.push_back(0.0);
+            continue;
+        }
+        std::vector<sAtom> others;
+        int same = 0;
+        for (const sAtom& other : atoms) {
+            if (isSameSphere(atom, other)) {
+                same = same + 1; // the atom itself among them
+            } else if (centreDistance(atom, other) <
+                       atom.radius + other.radius + 2.0 * probeRadius) {
+                others.push_back(other);
+            }
+        }
+        areas.push_back(completeArea(atom, others, probeRadius, zSlice) / same);
     }
     return areas;
 }

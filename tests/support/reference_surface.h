@@ -54,6 +54,9 @@ double crossSectionAngle(const sCircle& circle, const sCircle& other);
 std::vector<sArc> coveredArcs(const sCircle& circle, const std::vector<sCircle>& others,
                               bool& isEnclosed);
 
+// Uncovered angle in radians, uncut; 0 when enclosed. Rounding may leave it a little below 0.
+double uncutFreeAngle(const sCircle& circle, const std::vector<sCircle>& others);
+
 // Uncovered angle in radians, cut to three decimals and never negative; 0 when enclosed.
 double freeAngle(const sCircle& circle, const std::vector<sCircle>& others);
 
@@ -78,6 +81,13 @@ void setAtomAreas(std::span<sAtom> atoms, double probeRadius, double zSlice,
 // The areas that setAtomAreas gives, in atom order.
 std::vector<double> atomAreas(std::vector<sAtom> atoms, double probeRadius, double zSlice,
                               eNeighbourSearch search = eNeighbourSearch::scannedBox);
+
+// The areas (Å²) of the atoms in the complete form of the surface: every enlarged sphere is cut
+// into ceil(2 R / zSlice) slabs of equal thickness, and each slab adds R times its thickness times
+// the angle that is uncovered in its middle. Equal spheres at one place share their area equally;
+// without a positive enlarged radius there is none. O(n²).
+std::vector<double> completeAtomAreas(std::span<const sAtom> atoms, double probeRadius,
+                                      double zSlice);
 
 } // namespace reference
 

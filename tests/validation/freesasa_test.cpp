@@ -5,15 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace kelmo {
 
@@ -64,20 +67,49 @@ void writeWithRadii(const std::string& name, const cPdbPeptide& peptide, const s
     ASSERT_EQ(atom, peptide.atoms.size());
 }
 
-double totalByFreeSasa(const std::string& path) {
+/// The areas that FreeSASA finds with so many slices an atom, Å². Empty if it fails.
+struct sTheirAreas {
+    double total = 0.0;
+    std::vector<double> residues; ///< in the order of the file
+};
+
+sTheirAreas areasByFreeSasa(const std::string& path, int slices) {
     const std::string command = std::string(FREESASA_PROGRAM) +
-                                " --lee-richards --resolution=27 --probe-radius=1.4"
-                                " --radius-from-occupancy --no-warnings --format=log '" +
+                                " --lee-richards --resolution=" + std::to_string(slices) +
+                                " --probe-radius=1.4 --radius-from-occupancy --no-warnings"
+                                " --format=log --format=seq '" +
                                 path + "'";
     FILE* output = popen(command.c_str(), "r");
     if (output == nullptr) {
-        return 0.0;
+        return {};
     }
-    double total = 0.0;
+    sTheirAreas areas;
     for (char line[256]; std::fgets(line, sizeof line, output) != nullptr;) {
-        std::sscanf(line, "Total : %lf", &total);
+        std::sscanf(line, "Total : %lf", &areas.total);
+        const char* const colon = std::strchr(line, ':');
+        if (std::strncmp(line, "SEQ ", 4) == 0 && colon != nullptr) {
+            areas.residues.push_back(std::atof(colon + 1));
+        }
     }
-    return pclose(output) == 0 ? total : 0.0;
+    return pclose(output) == 0 ? areas : sTheirAreas{};
+}
+
+/// The same of a sample with our radii.
+sTheirAreas areasByFreeSasa(const std::string& name, const cPdbPeptide& peptide, int slices) {
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("kelmo-freesasa-" + name + ".pdb")).string();
+    writeWithRadii(name, peptide, path);
+    const sTheirAreas areas = areasByFreeSasa(path, slices);
+    std::filesystem::remove(path);
+    return areas;
+}
+
+double sumOfAtoms(const cPdbPeptide& peptide) {
+    double total = 0.0;
+    for (const cResidueAtom& atom : peptide.atoms) {
+        total += atom.asa;
+    }
+    return total;
 }
 
 class FreeSasa : public testing::TestWithParam<sEntry> {};
@@ -88,16 +120,8 @@ TEST_P(FreeSasa, TotalAreaAgreesWithinOnePercent) {
     const sEntry entry = GetParam();
     cPdbPeptide peptide = load(entry.name);
     peptide.setAccessibleSurfaceArea(probeRadius, zSlice);
-    double total = 0.0;
-    for (const cResidueAtom& atom : peptide.atoms) {
-        total += atom.asa;
-    }
-    const std::string path = (std::filesystem::temp_directory_path() /
-                              ("kelmo-freesasa-" + std::string(entry.name) + ".pdb"))
-                                 .string();
-    writeWithRadii(entry.name, peptide, path);
-    const double theirs = totalByFreeSasa(path);
-    std::filesystem::remove(path);
+    const double total = sumOfAtoms(peptide);
+    const double theirs = areasByFreeSasa(entry.name, peptide, 27).total;
     RecordProperty("kelmo", std::to_string(total));
     RecordProperty("freesasa", std::to_string(theirs));
     std::printf("%s: Kelmo %.1f, FreeSASA %.1f A^2 (%+.3f %%)\n", entry.name, total, theirs,
@@ -105,6 +129,34 @@ TEST_P(FreeSasa, TotalAreaAgreesWithinOnePercent) {
     EXPECT_GT(theirs, entry.least);
     EXPECT_LT(theirs, entry.most);
     EXPECT_NEAR(total, theirs, 0.01 * theirs);
+}
+
+// With 1000 slices an atom FreeSASA's totals no longer move by more than 0.001 %.
+TEST_P(FreeSasa, CompleteFormAgreesWithinAThousandth) {
+    const sEntry entry = GetParam();
+    cPdbPeptide peptide = load(entry.name);
+    const sTheirAreas theirs = areasByFreeSasa(entry.name, peptide, 1000);
+    ASSERT_GT(theirs.total, entry.least);
+    ASSERT_EQ(theirs.residues.size(), peptide.residues.size());
+    for (const double slice : {0.25, 0.1}) {
+        peptide.setAccessibleSurfaceArea(probeRadius, slice, eAsaForm::complete);
+        const double total = sumOfAtoms(peptide);
+        double sumOfSquares = 0.0;
+        double worst = 0.0;
+        for (std::size_t i = 0; i < theirs.residues.size(); ++i) {
+            const double difference = peptide.residues[i].totalAsa - theirs.residues[i];
+            sumOfSquares += difference * difference;
+            worst = std::max(worst, std::abs(difference));
+        }
+        const double deviation =
+            std::sqrt(sumOfSquares / static_cast<double>(theirs.residues.size()));
+        std::printf("%s, slices of %.2f: Kelmo %.1f, FreeSASA %.1f A^2 (%+.3f %%); residues %.2f "
+                    "A^2 rms, %.2f at most\n",
+                    entry.name, slice, total, theirs.total, 100.0 * (total / theirs.total - 1.0),
+                    deviation, worst);
+        EXPECT_NEAR(total, theirs.total, 0.001 * theirs.total) << slice;
+        EXPECT_LT(deviation, 0.4) << slice;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, FreeSasa,
