@@ -1,19 +1,16 @@
 // Contact search on a capsid-like assembly, against reading the assembly and computing its surface.
 #include "contacts/residue_contact.h"
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <benchmark/benchmark.h>
 
 #include <array>
 #include <cmath>
-#include <cstdio>
-#include <fstream>
 #include <map>
 #include <numbers>
-#include <set>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,31 +29,13 @@ constexpr double standardShellRadius = 80.0; // Å
 constexpr std::string_view chainIds =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789abcdefghijklmnopqrstuvwxyz+-";
 
-std::ifstream openFile(const std::string& pathFromRoot) {
-    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/" + pathFromRoot);
-    if (!in) {
-        throw std::runtime_error("cannot open " + pathFromRoot);
-    }
-    return in;
-}
-
-std::vector<std::string> sampleAtomLines() {
-    std::ifstream in = openFile("data/samples/1a0q.pdb");
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("ATOM")) {
-            lines.push_back(line);
-        }
-    }
-    return lines;
-}
-
 sPoint centreOf(const std::vector<std::string>& lines) {
     sPoint sum;
     for (const std::string& line : lines) {
-        sum.x += std::stod(line.substr(30, 8));
-        sum.y += std::stod(line.substr(38, 8));
-        sum.z += std::stod(line.substr(46, 8));
+        const auto [x, y, z] = positionIn(line);
+        sum.x += x;
+        sum.y += y;
+        sum.z += z;
     }
     const auto count = static_cast<double>(lines.size());
     return {sum.x / count, sum.y / count, sum.z / count};
@@ -91,21 +70,17 @@ class cPlacement {
 };
 
 std::string assemblyText(int copyCount) {
-    const std::vector<std::string> lines = sampleAtomLines();
+    const std::vector<std::string> lines = atomLinesOf(sampleText("1a0q"));
     const sPoint centre = centreOf(lines);
     std::string text;
     for (int copy = 0; copy < copyCount; ++copy) {
         const cPlacement place(copy, copyCount);
         for (std::string line : lines) {
-            const sPoint p = place({std::stod(line.substr(30, 8)) - centre.x,
-                                    std::stod(line.substr(38, 8)) - centre.y,
-                                    std::stod(line.substr(46, 8)) - centre.z});
+            const auto [x, y, z] = positionIn(line);
+            const sPoint p = place({x - centre.x, y - centre.y, z - centre.z});
             const int chain = 2 * copy + (line[21] == lines.front()[21] ? 0 : 1);
             line[21] = chainIds[static_cast<std::size_t>(chain) % chainIds.size()];
-            char coordinates[64];
-            std::snprintf(coordinates, sizeof coordinates, "%8.3f%8.3f%8.3f", p.x, p.y, p.z);
-            line.replace(30, 24, coordinates);
-            text += line + "\n";
+            text += withPosition(line, {p.x, p.y, p.z}) + "\n";
         }
     }
     return text;
@@ -120,30 +95,12 @@ const std::string& sharedAssemblyText(int copyCount) {
     return text;
 }
 
-const std::map<std::string, double>& sharedRadii() {
-    static const std::map<std::string, double> radii = [] {
-        std::map<std::string, double> read;
-        std::ifstream in = openFile("data/protor.radii");
-        getVdWrRadii(in, read);
-        return read;
-    }();
-    return radii;
-}
-
-void readFromText(const std::string& text, cPdbPeptide& assembly) {
-    std::istringstream in(text);
-    std::set<std::string> missingRadii;
-    if (assembly.loadFromStream(in, sharedRadii(), missingRadii) != 0) {
-        throw std::runtime_error("the assembly cannot be read");
-    }
-}
-
 /// Runs `resolve` on an assembly without contacts, over and over. The argument is the number of
 /// copies.
 template <typename Resolve>
 void measure(benchmark::State& state, Resolve resolve) {
-    cPdbPeptide assembly;
-    readFromText(sharedAssemblyText(static_cast<int>(state.range(0))), assembly);
+    cPdbPeptide assembly =
+        structureOf(sharedAssemblyText(static_cast<int>(state.range(0))), shippedTables().radii);
     for (auto _ : state) {
         state.PauseTiming();
         assembly.contacts = {};
@@ -158,8 +115,7 @@ void measure(benchmark::State& state, Resolve resolve) {
 void readAssembly(benchmark::State& state) {
     const std::string& text = sharedAssemblyText(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        cPdbPeptide assembly;
-        readFromText(text, assembly);
+        const cPdbPeptide assembly = structureOf(text, shippedTables().radii);
         benchmark::DoNotOptimize(assembly.atoms.data());
     }
 }
@@ -173,9 +129,7 @@ void prismContacts(benchmark::State& state) {
 }
 
 void vordaContacts(benchmark::State& state) {
-    contactMap rules;
-    std::ifstream in = openFile("data/aa_contacts.txt");
-    createStringContactMap(in, rules);
+    const contactMap& rules = shippedTables().rules;
     measure(state,
             [&](cPdbPeptide& assembly) { assembly.resolveHovikKRBContacts(1.125, 6.0, rules); });
 }

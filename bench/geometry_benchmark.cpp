@@ -4,6 +4,7 @@
 #include "geometry/atom_space_calculations.h"
 #include "model/pdb_peptide.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,14 +22,14 @@ constexpr double atomVolume = 20.1;       // Å³
 
 /// The sample that a benchmark's argument stands for, from the smallest to the largest.
 cPdbPeptide sampleOf(const benchmark::State& state) {
-    return samplePeptide(sampleNames()[static_cast<std::size_t>(state.range(0))]);
+    return samplePeptide(sampleCodes()[static_cast<std::size_t>(state.range(0))]);
 }
 
 void countAtoms(benchmark::State& state, std::size_t atoms) {
     using cCounter = benchmark::Counter;
     state.counters["perAtom"] = cCounter(static_cast<double>(atoms),
                                          cCounter::kIsIterationInvariantRate | cCounter::kInvert);
-    state.SetLabel(sampleNames()[static_cast<std::size_t>(state.range(0))]);
+    state.SetLabel(sampleCodes()[static_cast<std::size_t>(state.range(0))]);
 }
 
 cAtomGrid gridOf(const cPdbPeptide& peptide) {

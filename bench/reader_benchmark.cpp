@@ -3,40 +3,23 @@
 #include "base/string_operation.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace kelmo {
 
 namespace {
-
-std::string fileText(const std::string& pathFromRoot) {
-    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/" + pathFromRoot);
-    if (!in) {
-        throw std::runtime_error("cannot open " + pathFromRoot);
-    }
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::map<std::string, double> sampleRadii() {
-    std::istringstream in(fileText("data/protor.radii"));
-    std::map<std::string, double> radii;
-    if (getVdWrRadii(in, radii) != 0) {
-        throw std::runtime_error("cannot read the radii");
-    }
-    return radii;
-}
 
 void countEach(benchmark::State& state, const char* name, std::size_t count) {
     using cCounter = benchmark::Counter;
@@ -45,7 +28,7 @@ void countEach(benchmark::State& state, const char* name, std::size_t count) {
 }
 
 void readText(benchmark::State& state, const std::string& text) {
-    const std::map<std::string, double> radii = sampleRadii();
+    const std::map<std::string, double>& radii = shippedTables().radii;
     std::size_t atoms = 0;
     for (auto _ : state) {
         std::istringstream in(text);
@@ -64,17 +47,14 @@ void readText(benchmark::State& state, const std::string& text) {
 }
 
 void readSample(benchmark::State& state) {
-    readText(state, fileText("data/samples/2hhb.pdb"));
+    readText(state, sampleText("2hhb"));
 }
 
 /// 64 copies of the sample's atoms, about 280,000, one after the other.
 void readLargeFile(benchmark::State& state) {
-    std::istringstream sample(fileText("data/samples/2hhb.pdb"));
     std::string atoms;
-    for (std::string line; std::getline(sample, line);) {
-        if (line.starts_with("ATOM")) {
-            atoms += line + "\n";
-        }
+    for (const std::string& line : atomLinesOf(sampleText("2hhb"))) {
+        atoms += line + "\n";
     }
     std::string text;
     for (int copy = 0; copy < 64; ++copy) {
@@ -84,10 +64,7 @@ void readLargeFile(benchmark::State& state) {
 }
 
 void copyStructure(benchmark::State& state) {
-    std::istringstream in(fileText("data/samples/2hhb.pdb"));
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    peptide.loadFromStream(in, sampleRadii(), missing);
+    const cPdbPeptide peptide = samplePeptide("2hhb");
     for (auto _ : state) {
         cPdbPeptide copy(peptide);
         benchmark::DoNotOptimize(copy.atoms.data());
@@ -96,7 +73,7 @@ void copyStructure(benchmark::State& state) {
 }
 
 void readRadii(benchmark::State& state) {
-    const std::string text = fileText("data/protor.radii");
+    const std::string text = sourceText("data/protor.radii");
     std::size_t entries = 0;
     for (auto _ : state) {
         std::istringstream in(text);

@@ -1,7 +1,7 @@
 // How fast the structure reports are written, in bytes a second, without the disk's share.
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
 #include "run/crunkev_linux.h"
+#include "tests/support/shipped_inputs.h"
 #include "xml/xml_writer.h"
 
 #include <QBuffer>
@@ -11,9 +11,7 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
 #include <map>
-#include <set>
 #include <string>
 
 namespace kelmo {
@@ -24,16 +22,7 @@ namespace {
 class cReportInput {
   public:
     cReportInput() {
-        const std::string data = std::string(KELMO_SOURCE_DIR) + "/data/";
-        std::ifstream radiiFile(data + "protor.radii");
-        std::ifstream standardsFile(data + "ala-x-ala.asa");
-        std::map<std::string, double> radii;
-        std::map<std::string, sAsa> standards;
-        getVdWrRadii(radiiFile, radii);
-        getStandardAsa(standardsFile, standards);
-        std::ifstream in(data + "samples/2hhb.pdb");
-        std::set<std::string> missing;
-        peptide.loadFromStream(in, radii, missing);
+        const std::map<std::string, sAsa>& standards = shippedTables().standards;
         peptide.setAccessibleSurfaceArea(1.4, 0.25);
         peptide.setRelativeAccessibleSurfaceArea(standards);
         peptide.setDepthIndex();
@@ -45,7 +34,7 @@ class cReportInput {
         worker.setHydrophobicityAttributes(true, {});
     }
 
-    cPdbPeptide peptide;
+    cPdbPeptide peptide = samplePeptide("2hhb");
     cRunKEV worker;
 };
 

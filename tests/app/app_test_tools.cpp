@@ -1,5 +1,7 @@
 #include "tests/app/app_test_tools.h"
 
+#include "tests/support/pdb_lines.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
@@ -7,7 +9,6 @@
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
@@ -45,8 +46,16 @@ const sModuleNames vorNames = {"listWidgetVORFileListDisplay",
                                "progressBarVOR",
                                "labelVORProgress"};
 
+namespace {
+
+QString textOfPath(const std::filesystem::path& path) {
+    return QString::fromStdString(path.string());
+}
+
+} // namespace
+
 cWorkingDirectory::cWorkingDirectory() : earlier(QDir::currentPath()) {
-    QDir::setCurrent(place.path());
+    QDir::setCurrent(textOfPath(place.path()));
 }
 
 cWorkingDirectory::~cWorkingDirectory() {
@@ -54,31 +63,26 @@ cWorkingDirectory::~cWorkingDirectory() {
 }
 
 QString cWorkingDirectory::path(const QString& name) const {
-    return name.isEmpty() ? place.path() : place.filePath(name);
+    return name.isEmpty() ? textOfPath(place.path())
+                          : QString::fromStdString(place.file(name.toStdString()));
 }
 
 QString cWorkingDirectory::directory(const QString& name) const {
-    QDir(place.path()).mkpath(name);
-    return path(name);
+    return textOfPath(place.makeDirectory(name.toStdString()));
 }
 
 QString cWorkingDirectory::file(const QString& name, const QByteArray& bytes) const {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("Cannot write %s", qPrintable(file.fileName()));
-    }
-    return file.fileName();
+    return textOfPath(place.write(name.toStdString(), bytes.toStdString()));
 }
 
 QByteArray bytesOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QByteArray::fromStdString(contentOf(path.toStdString()));
 }
 
 std::map<QString, QByteArray> filesIn(const QString& directory) {
     std::map<QString, QByteArray> files;
-    for (const QString& name : QDir(directory).entryList(QDir::Files | QDir::Hidden)) {
-        files[name] = bytesOf(directory + '/' + name);
+    for (const auto& [name, content] : filesIn(std::filesystem::path(directory.toStdString()))) {
+        files[QString::fromStdString(name)] = QByteArray::fromStdString(content);
     }
     return files;
 }
@@ -223,31 +227,12 @@ bool waitForStart(const QObject& window, const sModuleNames& names) {
     return stop->isEnabled();
 }
 
-namespace {
-
-QByteArray atomLine(int serial, const char* atom, const char* residue, char chain, int number,
-                    double x, double y, double z) {
-    return QString::asprintf("ATOM  %5d  %-3s %-3s %c%4d    %8.3f%8.3f%8.3f\n", serial % 100000,
-                             atom, residue, chain, number, x, y, z)
-        .toLatin1();
+QByteArray glycineStructure() {
+    return QByteArray::fromStdString(twoGlycines());
 }
 
-} // namespace
-
-QByteArray twoGlycines() {
-    return "HEADER                                                        1TST\n" +
-           atomLine(1, "N", "GLY", 'A', 1, 0.0, 0.0, 0.0) +
-           atomLine(2, "CA", "GLY", 'A', 1, 1.5, 0.0, 0.0) +
-           atomLine(3, "C", "GLY", 'A', 1, 2.2, 1.3, 0.0) +
-           atomLine(4, "O", "GLY", 'A', 1, 1.6, 2.4, 0.0) +
-           atomLine(5, "N", "GLY", 'B', 2, 0.0, 0.0, 4.0) +
-           atomLine(6, "CA", "GLY", 'B', 2, 1.5, 0.0, 4.0) +
-           atomLine(7, "C", "GLY", 'B', 2, 2.2, 1.3, 4.0) +
-           atomLine(8, "O", "GLY", 'B', 2, 1.6, 2.4, 4.0) + "END\n";
-}
-
-QByteArray glycineRadiiTable() {
-    return "GLY_N   1.65\nGLY_NXT 1.65\nGLY_CA  1.87\nGLY_C   1.76\nGLY_O   1.40\n";
+QByteArray glycineRadiiFile() {
+    return QByteArray::fromStdString(glycineRadiiTable());
 }
 
 QByteArray largeStructure(int atoms) {
@@ -258,23 +243,23 @@ QByteArray largeStructure(int atoms) {
     // Off the lattice: nature has no two atoms at exactly the same height.
     QRandomGenerator random(1);
     const auto shift = [&] { return random.bounded(0.8) - 0.4; };
-    QByteArray text = "HEADER                                                        1BIG\n";
+    std::string text = headerLine("1BIG");
     for (int i = 0; i < residues; ++i) {
         const double x = i % edge * cell + shift();
         const double y = i / edge % edge * cell + shift();
         const double z = i / (edge * edge) * cell + shift();
         const char chain = i < residues / 2 ? 'A' : 'B';
-        const int number = i % (residues / 2) + 1;
-        text += atomLine(4 * i + 1, "N", "GLY", chain, number, x, y, z);
-        text += atomLine(4 * i + 2, "CA", "GLY", chain, number, x + 1.5, y, z);
-        text += atomLine(4 * i + 3, "C", "GLY", chain, number, x + 2.2, y + 1.3, z);
-        text += atomLine(4 * i + 4, "O", "GLY", chain, number, x + 1.6, y + 2.4, z + 0.4);
+        const std::string number = std::to_string(i % (residues / 2) + 1);
+        text += atomLine("N", "GLY", chain, number, x, y, z);
+        text += atomLine("CA", "GLY", chain, number, x + 1.5, y, z);
+        text += atomLine("C", "GLY", chain, number, x + 2.2, y + 1.3, z);
+        text += atomLine("O", "GLY", chain, number, x + 1.6, y + 2.4, z + 0.4);
     }
-    return text + "END\n";
+    return QByteArray::fromStdString(text + "END\n");
 }
 
 QString dataPath(const QString& name) {
-    return QStringLiteral(KELMO_SOURCE_DIR "/data/") + name;
+    return textOfPath(sourcePath("data") / name.toStdString());
 }
 
 void prepareKev(const QObject& window, const QStringList& files, const QString& radii,

@@ -3,6 +3,7 @@
 
 #include "app/kelmo_linux.h"
 #include "model/addition.h"
+#include "tests/support/test_files.h"
 
 #include <QByteArray>
 #include <QColor>
@@ -12,7 +13,6 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
@@ -28,7 +28,7 @@ class QFileDialog;
 
 namespace kelmo {
 
-/// An empty directory that is the working directory while this lives.
+/// A scratch directory that is the working directory while this lives.
 class cWorkingDirectory {
   public:
     cWorkingDirectory();
@@ -43,7 +43,7 @@ class cWorkingDirectory {
     QString file(const QString& name, const QByteArray& bytes) const;
 
   private:
-    QTemporaryDir place;
+    cScratchDirectory place;
     QString earlier;
 };
 
@@ -138,10 +138,9 @@ bool waitForStart(const QObject& window, const sModuleNames& names);
 /// Waits until the module is idle again; false after a minute.
 bool waitForEnd(const QObject& window, const sModuleNames& names);
 
-/// Two chains of one glycine each, 4 Å apart.
-QByteArray twoGlycines();
-/// A radius for each of its atoms.
-QByteArray glycineRadiiTable();
+/// The smallest structure of two chains, and a radius for each of its atoms.
+QByteArray glycineStructure();
+QByteArray glycineRadiiFile();
 /// A cluster of residues in two chains with about so many atoms, packed like a protein.
 QByteArray largeStructure(int atoms);
 /// The path of a shipped table or sample in the source tree.

@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 namespace kelmo {
 
@@ -51,7 +50,7 @@ class cEndToEndTest : public QObject {
 
     cXDisplay& display;
     std::unique_ptr<cWorkingDirectory> place;
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<cScratchDirectory> home;
     QProcess program;
 };
 
@@ -75,7 +74,7 @@ QStringList repeated(const QString& key, int times) {
 
 void cEndToEndTest::init() {
     place = std::make_unique<cWorkingDirectory>();
-    home = std::make_unique<QTemporaryDir>();
+    home = std::make_unique<cScratchDirectory>();
 }
 
 void cEndToEndTest::cleanup() {
@@ -88,8 +87,9 @@ void cEndToEndTest::cleanup() {
 
 void cEndToEndTest::start(const QString& executable) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("HOME", home->path());
-    environment.insert("XDG_RUNTIME_DIR", home->path());
+    const QString homePath = QString::fromStdString(home->path().string());
+    environment.insert("HOME", homePath);
+    environment.insert("XDG_RUNTIME_DIR", homePath);
     if (!environment.contains("KELMO_TEST_WITH_SESSION_BUS")) {
         // Nothing of the desktop in which the test is run.
         environment.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");

@@ -554,8 +554,8 @@ void cFormTest::guideNamesWhatIsInTheForm() {
     int named = 0;
     static const QRegularExpression bold(QStringLiteral("\\*\\*([^*]+)\\*\\*"));
     for (const char* page : {"getting-started", "structure-analysis", "interaction-analysis"}) {
-        const QString guide = QString::fromUtf8(bytesOf(
-            QStringLiteral(KELMO_SOURCE_DIR "/docs/user-guide/%1.md").arg(QLatin1String(page))));
+        const QString guide =
+            QString::fromStdString(sourceText(std::string("docs/user-guide/") + page + ".md"));
         for (const QRegularExpressionMatch& match : bold.globalMatch(guide)) {
             QVERIFY2(texts.contains(match.captured(1).replace('\n', ' ')),
                      qPrintable(match.captured(1)));

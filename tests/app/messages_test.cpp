@@ -175,8 +175,8 @@ void cMessagesTest::clearButtonsEmptyTheLog() {
 }
 
 void cMessagesTest::workersMessageCrossesThreads() {
-    const QString radii = place->file("a.radii", glycineRadiiTable());
-    prepareKev(*window, {place->file("missing.pdb", twoGlycines())}, radii, place->path());
+    const QString radii = place->file("a.radii", glycineRadiiFile());
+    prepareKev(*window, {place->file("missing.pdb", glycineStructure())}, radii, place->path());
     QVERIFY(QFile::remove(place->path("missing.pdb")));
     click(*window, kevNames.run);
     QVERIFY(waitForEnd(*window, kevNames));

@@ -122,7 +122,7 @@ void cRunControlTest::cleanup() {
 void cRunControlTest::kevChecksComeInTheirOrder() {
     // Everything is missing: only the first problem is told.
     QCOMPARE(clickRun(kevNames), red("No files loaded for analysis"));
-    addFiles(*window, kevNames, {place->file("a.pdb", twoGlycines())});
+    addFiles(*window, kevNames, {place->file("a.pdb", glycineStructure())});
     QCOMPARE(clickRun(kevNames), red("No attributes selected for analysis!"));
     for (const char* box : {"checkBoxCalcASA", "checkBoxCalcRASA", "checkBoxCalcDPX",
                             "checkBoxCalcCX", "checkBoxCalcHydro"}) {
@@ -154,7 +154,7 @@ void cRunControlTest::kevChecksComeInTheirOrder() {
     setText(*window, "lineEditRadiiFile", place->file("bad.radii", "# radii\n\nGLY_CA  1e0\n"));
     QCOMPARE(clickRun(kevNames), red("Radii file not properly formatted!\nError in line: 3"));
     // The tables come in the order radii, standard areas, hydrophobicity.
-    setText(*window, "lineEditRadiiFile", place->file("good.radii", glycineRadiiTable()));
+    setText(*window, "lineEditRadiiFile", place->file("good.radii", glycineRadiiFile()));
     setChecked(*window, "checkBoxCalcRASA");
     setChecked(*window, "checkBoxCalcHydro");
     QCOMPARE(clickRun(kevNames),
@@ -171,7 +171,7 @@ void cRunControlTest::kevChecksComeInTheirOrder() {
 
 void cRunControlTest::vorChecksComeInTheirOrder() {
     QCOMPARE(clickRun(vorNames), red("No files loaded for analysis!"));
-    addFiles(*window, vorNames, {place->file("a.pdb", twoGlycines())});
+    addFiles(*window, vorNames, {place->file("a.pdb", glycineStructure())});
     QCOMPARE(clickRun(vorNames), red("Please choose an output file format (XML or Table)!"));
     for (const char* box : {"checkBoxVORXmlOutput", "checkBoxVORTableOutput"}) {
         setChecked(*window, box);
@@ -208,8 +208,8 @@ void cRunControlTest::vorChecksComeInTheirOrder() {
 }
 
 void cRunControlTest::contactsReportAloneIsRefusedUnderDovreth() {
-    prepareVor(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareVor(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     click(*window, "radioButtonDovreth");
     QCOMPARE(clickRun(vorNames),
              red("Please choose an output file type (Contacts, Binding Residues or Binding "
@@ -223,8 +223,8 @@ void cRunControlTest::contactsReportAloneIsRefusedUnderDovreth() {
 }
 
 void cRunControlTest::outputDirectoryThatIsAFileIsRefused() {
-    const QString pdb = place->file("a.pdb", twoGlycines());
-    const QString radii = place->file("a.radii", glycineRadiiTable());
+    const QString pdb = place->file("a.pdb", glycineStructure());
+    const QString radii = place->file("a.radii", glycineRadiiFile());
     prepareKev(*window, {pdb}, radii, pdb);
     prepareVor(*window, {pdb}, radii, pdb);
     QCOMPARE(clickRun(kevNames),
@@ -243,7 +243,7 @@ void cRunControlTest::parameterFileThatIsNoRegularFileIsRefused_data() {
 void cRunControlTest::parameterFileThatIsNoRegularFileIsRefused() {
     QFETCH(QString, name);
     QCOMPARE(::mkfifo("pipe", 0600), 0);
-    const QString pdb = place->file("a.pdb", twoGlycines());
+    const QString pdb = place->file("a.pdb", glycineStructure());
     prepareKev(*window, {pdb}, name, place->path());
     prepareVor(*window, {pdb}, name, place->path());
     QCOMPARE(clickRun(kevNames),
@@ -286,8 +286,8 @@ void cRunControlTest::badTablesAreReported() {
     QFETCH(QString, field);
     QFETCH(QByteArray, table);
     QFETCH(QString, message);
-    prepareKev(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareKev(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     setChecked(*window, box.toLatin1().constData());
     setText(*window, field.toLatin1().constData(), place->file("table", table));
     QCOMPARE(clickRun(kevNames), red(message));
@@ -295,8 +295,8 @@ void cRunControlTest::badTablesAreReported() {
 }
 
 void cRunControlTest::tablesThatAreNotNeededAreNotRead() {
-    prepareKev(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareKev(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     setText(*window, "lineEditStandardASA", "/dev/zero");
     setText(*window, "lineEditHydrophobicityFile", "/nowhere");
     QCOMPARE(clickRun(kevNames), QStringList(coloured(Qt::blue, "Analysis started")));
@@ -323,8 +323,8 @@ void cRunControlTest::openInFStreamTellsInTheCurrentColour() {
 }
 
 void cRunControlTest::missingContactRulesEndTheClick() {
-    prepareVor(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareVor(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     click(*window, "radioButtonKRBHovik");
     QCOMPARE(clickRun(vorNames),
              QStringList(coloured(Qt::black, "Could not open file aa_contacts.txt")));
@@ -334,8 +334,8 @@ void cRunControlTest::missingContactRulesEndTheClick() {
 }
 
 void cRunControlTest::contactRulesThatBreakTheirColumnsAreReported() {
-    prepareVor(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareVor(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     place->file("aa_contacts.txt", "header\n"
                                    "GLY   1  CA   GLY   1  CA    6.00     4\n"
                                    "GLY   1  CA\n");
@@ -473,8 +473,8 @@ void cRunControlTest::vorRunWritesWhatTheWorkerWrites() {
 }
 
 void cRunControlTest::areasAreWrittenOnlyWhenBothBoxesAreChecked() {
-    prepareKev(*window, {place->file("a.pdb", twoGlycines())},
-               place->file("a.radii", glycineRadiiTable()), place->directory("out"));
+    prepareKev(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("a.radii", glycineRadiiFile()), place->directory("out"));
     setChecked(*window, "checkBoxCalcCX");
     for (const bool calculated : {false, true}) {
         for (const bool written : {false, true}) {
@@ -496,7 +496,7 @@ void cRunControlTest::areasAreWrittenOnlyWhenBothBoxesAreChecked() {
 
 void cRunControlTest::buttonsFollowTheRun() {
     prepareKev(*window, {place->file("a.pdb", largeStructure(4000))},
-               place->file("a.radii", glycineRadiiTable()), place->path());
+               place->file("a.radii", glycineRadiiFile()), place->path());
     const auto* run = widget<QPushButton>(*window, kevNames.run);
     const auto* stop = widget<QPushButton>(*window, kevNames.stop);
     click(*window, kevNames.run);
@@ -511,7 +511,7 @@ void cRunControlTest::buttonsFollowTheRun() {
 }
 
 void cRunControlTest::messagesOfARunComeInOrder() {
-    const QString a = place->file("a.pdb", twoGlycines());
+    const QString a = place->file("a.pdb", glycineStructure());
     const QString b = place->file("b.pdb", "ATOM  nonsense\n");
     prepareVor(*window, {a, b}, place->file("a.radii", "GLY_CA  1.87\n"), place->path());
     click(*window, vorNames.run);
@@ -530,7 +530,7 @@ void cRunControlTest::messagesOfARunComeInOrder() {
 
 void cRunControlTest::clickWhileRunningIsIgnored() {
     prepareKev(*window, {place->file("a.pdb", largeStructure(4000))},
-               place->file("a.radii", glycineRadiiTable()), place->path());
+               place->file("a.radii", glycineRadiiFile()), place->path());
     // The second call comes before the window has heard of the start.
     window->on_pushButtonKEVRUN_clicked();
     window->on_pushButtonKEVRUN_clicked();
@@ -540,8 +540,8 @@ void cRunControlTest::clickWhileRunningIsIgnored() {
 }
 
 void cRunControlTest::laterRunUsesTheFormAnew() {
-    const QString radii = place->file("a.radii", glycineRadiiTable());
-    prepareKev(*window, {place->file("a.pdb", twoGlycines())}, radii, place->directory("one"));
+    const QString radii = place->file("a.radii", glycineRadiiFile());
+    prepareKev(*window, {place->file("a.pdb", glycineStructure())}, radii, place->directory("one"));
     chooseEverything();
     click(*window, kevNames.run);
     QVERIFY(waitForEnd(*window, kevNames));
@@ -564,7 +564,7 @@ void cRunControlTest::laterRunUsesTheFormAnew() {
 
 void cRunControlTest::modulesRunSideBySide() {
     const QString pdb = place->file("a.pdb", largeStructure(4000));
-    const QString radii = place->file("a.radii", glycineRadiiTable());
+    const QString radii = place->file("a.radii", glycineRadiiFile());
     prepareKev(*window, {pdb}, radii, place->directory("out"));
     prepareVor(*window, {pdb}, radii, place->path("out"));
     click(*window, kevNames.run);

@@ -74,12 +74,12 @@ void cRunProgressTest::everyFileOfARunIsCounted() {
     const cWorkingDirectory place;
     kelmo window;
     const sModuleNames& names = isKev ? kevNames : vorNames;
-    const QString radii = place.file("a.radii", glycineRadiiTable());
+    const QString radii = place.file("a.radii", glycineRadiiFile());
     const QString fewRadii = place.file("few.radii", "GLY_N   1.65\n");
-    const QString good = place.file("good.pdb", twoGlycines());
+    const QString good = place.file("good.pdb", glycineStructure());
     const QStringList files = {
         good, place.file("gone.pdb", "x"), place.file("bad.pdb", "ATOM  nonsense\n"),
-        place.file("empty.pdb", "END\n"), place.file("again.pdb", twoGlycines())};
+        place.file("empty.pdb", "END\n"), place.file("again.pdb", glycineStructure())};
     isKev ? prepareKev(window, files, fewRadii, place.path())
           : prepareVor(window, files, fewRadii, place.path());
     QVERIFY(QFile::remove(place.path("gone.pdb")));

@@ -393,7 +393,7 @@ void cSettingsTest::pipeIsNoSettingsFile() {
 }
 
 void cSettingsTest::documentedExamplesAreWhatTheWindowWrites() {
-    const QByteArray page = bytesOf(QStringLiteral(KELMO_SOURCE_DIR "/docs/formats/settings.md"));
+    const QByteArray page = QByteArray::fromStdString(sourceText("docs/formats/settings.md"));
     QByteArrayList blocks;
     for (qsizetype begin = page.indexOf("```\n"); begin >= 0;
          begin = page.indexOf("```\n", begin)) {

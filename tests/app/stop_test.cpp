@@ -3,6 +3,7 @@
 
 #include "run/analysis_run.h"
 #include "tests/app/app_test_tools.h"
+#include "tests/support/pdb_lines.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -82,7 +83,7 @@ const sModuleNames& cStopTest::names() const {
 }
 
 void cStopTest::prepare(const QStringList& files) {
-    const QString radii = place->file("a.radii", glycineRadiiTable());
+    const QString radii = place->file("a.radii", glycineRadiiFile());
     const QString out = place->directory("out");
     names().list == kevNames.list ? prepareKev(*window, files, radii, out)
                                   : prepareVor(*window, files, radii, out);
@@ -108,7 +109,7 @@ void cStopTest::prepareOften(const QString& file, int times) {
 QStringList cStopTest::fileNames(int count) const {
     QStringList files;
     for (int i = 0; i < count; ++i) {
-        files.append(place->file(QStringLiteral("f%1.pdb").arg(i), twoGlycines()));
+        files.append(place->file(QStringLiteral("f%1.pdb").arg(i), glycineStructure()));
     }
     return files;
 }
@@ -151,7 +152,7 @@ void cStopTest::nextRunFinishesNormally() {
     QVERIFY(waitForStart(*window, names()));
     stopButton().click();
     clickAndChoose(*window, names().loadList,
-                   place->file("small.fls", place->file("small.pdb", twoGlycines()).toUtf8()));
+                   place->file("small.fls", place->file("small.pdb", glycineStructure()).toUtf8()));
     click(*window, names().clear);
     runButton().click();
     QVERIFY(waitForEnd(*window, names()));
@@ -238,13 +239,12 @@ double processorTime() {
 
 /// Atoms on an exact lattice, where rounding decides in every slice: the slowest input there is.
 QByteArray latticeStructure() {
-    QByteArray text;
+    std::string text;
     for (int i = 0; i < 20'000; ++i) {
-        text += QString::asprintf("ATOM  %5d  CA  ALA A%4d    %8.3f%8.3f%8.3f\n", i, i / 10,
-                                  1.5 * (i % 30), 1.5 * (i / 30 % 30), 1.5 * (i / 900))
-                    .toLatin1();
+        text += atomLine("CA", "ALA", 'A', std::to_string(i / 10), 1.5 * (i % 30),
+                         1.5 * (i / 30 % 30), 1.5 * (i / 900));
     }
-    return text;
+    return QByteArray::fromStdString(text);
 }
 
 void cStopTest::stopOfALargeStructureIsQuick() {
@@ -327,7 +327,7 @@ void cStopTest::destroyingWhileRunningIsClean() {
 void cStopTest::windowAnswersDuringALongRun() {
     constexpr int files = 10'000 / KELMO_SLOWNESS;
     constexpr int longestPause = 500; // ms
-    prepareOften(place->file("a.pdb", twoGlycines()), files);
+    prepareOften(place->file("a.pdb", glycineStructure()), files);
     setChecked(*window, "checkBoxKEVAnalyseChain", false);
     setChecked(*window, "checkBoxKEVXMLOutput", false);
     window->show();

@@ -1,8 +1,6 @@
 // Numbers as text, held against the three writers whose output they stand in for.
 #include "base/number_text.h"
-
-#include <QString>
-#include <QTextStream>
+#include "tests/support/toolkit_stream.h"
 
 #include <gtest/gtest.h>
 
@@ -130,22 +128,6 @@ class cStandardStream {
   private:
     std::ostringstream stream;
     std::string text;
-};
-
-/// What the toolkit's stream writes with the precision of the tables; its notation is the default.
-class cToolkitStream {
-  public:
-    cToolkitStream() { stream.setRealNumberPrecision(tableDigits); }
-    std::string textOf(double value) {
-        text.clear();
-        stream << value;
-        stream.flush();
-        return text.toStdString();
-    }
-
-  private:
-    QString text;
-    QTextStream stream{&text};
 };
 
 } // namespace

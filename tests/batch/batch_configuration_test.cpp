@@ -1,7 +1,7 @@
 // Configuration files, line by line: what is read, what is refused and what the user is told.
 #include "analysis/configuration.h"
 #include "base/usage_error.h"
-#include "tests/batch/test_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +37,7 @@ class BatchConfiguration : public testing::Test {
         return {};
     }
 
-    cTestDirectory directory;
+    cScratchDirectory directory;
 };
 
 std::string valueOf(const cSettings& settings, const char* key) {

@@ -22,8 +22,7 @@ class BatchDocumentation : public cBatchFixture {
     }
 };
 
-const std::string sources = KELMO_SOURCE_DIR;
-const std::string page = sources + "/docs/kelmo-batch.md";
+const std::string page = sourceText("docs/kelmo-batch.md");
 
 /// What the first group of the pattern matches in a text, in order.
 std::vector<std::string> matchesIn(const std::string& text, const char* pattern) {
@@ -45,7 +44,7 @@ std::set<std::string> optionsIn(const std::string& text) {
 } // namespace
 
 TEST_F(BatchDocumentation, HelpOnThePageIsTheHelpOfTheProgram) {
-    const auto blocks = fencedBlocks(page, "");
+    const auto blocks = fencedBlocks(page);
     ASSERT_EQ(blocks.size(), 1U);
     EXPECT_EQ(runBatch({"--help"}).out, blocks[0]);
 }
@@ -73,7 +72,7 @@ TEST_F(BatchDocumentation, CommandsOnThePageWork) {
 }
 
 TEST_F(BatchDocumentation, ManualPageHasTheOptionsOfTheHelp) {
-    std::string manual = contentOf(sources + "/packaging/kelmo-batch.1");
+    std::string manual = sourceText("packaging/kelmo-batch.1");
     for (auto at = manual.find("\\-"); at != std::string::npos; at = manual.find("\\-")) {
         manual.erase(at, 1);
     }
@@ -83,7 +82,7 @@ TEST_F(BatchDocumentation, ManualPageHasTheOptionsOfTheHelp) {
 }
 
 TEST_F(BatchDocumentation, ExampleOfAnInputListIsRead) {
-    const auto blocks = fencedBlocks(sources + "/docs/formats/input-list.md", "");
+    const auto blocks = fencedBlocks(sourceText("docs/formats/input-list.md"));
     ASSERT_EQ(blocks.size(), 1U);
     directory.write("set1.fls", blocks[0]);
     directory.linkSample("1ubq", "structures/1ubq.pdb");
@@ -96,7 +95,7 @@ TEST_F(BatchDocumentation, ExampleOfAnInputListIsRead) {
 
 TEST_F(BatchDocumentation, EveryDocumentedKeyIsTaken) {
     // Rows of the two tables: the keys stand in backquotes in the first column.
-    const std::string text = contentOf(sources + "/docs/formats/configuration.md");
+    const std::string text = sourceText("docs/formats/configuration.md");
     const auto vorBegins = text.find("## Keys of the interaction module");
     ASSERT_NE(vorBegins, std::string::npos);
     const auto expectKeysAreTaken = [&](const std::string& module, const std::string& table) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/batch/batch_process.h"
-#include "tests/batch/test_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ class cBatchFixture : public testing::Test {
         return names;
     }
 
-    cTestDirectory directory;
+    cScratchDirectory directory;
     const std::string ubiquitin = samplePath("1ubq").string();
     const std::string haemoglobin = samplePath("2hhb").string();
     const std::string antibody = samplePath("1a0q").string();

@@ -1,8 +1,6 @@
 // Input files: where they come from, what their names may be, and what happens to those that fail.
 #include "tests/batch/batch_fixture.h"
 
-#include <array>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -108,8 +106,7 @@ TEST_F(BatchInputs, NamesMayHoldAnyBytes) {
 
 TEST_F(BatchInputs, OtherPathsMayHoldAnyBytesToo) {
     directory.makeDirectory("\xfc");
-    directory.write("\xfc/\xe4.radii",
-                    contentOf(std::string(KELMO_SOURCE_DIR) + "/data/protor.radii"));
+    directory.write("\xfc/\xe4.radii", sourceText("data/protor.radii"));
     directory.write("\xfc/\xe4.cfg", "radii_filename:\t\xfc/\xe4.radii\nwrite_xml:\t0\n");
     EXPECT_EQ(runAlone({"kev", "--config", "\xfc/\xe4.cfg", "--output-dir", "\xfc",
                         "--stamp=200703141530", ubiquitin})

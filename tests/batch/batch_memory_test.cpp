@@ -2,21 +2,18 @@
 // too large for the memory is an error of that file. Not for sanitizers, which have a memory of
 // their own.
 #include "tests/batch/batch_fixture.h"
+#include "tests/support/pdb_lines.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <thread>
 
 namespace kelmo {
 
 namespace {
 
-std::string atomLine(int number, double x) {
-    char line[64];
-    std::snprintf(line, sizeof line, "ATOM  %5d  CA  GLY A%4d    %8.3f%8.3f%8.3f\n",
-                  number % 100'000, number % 10'000, x, 0.0, 0.0);
-    return line;
+std::string alphaCarbon(unsigned serial, double x) {
+    return atomLine("CA", "GLY", 'A', std::to_string(serial % 10'000), x, 0, 0, serial);
 }
 
 struct sUse {
@@ -29,7 +26,7 @@ class BatchMemory : public cBatchFixture {
   protected:
     /// What a run over that many tiny files uses.
     sUse useOf(int fileCount, const std::string& jobs) const {
-        directory.write("tiny.pdb", atomLine(1, 0.0) + atomLine(2, 4.0) + "END\n");
+        directory.write("tiny.pdb", alphaCarbon(1, 0.0) + alphaCarbon(2, 4.0) + "END\n");
         std::string list;
         for (int i = 0; i < fileCount; ++i) {
             const std::string name =
@@ -77,10 +74,10 @@ class BatchMemory : public cBatchFixture {
     static constexpr std::size_t spareMemory = std::size_t{48} << 20;
 
     static std::string hugeStructure() {
-        constexpr int atoms = 500'000;
+        constexpr unsigned atoms = 500'000;
         std::string text;
-        for (int i = 0; i < atoms; ++i) {
-            text += atomLine(i, i % 2000 * 4.0);
+        for (unsigned i = 0; i < atoms; ++i) {
+            text += alphaCarbon(i, i % 2000 * 4.0);
         }
         return text + "END\n";
     }
@@ -135,7 +132,7 @@ TEST_F(BatchMemory, FileThatIsTooLargeFailsAndTheOthersAreAnalysed) {
 
 TEST_F(BatchMemory, RoomIsNeededForWhatIsReadOnly) {
     // One model, and behind its end as much as a trajectory holds.
-    directory.write("long.pdb", contentOf(ubiquitin));
+    directory.write("long.pdb", sampleText("1ubq"));
     std::filesystem::resize_file(directory.path() / "long.pdb", std::uintmax_t{4} << 30);
     sProcessManner manner;
     manner.memoryLimit = useOf(300, "1").peakAddressSpace + spareMemory;

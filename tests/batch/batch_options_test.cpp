@@ -2,7 +2,7 @@
 #include "base/usage_error.h"
 #include "batch/options.h"
 #include "tests/batch/batch_process.h"
-#include "tests/batch/test_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 

@@ -7,6 +7,7 @@
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
 #include "run/file_path.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -190,8 +191,7 @@ TEST(StopSignal, IgnoredSignalStaysIgnored) {
 }
 
 TEST(ShippedData, TestsRunInTheBuildTreeAndUseItsSources) {
-    EXPECT_TRUE(std::filesystem::equivalent(shippedDataDirectories().front(),
-                                            std::filesystem::path(KELMO_SOURCE_DIR) / "data"));
+    EXPECT_TRUE(std::filesystem::equivalent(shippedDataDirectories().front(), sourcePath("data")));
     EXPECT_EQ(shippedDataDirectories().size(), 3U);
     EXPECT_TRUE(shippedTable("protor.radii").native().ends_with("/data/protor.radii"));
 }

@@ -193,8 +193,4 @@ std::filesystem::path batchProgram() {
     return std::filesystem::path(KELMO_BINARY_DIR) / "bin" / "kelmo-batch";
 }
 
-std::filesystem::path samplePath(const std::string& code) {
-    return std::filesystem::path(KELMO_SOURCE_DIR) / "data" / "samples" / (code + ".pdb");
-}
-
 } // namespace kelmo

@@ -70,7 +70,4 @@ sProcessOutcome runBatch(const std::vector<std::string>& arguments,
 
 /// The kelmo-batch of this build.
 std::filesystem::path batchProgram();
-/// A file of data/samples, such as "1ubq".
-std::filesystem::path samplePath(const std::string& code);
-
 } // namespace kelmo

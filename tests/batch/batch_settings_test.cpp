@@ -28,7 +28,7 @@ class VorSettings : public KevSettings {
     }
 };
 
-const std::string tableDirectory = std::string(KELMO_SOURCE_DIR) + "/data/";
+const std::string tableDirectory = sourcePath("data/").string();
 
 const char* const invalidRadii =
     "Not a valid radii file path!\n"
@@ -65,8 +65,7 @@ TEST_F(KevSettings, DefaultsAreEverythingWithTheShippedTables) {
 }
 
 TEST_F(KevSettings, DocumentedDefaultsGiveTheSameReports) {
-    std::string configuration =
-        fencedBlocks(std::string(KELMO_SOURCE_DIR) + "/docs/formats/configuration.md", "").at(0);
+    std::string configuration = fencedBlocks(sourceText("docs/formats/configuration.md")).at(0);
     const std::string place = "tables/";
     for (auto at = configuration.find(place); at != std::string::npos;
          at = configuration.find(place)) {
@@ -83,7 +82,7 @@ TEST_F(KevSettings, DocumentedDefaultsGiveTheSameReports) {
 }
 
 TEST_F(KevSettings, ConfigurationDecidesWhatIsComputedAndWritten) {
-    directory.write("tables/my.radii", contentOf(tableDirectory + "protor.radii"));
+    directory.write("tables/my.radii", sourceText("data/protor.radii"));
     directory.write("run.cfg", "analyze_bound:\t0\nanalyze_unbound:\t1\ncalc_asa:\t1\n"
                                "z_slice:\t0.5\nr_solvent:\t1.2\nwrite_asa:\t0\ncalc_rasa:\t0\n"
                                "calc_dpx:\t0\ncalc_cx:\t1\ncx_threshold:\t8.5\ncx_volume:\t18\n"
@@ -221,7 +220,7 @@ TEST_F(KevSettings, FaultyLineOfATableIsNamedWithThePlaceOfItsSetting) {
 }
 
 TEST_F(KevSettings, TablesMustHaveAllAminoAcids) {
-    std::string scale = contentOf(tableDirectory + "kyte-doolittle.hpb");
+    std::string scale = sourceText("data/kyte-doolittle.hpb");
     scale.erase(scale.find("\nGLY"),
                 scale.find('\n', scale.find("\nGLY") + 1) - scale.find("\nGLY"));
     directory.write("short.hpb", scale);
@@ -277,8 +276,7 @@ TEST_F(VorSettings, DefaultsAreAllReportsByMaximumDistance) {
 }
 
 TEST_F(VorSettings, DocumentedConfigurationGivesTheSameReports) {
-    std::string configuration =
-        fencedBlocks(std::string(KELMO_SOURCE_DIR) + "/docs/formats/configuration.md", "").at(1);
+    std::string configuration = fencedBlocks(sourceText("docs/formats/configuration.md")).at(1);
     const std::string place = "tables/";
     configuration.replace(configuration.find(place), place.size(), tableDirectory);
     directory.write("run.cfg", configuration);

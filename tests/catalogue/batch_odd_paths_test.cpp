@@ -33,8 +33,7 @@ class BatchOddPaths : public cBatchFixture, public testing::WithParamInterface<s
     BatchOddPaths() {
         directory.linkSample("2hhb", name + "/" + name + ".pdb");
         for (const auto& [table, suffix] : tables) {
-            directory.write(name + "/" + name + suffix,
-                            contentOf(std::filesystem::path(KELMO_SOURCE_DIR) / "data" / table));
+            directory.write(name + "/" + name + suffix, sourceText(std::string("data/") + table));
         }
         directory.makeDirectory(name + "/out");
     }

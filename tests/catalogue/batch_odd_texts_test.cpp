@@ -23,7 +23,7 @@ const std::string byteOrderMark = "\xEF\xBB\xBF";
 const std::string replacement = "\xEF\xBF\xBD"; // as which it is shown
 
 std::string shipped(const char* name) {
-    return contentOf(std::filesystem::path(KELMO_SOURCE_DIR) / "data" / name);
+    return sourceText(std::string("data/") + name);
 }
 
 /// How a run with an odd text ends: the exit status and what stands in its messages.
@@ -38,7 +38,7 @@ class BatchOddTexts : public cBatchFixture {
   protected:
     BatchOddTexts() {
         // A structure of few atoms: the runs that go well are to be short.
-        const std::string sample = contentOf(ubiquitin);
+        const std::string sample = sampleText("1ubq");
         directory.write("a.pdb", sample.substr(0, sample.find("ATOM     30")));
     }
 

@@ -1,11 +1,10 @@
 #include "tests/catalogue/odd_inputs.h"
 
-#include "tests/input/pdb_lines.h"
+#include "tests/support/pdb_lines.h"
 
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <ostream>
 #include <random>
 #include <string_view>
@@ -17,33 +16,9 @@ using namespace std::string_literals;
 
 namespace {
 
-/// Four atoms of one residue, with names that the shipped radii know; `z` moves it as a whole.
-std::string glycine(char chain, const std::string& number, const std::string& z) {
-    return sAtomLine{.name = "N", .residue = "GLY", .chain = chain, .number = number, .z = z}
-               .line() +
-           sAtomLine{.residue = "GLY", .chain = chain, .number = number, .x = "1.500", .z = z}
-               .line() +
-           sAtomLine{.name = "C",
-                     .residue = "GLY",
-                     .chain = chain,
-                     .number = number,
-                     .x = "2.000",
-                     .y = "1.500",
-                     .z = z}
-               .line() +
-           sAtomLine{.name = "O",
-                     .residue = "GLY",
-                     .chain = chain,
-                     .number = number,
-                     .x = "1.000",
-                     .y = "2.500",
-                     .z = z}
-               .line();
-}
-
 /// Nothing odd: two chains of one glycine each, 4 Å apart, in eight lines of 55 bytes.
 const std::string& glycines() {
-    static const std::string text = glycine('L', "1", "0.000") + glycine('H', "2", "4.000");
+    static const std::string text = glycine('L', "1", 0.0) + glycine('H', "2", 4.0);
     return text;
 }
 
@@ -136,7 +111,7 @@ tOddInputs chainsAndNumbers() {
         {"blank chain id", replaced(glycines(), "GLY L", "GLY  "), 0, 8, 2, "*H"},
         {"no chain id at all", replaced(replaced(glycines(), "GLY L", "GLY  "), "GLY H", "GLY  "),
          0, 8, 2, "*"},
-        {"chain id that returns", glycines() + glycine('L', "3", "8.000"), 0, 12, 3, "LHL"},
+        {"chain id that returns", glycines() + glycine('L', "3", 8.0), 0, 12, 3, "LHL"},
         {"chains that take turns at every residue", glycines() + glycines() + glycines(), 0, 24, 6,
          "LHLHLH"},
         {"chain ids that differ in case alone", replaced(glycines(), "GLY H", "GLY l"), 0, 8, 2,
@@ -354,16 +329,20 @@ void writeCloud(std::ostream& out, std::size_t residues, double atomVolume) {
                                                 "CG1", "CG2", "OG1", "CD1", "OXT"};
     const double edge = std::cbrt(static_cast<double>(residues * names.size()) * atomVolume);
     std::mt19937 generator(1);
-    std::array<char, 64> line{};
     for (std::size_t residue = 0; residue < residues; ++residue) {
         for (const char* name : names) {
             const double x = upTo(edge, generator);
             const double y = upTo(edge, generator);
             const double z = upTo(edge, generator);
-            std::snprintf(line.data(), line.size(),
-                          "ATOM  *****  %-3s THR %c%4zu    %8.3f%8.3f%8.3f\n", name,
-                          residue < residues / 2 ? 'A' : 'B', residue % 10'000, x, y, z);
-            out << line.data();
+            out << sAtomLine{.serial = "*****",
+                             .name = name,
+                             .residue = "THR",
+                             .chain = residue < residues / 2 ? 'A' : 'B',
+                             .number = std::to_string(residue % 10'000),
+                             .x = coordinateText(x),
+                             .y = coordinateText(y),
+                             .z = coordinateText(z)}
+                       .line();
         }
     }
 }

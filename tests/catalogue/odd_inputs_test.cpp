@@ -1,13 +1,13 @@
 // Every file of the catalogue through the reader and through both workers with everything on.
 #include "tests/catalogue/odd_inputs.h"
-#include "tests/input/pdb_lines.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <ostream>
 

@@ -3,7 +3,8 @@
 #include "tests/run/reference_runs.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/support/random_structure.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 

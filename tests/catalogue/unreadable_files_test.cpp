@@ -5,7 +5,7 @@
 #include "run/crunkev_linux.h"
 #include "run/file_path.h"
 #include "run/run_vor_linux.h"
-#include "tests/batch/test_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +64,7 @@ class UnreadableFile : public testing::Test {
         return text;
     }
 
-    const cTestDirectory directory;
+    const cScratchDirectory directory;
     const std::filesystem::path file = directory.write("secret", "ATOM\n");
     const cNoOverride plainUser;
 };

@@ -67,15 +67,14 @@ const QByteArray megabyte(1 << 20, 'x');
 
 /// The lines of a settings file with everything on, up to the input files.
 QByteArray kevSettings(const QByteArray& out) {
-    const QByteArray data = KELMO_SOURCE_DIR "/data/";
+    const QByteArray data = dataPath("").toUtf8();
     return "1\n1\n1\n1\n1\n1\n1\n1\n0.25\n1.4\n1\n10\n20.1\n" + data + "ala-x-ala.asa\n" + data +
            "kyte-doolittle.hpb\n" + data + "protor.radii\n1\n1\n" + out + "\n\n\n\n\n";
 }
 
 QByteArray vorSettings(const QByteArray& out) {
-    return "1\n0\n0\n0\n4.5\n4.5\n0.5\n1\n0.25\n1.4\n" KELMO_SOURCE_DIR
-           "/data/protor.radii\n1\n1\n1\n1\n1\n" +
-           out + "\n\n\n\n\n";
+    return "1\n0\n0\n0\n4.5\n4.5\n0.5\n1\n0.25\n1.4\n" + dataPath("protor.radii").toUtf8() +
+           "\n1\n1\n1\n1\n1\n" + out + "\n\n\n\n\n";
 }
 
 /// Texts that are no lists and no settings.
@@ -254,7 +253,7 @@ void cWindowOddInputsTest::tablesThatAreNoFileAreRefused_data() {
 
 void cWindowOddInputsTest::tablesThatAreNoFileAreRefused() {
     QFETCH(QString, table);
-    place->file("a.pdb", twoGlycines());
+    place->file("a.pdb", glycineStructure());
     QCOMPARE(::mkfifo("pipe", 0600), 0);
     startWithEverything("a.pdb\n");
     const bool isRules = table == QLatin1String("aa_contacts.txt");

@@ -4,15 +4,15 @@
 #include "contacts/residue_contact.h"
 #include "geometry/atom_grid.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cctype>
 #include <cmath>
-#include <cstdio>
-#include <fstream>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -42,12 +42,7 @@ class cPdbText {
         return *this;
     }
     cPdbText& atom(const std::string& name, double x, double y, double z) {
-        const bool hasInsertionCode = std::isalpha(static_cast<unsigned char>(number.back())) != 0;
-        const std::string numberField = hasInsertionCode ? number : number + " ";
-        char line[128];
-        std::snprintf(line, sizeof line, "ATOM  %5d %-4s %3s %c%5s   %8.3f%8.3f%8.3f\n", ++serial,
-                      name.c_str(), residueName.c_str(), chain, numberField.c_str(), x, y, z);
-        lines += line;
+        lines += atomLine(name, residueName, chain, number, x, y, z, ++serial);
         return *this;
     }
     const std::string& text() const { return lines; }
@@ -57,30 +52,18 @@ class cPdbText {
     std::string residueName;
     std::string number;
     char chain = 'A';
-    int serial = 0;
+    unsigned serial = 0;
 };
 
 cPdbPeptide read(const std::string& text, const tRadii& radii = {}) {
-    std::istringstream in(text);
-    std::set<std::string> missingRadii;
-    cPdbPeptide peptide;
-    EXPECT_EQ(peptide.loadFromStream(in, radii, missingRadii), 0);
-    return peptide;
-}
-
-std::string sampleText(const std::string& name) {
-    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/samples/" + name);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return structureOf(text, radii);
 }
 
 /// The lines of one chain only.
 std::string chainText(const std::string& text, char chainId) {
-    std::istringstream in(text);
     std::string lines;
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("ATOM") && line[21] == chainId) {
+    for (const std::string& line : atomLinesOf(text)) {
+        if (line[21] == chainId) {
             lines += line + "\n";
         }
     }
@@ -704,7 +687,7 @@ TEST(ContactResolution, MoreThanAThousandNeighboursAreAllFound) {
 }
 
 TEST(ContactResolution, SingleChainHasNoContacts) {
-    cPdbPeptide peptide = read(chainText(sampleText("1a0q.pdb"), 'L'));
+    cPdbPeptide peptide = read(chainText(sampleText("1a0q"), 'L'));
     ASSERT_EQ(peptide.chains.size(), 1U);
     peptide.resolveThresholdContacts(10.0);
     EXPECT_TRUE(peptide.contacts.empty());
@@ -756,7 +739,7 @@ TEST(ContactResolution, BindingFlagsAreNeverReset) {
 
 TEST(ContactResolution, OnlyRulesGiveTypesWhenNoSpheresAreInReach) {
     const contactMap rules = sampleRules();
-    cPdbPeptide peptide = read(sampleText("2hhb.pdb"), sampleRadii());
+    cPdbPeptide peptide = read(sampleText("2hhb"), sampleRadii());
     peptide.resolveHovikKRBContacts(-99.0, 6.0, rules);
     EXPECT_FALSE(peptide.contacts.empty());
     for (const cResidueContact& contact : peptide.contacts) {
@@ -767,7 +750,7 @@ TEST(ContactResolution, OnlyRulesGiveTypesWhenNoSpheresAreInReach) {
 
 TEST(ContactResolution, SearchEqualsTheSearchPairByPairOnProteins) {
     const contactMap rules = sampleRules();
-    for (const std::string name : {"1a0q.pdb", "2hhb.pdb"}) {
+    for (const std::string name : {"1a0q", "2hhb"}) {
         const cPdbPeptide peptide = read(sampleText(name), sampleRadii());
         std::size_t records = 0;
         for (const sSearch& search :
@@ -842,7 +825,7 @@ TEST(ContactList, HoldsTheRecordsOfTheStructure) {
 
 TEST(ContactList, TypeSetsStandOnceInAscendingOrderTheEmptyOneFirst) {
     const contactMap rules = sampleRules();
-    cPdbPeptide peptide = read(sampleText("2hhb.pdb"), sampleRadii());
+    cPdbPeptide peptide = read(sampleText("2hhb"), sampleRadii());
     const sContactList list = findContacts(peptide, vorda, 6.0, 1.125, &rules);
     ASSERT_GT(list.typeSets.size(), 2U);
     EXPECT_TRUE(list.typeSets.front().empty());
@@ -887,7 +870,7 @@ TEST(ContactList, ChainsOfResiduesFollowTheChains) {
 class DovrethContacts : public testing::Test {
   protected:
     // Two chains of a protein that touch.
-    const std::string text = sampleText("1a0q.pdb");
+    const std::string text = sampleText("1a0q");
     cPdbPeptide peptide = read(text, sampleRadii());
 
     void SetUp() override { peptide.setAccessibleSurfaceArea(probeRadius, zSlice); }
@@ -1003,7 +986,7 @@ TEST(DovrethFlags, AreaThatIsLargerInTheComplexCountsToo) {
 // ---- Stops ----
 
 TEST(ContactStop, EveryResidueAndEverySortingIsAStopsOpportunity) {
-    const cPdbPeptide peptide = read(sampleText("2hhb.pdb"));
+    const cPdbPeptide peptide = read(sampleText("2hhb"));
     const contactMap rules = sampleRules();
     for (const eInteractionCriterion criterion : {maximumDistance, prism, vorda}) {
         const auto resolve = [&](int lastQuestion) {

@@ -3,11 +3,12 @@
 #include "data/generate/residue_template.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -18,36 +19,8 @@ namespace kelmo {
 
 namespace {
 
-const std::string tableDirectory = std::string(KELMO_SOURCE_DIR) + "/data/";
-
-std::map<std::string, double> readRadii(const std::string& file) {
-    std::ifstream in(tableDirectory + file);
-    std::map<std::string, double> radii;
-    EXPECT_EQ(getVdWrRadii(in, radii), 0) << file;
-    return radii;
-}
-
-std::map<std::string, double> readScale(const std::string& file) {
-    std::ifstream in(tableDirectory + file);
-    std::map<std::string, double> scale;
-    EXPECT_EQ(getHydrophobicity(in, scale), 0) << file;
-    return scale;
-}
-
-std::map<std::string, sAsa> readStandardAreas() {
-    std::ifstream in(tableDirectory + "ala-x-ala.asa");
-    std::map<std::string, sAsa> standards;
-    EXPECT_EQ(getStandardAsa(in, standards), 0);
-    return standards;
-}
-
 std::vector<std::string> readLines(const std::string& file) {
-    std::ifstream in(tableDirectory + file);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
+    return linesOf(sourceText("data/" + file));
 }
 
 /// Lines that hold an entry rather than a comment.
@@ -73,7 +46,7 @@ bool isAminoAcid(const std::string& residue) {
 }
 
 struct sSample {
-    const char* file;
+    std::string file;
     const char* code;
     unsigned atomCount;
     unsigned chainCount;
@@ -90,7 +63,7 @@ class HydrophobicityTable : public testing::TestWithParam<const char*> {};
 } // namespace
 
 TEST_P(RadiiTable, HoldsEveryHeavyAtomOfTheStandardResidues) {
-    const std::map<std::string, double> radii = readRadii(GetParam());
+    const std::map<std::string, double> radii = shippedRadii(GetParam());
     ASSERT_EQ(residueTemplates().size(), 20U);
     for (const sResidueTemplate& residue : residueTemplates()) {
         std::vector<std::string> atoms = heavyAtomNames(residue);
@@ -102,7 +75,7 @@ TEST_P(RadiiTable, HoldsEveryHeavyAtomOfTheStandardResidues) {
 }
 
 TEST_P(RadiiTable, NamesNoHeavyAtomThatAStandardResidueLacks) {
-    for (const auto& [key, radius] : readRadii(GetParam())) {
+    for (const auto& [key, radius] : shippedRadii(GetParam())) {
         const std::string atom = atomPart(key);
         const bool isHydrogen = atom.find('H') == 0 || std::isdigit(atom.front()) != 0;
         if (!isAminoAcid(residuePart(key)) || isHydrogen || atom == "OXT") {
@@ -114,22 +87,21 @@ TEST_P(RadiiTable, NamesNoHeavyAtomThatAStandardResidueLacks) {
 }
 
 TEST_P(RadiiTable, HasNoKeyTwice) {
-    EXPECT_EQ(readRadii(GetParam()).size(), countEntries(GetParam()));
+    EXPECT_EQ(shippedRadii(GetParam()).size(), countEntries(GetParam()));
 }
 
 TEST_P(RadiiTable, LeavesNoAtomOfTheSamplesWithoutRadius) {
     for (const sSample& sample : samples) {
-        std::ifstream in(tableDirectory + sample.file);
-        std::set<std::string> missing;
-        cPdbPeptide peptide;
-        ASSERT_EQ(peptide.loadFromStream(in, readRadii(GetParam()), missing), 0) << sample.file;
-        EXPECT_EQ(missing, std::set<std::string>{}) << sample.file;
-        EXPECT_EQ(peptide.atoms.size(), sample.atomCount);
+        const sReading reading =
+            readPdb(sourceText("data/" + sample.file), shippedRadii(GetParam()));
+        ASSERT_EQ(reading.result, 0) << sample.file;
+        EXPECT_EQ(reading.missing, std::set<std::string>{}) << sample.file;
+        EXPECT_EQ(reading.peptide.atoms.size(), sample.atomCount);
     }
 }
 
 TEST_P(RadiiTable, CoversNucleotidesUnderTheStarredAndBothPhosphateNames) {
-    const std::map<std::string, double> radii = readRadii(GetParam());
+    const std::map<std::string, double> radii = shippedRadii(GetParam());
     for (const char* residue : {"A", "C", "G", "T", "U", "DA", "DC", "DG", "DT"}) {
         for (const char* atom : {"P", "O1P", "O2P", "OP1", "OP2", "O5*", "C5*", "C4*", "O4*", "C3*",
                                  "O3*", "C2*", "C1*"}) {
@@ -144,7 +116,7 @@ TEST_P(RadiiTable, CoversNucleotidesUnderTheStarredAndBothPhosphateNames) {
 INSTANTIATE_TEST_SUITE_P(Shipped, RadiiTable, testing::Values("protor.radii", "bondi.radii"));
 
 TEST(ProtOrRadii, AreThoseOfThePublishedClasses) {
-    const std::map<std::string, double> radii = readRadii("protor.radii");
+    const std::map<std::string, double> radii = shippedRadii();
     const std::map<std::string, double> published{
         {"ALA_C", 1.61},   {"TYR_CZ", 1.61},  {"TRP_CD2", 1.61}, {"ARG_CZ", 1.61},
         {"PHE_CZ", 1.76},  {"HIS_CE1", 1.76}, {"TRP_CD1", 1.76}, {"VAL_CA", 1.88},
@@ -162,7 +134,7 @@ TEST(ProtOrRadii, AreThoseOfThePublishedClasses) {
 
 // A flat carbon has three partners: where only two of them are heavy, the third is a hydrogen.
 TEST(ProtOrRadii, GiveFlatCarbonsTheRadiusOfTheirHydrogenCount) {
-    const std::map<std::string, double> radii = readRadii("protor.radii");
+    const std::map<std::string, double> radii = shippedRadii();
     const std::map<std::string, std::string> flat{{"ARG", "CZ"}, {"ASN", "CG"},  {"ASP", "CG"},
                                                   {"GLN", "CD"}, {"GLU", "CD"},  {"HIS", "CG"},
                                                   {"PHE", "CG"}, {"TRP", "CE2"}, {"TYR", "CZ"}};
@@ -186,14 +158,14 @@ TEST(BondiRadii, DependOnTheElementAlone) {
     const std::map<char, double> elements{{'C', 1.70}, {'N', 1.55}, {'O', 1.52},
                                           {'S', 1.80}, {'P', 1.80}, {'H', 1.10},
                                           {'1', 1.10}, {'2', 1.10}, {'3', 1.10}};
-    for (const auto& [key, radius] : readRadii("bondi.radii")) {
+    for (const auto& [key, radius] : shippedRadii("bondi.radii")) {
         EXPECT_DOUBLE_EQ(radius, key == "MSE_SE" ? 1.90 : elements.at(atomPart(key).front()))
             << key;
     }
 }
 
 TEST(BondiRadii, HaveHydrogensUnderCurrentAndFormerNames) {
-    const std::map<std::string, double> radii = readRadii("bondi.radii");
+    const std::map<std::string, double> radii = shippedRadii("bondi.radii");
     for (const char* key :
          {"ALA_H",    "ALA_H1",   "ALA_1H",   "ALA_HB3",  "ALA_3HB",  "ARG_HH11", "ARG_1HH1",
           "ARG_HE",   "GLY_HA2",  "GLY_1HA",  "GLY_2HA",  "ILE_HG12", "ILE_1HG1", "ILE_HG23",
@@ -208,20 +180,17 @@ TEST(BondiRadii, HaveHydrogensUnderCurrentAndFormerNames) {
 
 // Atom names with a digit in front fill all four columns of the field.
 TEST(BondiRadii, AreFoundForAHydrogenOfAnOlderFile) {
-    std::istringstream in("ATOM      1  CB  VAL A   1      11.639   6.071  -5.147  1.00  0.00\n"
-                          "ATOM      2 1HG2 VAL A   1      12.639   6.071  -5.147  1.00  0.00\n");
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    ASSERT_EQ(peptide.loadFromStream(in, readRadii("bondi.radii"), missing), 0);
-    EXPECT_EQ(missing, std::set<std::string>{});
-    EXPECT_DOUBLE_EQ(peptide.atoms.at(1).radius, 1.10);
+    const sReading reading =
+        readPdb("ATOM      1  CB  VAL A   1      11.639   6.071  -5.147  1.00  0.00\n"
+                "ATOM      2 1HG2 VAL A   1      12.639   6.071  -5.147  1.00  0.00\n",
+                shippedRadii("bondi.radii"));
+    ASSERT_EQ(reading.result, 0);
+    EXPECT_EQ(reading.missing, std::set<std::string>{});
+    EXPECT_DOUBLE_EQ(reading.peptide.atoms.at(1).radius, 1.10);
 }
 
 TEST(Radii, OfTheFirstNitrogenOfAChainAreThoseOfN) {
-    std::ifstream in(tableDirectory + "samples/1ubq.pdb");
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    ASSERT_EQ(peptide.loadFromStream(in, readRadii("protor.radii"), missing), 0);
+    const cPdbPeptide peptide = samplePeptide("1ubq");
     EXPECT_EQ(peptide.atoms.front().atomName, "NXT");
     EXPECT_DOUBLE_EQ(peptide.atoms.front().radius, 1.64);
 }
@@ -232,18 +201,18 @@ TEST(Radii, OfPrimedAtomNamesCannotBeExpressed) {
     std::map<std::string, double> radii;
     EXPECT_EQ(getVdWrRadii(table, radii), 1);
 
-    std::istringstream in("ATOM      1  C5*   A A   1      11.639   6.071  -5.147  1.00  0.00\n"
-                          "ATOM      2  C5'   A A   2      15.639   6.071  -5.147  1.00  0.00\n");
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    ASSERT_EQ(peptide.loadFromStream(in, readRadii("protor.radii"), missing), 0);
-    EXPECT_EQ(missing, std::set<std::string>{"A_C5'"});
-    EXPECT_DOUBLE_EQ(peptide.atoms.at(0).radius, 1.88);
-    EXPECT_DOUBLE_EQ(peptide.atoms.at(1).radius, 1.60);
+    const sReading reading =
+        readPdb("ATOM      1  C5*   A A   1      11.639   6.071  -5.147  1.00  0.00\n"
+                "ATOM      2  C5'   A A   2      15.639   6.071  -5.147  1.00  0.00\n",
+                shippedRadii());
+    ASSERT_EQ(reading.result, 0);
+    EXPECT_EQ(reading.missing, std::set<std::string>{"A_C5'"});
+    EXPECT_DOUBLE_EQ(reading.peptide.atoms.at(0).radius, 1.88);
+    EXPECT_DOUBLE_EQ(reading.peptide.atoms.at(1).radius, 1.60);
 }
 
 TEST_P(HydrophobicityTable, IsCompleteForTheStandardResidues) {
-    const std::map<std::string, double> scale = readScale(GetParam());
+    const std::map<std::string, double> scale = shippedScale(GetParam());
     EXPECT_EQ(scale.size(), 20U);
     EXPECT_EQ(countEntries(GetParam()), 20U);
     EXPECT_EQ(checkForStandardPeptides(scale), std::set<std::string>{});
@@ -253,17 +222,17 @@ INSTANTIATE_TEST_SUITE_P(Shipped, HydrophobicityTable,
                          testing::Values("kyte-doolittle.hpb", "eisenberg.hpb", "hopp-woods.hpb"));
 
 TEST(HydrophobicityScales, HaveThePublishedExtremes) {
-    const auto kyteDoolittle = readScale("kyte-doolittle.hpb");
+    const auto kyteDoolittle = shippedScale("kyte-doolittle.hpb");
     EXPECT_DOUBLE_EQ(kyteDoolittle.at("ILE"), 4.5);
     EXPECT_DOUBLE_EQ(kyteDoolittle.at("ARG"), -4.5);
     EXPECT_DOUBLE_EQ(kyteDoolittle.at("GLY"), -0.4);
     EXPECT_DOUBLE_EQ(kyteDoolittle.at("TRP"), -0.9);
-    const auto eisenberg = readScale("eisenberg.hpb");
+    const auto eisenberg = shippedScale("eisenberg.hpb");
     EXPECT_DOUBLE_EQ(eisenberg.at("ILE"), 1.38);
     EXPECT_DOUBLE_EQ(eisenberg.at("ARG"), -2.53);
     EXPECT_DOUBLE_EQ(eisenberg.at("LYS"), -1.50);
     EXPECT_DOUBLE_EQ(eisenberg.at("GLY"), 0.48);
-    const auto hoppWoods = readScale("hopp-woods.hpb");
+    const auto hoppWoods = shippedScale("hopp-woods.hpb");
     EXPECT_DOUBLE_EQ(hoppWoods.at("TRP"), -3.4);
     EXPECT_DOUBLE_EQ(hoppWoods.at("LYS"), 3.0);
     EXPECT_DOUBLE_EQ(hoppWoods.at("THR"), -0.4);
@@ -274,7 +243,7 @@ TEST(HydrophobicityScales, HaveThePublishedExtremes) {
 TEST(HydrophobicityScales, EisenbergIsNormalized) {
     double sum = 0.0;
     double sumOfSquares = 0.0;
-    for (const auto& [residue, value] : readScale("eisenberg.hpb")) {
+    for (const auto& [residue, value] : shippedScale("eisenberg.hpb")) {
         sum += value;
         sumOfSquares += value * value;
     }
@@ -283,7 +252,7 @@ TEST(HydrophobicityScales, EisenbergIsNormalized) {
 }
 
 TEST(StandardAreas, AreCompleteAndUsableAsDenominators) {
-    const std::map<std::string, sAsa> standards = readStandardAreas();
+    const std::map<std::string, sAsa> standards = shippedStandardAreas();
     EXPECT_EQ(standards.size(), 20U);
     EXPECT_EQ(countEntries("ala-x-ala.asa"), 20U);
     EXPECT_EQ(checkForStandardPeptides(standards), std::set<std::string>{});
@@ -297,14 +266,14 @@ TEST(StandardAreas, AreCompleteAndUsableAsDenominators) {
 
 // Columns in the wrong order would not sum up.
 TEST(StandardAreas, SplitTheTotalInTwoWays) {
-    for (const auto& [residue, areas] : readStandardAreas()) {
+    for (const auto& [residue, areas] : shippedStandardAreas()) {
         EXPECT_NEAR(areas.backbone + areas.sideChain, areas.total, 0.0151) << residue;
         EXPECT_NEAR(areas.polar + areas.nonPolar, areas.total, 0.0151) << residue;
     }
-    const sAsa leucine = readStandardAreas().at("LEU");
+    const sAsa leucine = shippedStandardAreas().at("LEU");
     EXPECT_GT(leucine.sideChain, leucine.backbone);
     EXPECT_GT(leucine.nonPolar, leucine.polar);
-    const sAsa arginine = readStandardAreas().at("ARG");
+    const sAsa arginine = shippedStandardAreas().at("ARG");
     EXPECT_GT(arginine.polar, arginine.nonPolar);
 }
 
@@ -315,7 +284,7 @@ TEST(StandardAreas, LieWithinATenthOfThePublishedTripeptideValues) {
         {"GLN", 178.50}, {"GLU", 172.25}, {"GLY", 80.10},  {"HIS", 182.88}, {"ILE", 175.12},
         {"LEU", 178.63}, {"LYS", 200.81}, {"MET", 194.15}, {"PHE", 199.48}, {"PRO", 136.13},
         {"SER", 116.50}, {"THR", 139.27}, {"TRP", 249.36}, {"TYR", 212.76}, {"VAL", 151.44}};
-    const std::map<std::string, sAsa> standards = readStandardAreas();
+    const std::map<std::string, sAsa> standards = shippedStandardAreas();
     ASSERT_EQ(published.size(), standards.size());
     for (const auto& [residue, total] : published) {
         EXPECT_NEAR(standards.at(residue).total, total, 0.1 * total) << residue;
@@ -324,7 +293,7 @@ TEST(StandardAreas, LieWithinATenthOfThePublishedTripeptideValues) {
 
 // The rows of the table in docs/data.md: residue, our total, the published one, their difference.
 TEST(StandardAreas, AreTheOnesThatTheDocumentationDiscusses) {
-    const std::map<std::string, sAsa> standards = readStandardAreas();
+    const std::map<std::string, sAsa> standards = shippedStandardAreas();
     unsigned rows = 0;
     for (const std::string& line : readLines("../docs/data.md")) {
         std::istringstream fields(line);
@@ -379,10 +348,7 @@ TEST(Samples, HoldOnlyTheRecordsThatAreRead) {
 // 2HHB is of the old format, with the entry's code and line numbers in columns 73 to 80.
 TEST(Samples, LoadWithTheirCodesChainsAndMetals) {
     for (const sSample& sample : samples) {
-        std::ifstream in(tableDirectory + sample.file);
-        std::set<std::string> missing;
-        cPdbPeptide peptide;
-        ASSERT_EQ(peptide.loadFromStream(in, readRadii("protor.radii"), missing), 0) << sample.file;
+        const cPdbPeptide peptide = structureOf(sourceText("data/" + sample.file), shippedRadii());
         EXPECT_EQ(peptide.name, sample.code);
         EXPECT_EQ(peptide.chains.size(), sample.chainCount);
         EXPECT_EQ(peptide.heteroAtoms.size(), sample.metalCount);

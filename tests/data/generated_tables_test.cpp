@@ -8,13 +8,14 @@
 #include "data/generate/tripeptide.h"
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
-#include <fstream>
 #include <map>
 #include <numbers>
 #include <set>
@@ -30,38 +31,11 @@ using enum eContactType;
 
 namespace {
 
-const std::string tableDirectory = std::string(KELMO_SOURCE_DIR) + "/data/";
-
-std::string fileText(const std::string& file) {
-    std::ifstream in(tableDirectory + file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::map<std::string, double> protorRadii() {
-    std::ifstream in(tableDirectory + "protor.radii");
-    std::map<std::string, double> radii;
-    EXPECT_EQ(getVdWrRadii(in, radii), 0);
-    return radii;
-}
-
-cPdbPeptide load(std::istream& in) {
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    EXPECT_EQ(peptide.loadFromStream(in, protorRadii(), missing), 0);
-    EXPECT_EQ(missing, std::set<std::string>{});
-    return peptide;
-}
-
-cPdbPeptide loadSample(const std::string& code) {
-    std::ifstream in(tableDirectory + "samples/" + code + ".pdb");
-    return load(in);
-}
-
 cPdbPeptide loadTripeptide(const std::string& middle) {
-    std::istringstream in(tripeptidePdb(middle));
-    return load(in);
+    sReading reading = readPdb(tripeptidePdb(middle), shippedTables().radii);
+    EXPECT_EQ(reading.result, 0);
+    EXPECT_EQ(reading.missing, std::set<std::string>{});
+    return std::move(reading.peptide);
 }
 
 /// The first nitrogen of a chain is N to the chemistry.
@@ -183,7 +157,7 @@ struct sRuleRow {
 };
 
 std::vector<sRuleRow> ruleRows() {
-    std::istringstream in(fileText("aa_contacts.txt"));
+    std::istringstream in(sourceText("data/aa_contacts.txt"));
     std::string line;
     std::getline(in, line);
     std::vector<sRuleRow> rows;
@@ -200,7 +174,7 @@ std::vector<sRuleRow> ruleRows() {
 }
 
 contactMap ruleMap() {
-    std::istringstream in(fileText("aa_contacts.txt"));
+    std::istringstream in(sourceText("data/aa_contacts.txt"));
     contactMap map;
     createStringContactMap(in, map);
     return map;
@@ -296,7 +270,7 @@ TEST_P(Tripeptide, RunsAlongZWithTheMiddleResidueBetweenTheOthers) {
 TEST_P(Tripeptide, HasBondLengthsOfTheSampleEntries) {
     std::map<std::pair<std::string, std::string>, std::vector<double>> observed;
     for (const char* code : {"1a0q", "1ubq", "2hhb"}) {
-        const cPdbPeptide sample = loadSample(code);
+        const cPdbPeptide sample = samplePeptide(code);
         for (const cChainResidue& residue : sample.residues) {
             if (residue.residueName == GetParam() && isComplete(residue)) {
                 for (const auto& [bond, length] : bondLengths(residue)) {
@@ -373,7 +347,7 @@ TEST(ResidueTemplates, BranchOnTheSideOfTheSampleEntries) {
                  {"LEU", "CD1", "CB", "CG", "CD2"},
                  {"THR", "OG1", "CA", "CB", "CG2"},
                  {"VAL", "CG1", "CA", "CB", "CG2"}};
-    const cPdbPeptide ubiquitin = loadSample("1ubq");
+    const cPdbPeptide ubiquitin = samplePeptide("1ubq");
     for (const auto& [name, first, from, centre, second] : branches) {
         const auto turn = [&](const cChainResidue& residue) {
             return torsionAngle(atomOf(residue, first), atomOf(residue, from),
@@ -392,7 +366,7 @@ TEST(ResidueTemplates, BranchOnTheSideOfTheSampleEntries) {
 TEST(ResidueTemplates, ListAtomsInTheOrderOfTheSampleEntries) {
     std::set<std::string> seen;
     for (const char* code : {"1a0q", "1ubq", "2hhb"}) {
-        const cPdbPeptide sample = loadSample(code);
+        const cPdbPeptide sample = samplePeptide(code);
         for (const cChainResidue& residue : sample.residues) {
             if (!isComplete(residue)) {
                 continue;
@@ -410,12 +384,12 @@ TEST(ResidueTemplates, ListAtomsInTheOrderOfTheSampleEntries) {
 
 TEST(StandardAreaTable, IsWhatTheProgramWrites) {
     std::ostringstream written;
-    EXPECT_EQ(writeStandardAreas(written, protorRadii()), "");
-    EXPECT_EQ(written.str(), fileText("ala-x-ala.asa"));
+    EXPECT_EQ(writeStandardAreas(written, shippedTables().radii), "");
+    EXPECT_EQ(written.str(), sourceText("data/ala-x-ala.asa"));
 }
 
 TEST(StandardAreaTable, IsRefusedWithoutARadius) {
-    std::map<std::string, double> radii = protorRadii();
+    std::map<std::string, double> radii = shippedTables().radii;
     radii.erase("HIS_CE1");
     std::ostringstream written;
     EXPECT_EQ(writeStandardAreas(written, radii), "HIS_CE1");
@@ -424,7 +398,7 @@ TEST(StandardAreaTable, IsRefusedWithoutARadius) {
 TEST(ContactRules, AreWhatTheProgramWrites) {
     std::ostringstream written;
     writeContactRules(written);
-    EXPECT_EQ(written.str(), fileText("aa_contacts.txt"));
+    EXPECT_EQ(written.str(), sourceText("data/aa_contacts.txt"));
 }
 
 TEST(ContactRules, StandInOneOrientationWithoutDuplicates) {
@@ -456,7 +430,7 @@ TEST(ContactRules, FitTheAtomPositionsOfTheSampleEntries) {
     ASSERT_EQ(namedAtoms.size(), 20U);
     unsigned compared = 0;
     for (const char* code : {"1a0q", "1ubq", "2hhb"}) {
-        const cPdbPeptide sample = loadSample(code);
+        const cPdbPeptide sample = samplePeptide(code);
         for (const cChainResidue& residue : sample.residues) {
             if (!isComplete(residue)) {
                 continue;
@@ -532,7 +506,7 @@ TEST(ContactRules, JoinOppositeChargesAsPolarAndIonic) {
 // Bridges of deoxyhaemoglobin (Perutz, Nature 228:726, 1970; Fermi et al., J Mol Biol 175:159,
 // 1984).
 TEST(ContactRules, FindTheKnownBridgesOfDeoxyhaemoglobin) {
-    const cPdbPeptide haemoglobin = loadSample("2hhb");
+    const cPdbPeptide haemoglobin = samplePeptide("2hhb");
     const contactMap map = ruleMap();
     const auto typesBetween = [&](const std::string& chain1, const std::string& number1,
                                   const std::string& chain2, const std::string& number2) {
@@ -565,8 +539,7 @@ TEST(ContactRules, LeaveTheFirstNitrogenOfAChainOut) {
     const std::string nitrogens =
         "ATOM      5  N   GLY B   1       0.000   0.000   0.000  1.00  0.00\n"
         "ATOM      6  N   GLY B   2       0.000   0.000   0.000  1.00  0.00\n";
-    std::istringstream in(oxygen + nitrogens);
-    const cPdbPeptide peptide = load(in);
+    const cPdbPeptide peptide = structureOf(oxygen + nitrogens, shippedTables().radii);
     ASSERT_EQ(peptide.residues.size(), 3U);
     std::set<eContactType> types;
     EXPECT_FALSE(doTheyFormContact(peptide.residues[1], peptide.residues[0], ruleMap(), types));

@@ -3,14 +3,14 @@
 #include "contacts/residue_contact.h"
 #include "model/addition.h"
 #include "run/crunkev_linux.h"
+#include "tests/run/run_test_tools.h"
+#include "tests/support/test_files.h"
 
 #include <QString>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -22,34 +22,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path sourceDirectory(KELMO_SOURCE_DIR);
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path);
-    EXPECT_TRUE(in.is_open()) << path;
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// The fenced blocks of a page, without their fences.
-std::vector<std::string> fencedBlocks(const fs::path& page) {
-    std::vector<std::string> blocks;
-    std::istringstream in(contentOf(page));
-    bool isInside = false;
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("```")) {
-            isInside = !isInside;
-            if (isInside) {
-                blocks.emplace_back();
-            }
-        } else if (isInside) {
-            blocks.back() += line + '\n';
-        }
-    }
-    return blocks;
-}
+const fs::path sourceDirectory = sourcePath("");
 
 std::string onlyBlock(const std::string& page) {
-    const auto blocks = fencedBlocks(sourceDirectory / "docs/formats" / page);
+    const auto blocks = fencedBlocks(sourceText("docs/formats/" + page));
     EXPECT_EQ(blocks.size(), 1U) << page;
     return blocks.empty() ? std::string() : blocks.front();
 }
@@ -70,45 +46,23 @@ std::vector<fs::path> pages() {
 /// The bound reports of a sample with everything switched on and the shipped tables.
 class cSampleReports {
   public:
-    explicit cSampleReports(const std::string& sample)
-        : directory(fs::path(testing::TempDir()) / "kelmo-documentation") {
-        fs::create_directories(directory);
+    explicit cSampleReports(const std::string& sample) {
+        const cScratchDirectory directory;
         cRunKEV worker;
-        std::map<std::string, double> radii;
-        std::map<std::string, sAsa> standards;
-        std::map<std::string, double> scale;
-        std::ifstream radiiFile(sourceDirectory / "data/protor.radii");
-        std::ifstream standardsFile(sourceDirectory / "data/ala-x-ala.asa");
-        std::ifstream scaleFile(sourceDirectory / "data/kyte-doolittle.hpb");
-        EXPECT_EQ(getVdWrRadii(radiiFile, radii), 0);
-        EXPECT_EQ(getStandardAsa(standardsFile, standards), 0);
-        EXPECT_EQ(getHydrophobicity(scaleFile, scale), 0);
-        worker.setRadii(radii);
-        worker.setOutputDirectoryName(QString::fromStdString(directory.string()));
-        worker.setOutputTypes(true, true);
-        worker.setAnalysisTypes(true, true);
-        worker.setASAAttributes(true, 1.4, 0.25, true);
-        worker.setDPXAttributes(true);
-        worker.setCXAttributes(true, 10.0, 20.1);
-        worker.setRASAAttributes(true, standards);
-        worker.setHydrophobicityAttributes(true, scale);
-        const auto path = sourceDirectory / "data/samples" / (sample + ".pdb");
-        EXPECT_EQ(worker.analyseFile(QString::fromStdString(path.string()), "200703141530"),
-                  eFileOutcome::analysed);
-        for (const auto& entry : fs::directory_iterator(directory)) {
-            text += contentOf(entry.path()) + '\n';
+        switchEverythingOn(worker);
+        worker.setOutputDirectoryName(QString::fromStdString(directory.path().string()));
+        const QString path = QString::fromStdString(samplePath(sample).string());
+        EXPECT_EQ(worker.analyseFile(path, fixedStamp), eFileOutcome::analysed);
+        for (const auto& [name, content] : filesIn(directory.path())) {
+            text += content + '\n';
         }
     }
-    ~cSampleReports() { fs::remove_all(directory); }
-    cSampleReports(const cSampleReports&) = delete;
-    cSampleReports& operator=(const cSampleReports&) = delete;
 
     bool hasLine(const std::string& line) const {
         return ('\n' + text).find('\n' + line + '\n') != std::string::npos;
     }
 
   private:
-    fs::path directory;
     std::string text;
 };
 
@@ -148,14 +102,10 @@ TEST(Documentation, ExampleOfContactRulesIsRead) {
 TEST(Documentation, ReportExcerptsOfTheReadmeAreLinesOfRealReports) {
     const cSampleReports reports("1a0q");
     std::size_t lines = 0;
-    for (const std::string& block : fencedBlocks(sourceDirectory / "README.md")) {
-        if (block.find("<residue>") == std::string::npos &&
-            block.find("chain id|") == std::string::npos) {
-            continue;
-        }
-        std::istringstream in(block);
-        for (std::string line; std::getline(in, line); ++lines) {
+    for (const std::string& block : fencedBlocks(sourceText("README.md"), "xml")) {
+        for (const std::string& line : linesOf(block)) {
             EXPECT_TRUE(reports.hasLine(line)) << line;
+            ++lines;
         }
     }
     EXPECT_GT(lines, 10U);

@@ -5,11 +5,13 @@
 #include "analysis/parameter_tables.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/report_checks.h"
+#include "tests/run/reference_runs.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/support/reference_contacts.h"
 #include "tests/support/reference_reports.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 
 #include <tbb/global_control.h>
 
@@ -27,8 +29,6 @@ using enum eInteractionCriterion;
 
 namespace {
 
-using tReports = std::map<std::string, std::string>;
-
 /// As many atoms (lines, tables included) as can be analysed in milliseconds, and as the reference
 /// can.
 constexpr std::size_t mostAtoms = 150;
@@ -37,15 +37,6 @@ constexpr std::size_t mostReferenceAtoms = 40;
 constexpr double largestRadius = 20.0;
 
 constexpr std::array<eInteractionCriterion, 4> criteria{maximumDistance, prism, dovreth, vorda};
-
-std::map<std::string, reference::sAreas> referenceAreas(const std::map<std::string, sAsa>& table) {
-    std::map<std::string, reference::sAreas> areas;
-    for (const auto& [name, standard] : table) {
-        areas[name] = {standard.total, standard.sideChain, standard.backbone, standard.polar,
-                       standard.nonPolar};
-    }
-    return areas;
-}
 
 /// Workers and the reference with everything switched on and the same tables.
 struct sAnalyses {
@@ -108,7 +99,7 @@ tSections sectionsOf(const std::string& input) {
 /// The shipped tables, or those of the sections where they can be used.
 std::unique_ptr<sAnalyses> analysesWith(tSections& sections) {
     sShippedTables tables = shippedTables();
-    std::string rules = contentOf(std::string(KELMO_SOURCE_DIR) + "/data/aa_contacts.txt");
+    std::string rules = sourceText("data/aa_contacts.txt");
     readSection(sections["#radii"], tables.radii, readRadiiTable);
     readSection(sections["#areas"], tables.standards, readStandardAsaTable);
     readSection(sections["#scale"], tables.scale, readHydrophobicityTable);

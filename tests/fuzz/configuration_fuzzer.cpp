@@ -7,11 +7,10 @@
 #include "batch/input_paths.h"
 #include "batch/options.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <sstream>
 #include <vector>
 
 namespace kelmo {
@@ -24,15 +23,6 @@ const std::string& inputFile(const std::string& text) {
     static const std::string file = place.file("input");
     writeContent(file, text);
     return file;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
 }
 
 void requireShowable(const cUsageError& error) {

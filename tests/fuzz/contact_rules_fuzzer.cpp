@@ -3,8 +3,8 @@
 #include "analysis/parameter_tables.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/sample_cuts.h"
-#include "tests/run/run_test_tools.h"
 #include "tests/support/reference_contacts.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <set>
 #include <sstream>
@@ -20,7 +20,7 @@ struct sComplex {
     reference::sStructure expected;
 
     sComplex() {
-        const std::string text = interfaceCut("1a0q.pdb", 5.0);
+        const std::string text = interfaceCut("1a0q", 5.0);
         std::istringstream in(text);
         std::set<std::string> missing;
         int faultyLine = peptide.loadFromStream(in, shippedTables().radii, missing);

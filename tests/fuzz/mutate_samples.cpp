@@ -2,7 +2,7 @@
 // File number n is the same on every machine.
 #include "tests/fuzz/sample_cuts.h"
 #include "tests/fuzz/text_mutator.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // Fuzzes the PDB reader: any bytes give the structure, or the faulty line, that the slow reference
 // reader finds, and every link of the structure leads into its own lists.
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/run/run_test_tools.h"
 #include "tests/support/reference_structure.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <bit>
 #include <set>

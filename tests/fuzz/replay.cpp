@@ -5,7 +5,7 @@
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/seeds.h"
 #include "tests/fuzz/text_mutator.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <algorithm>
 #include <charconv>

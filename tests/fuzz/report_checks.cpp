@@ -1,13 +1,12 @@
 #include "tests/fuzz/report_checks.h"
 
+#include "tests/support/test_files.h"
+
 #include <QString>
 #include <QXmlStreamReader>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
-#include <sstream>
-#include <string_view>
 #include <vector>
 
 namespace kelmo {
@@ -38,15 +37,6 @@ bool isNumber(const std::string& text) {
     char* end = nullptr;
     std::strtod(text.c_str(), &end);
     return end != text.c_str() && *end == '\0';
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
 }
 
 std::string faultOfXml(QXmlStreamReader& xml) {

@@ -1,14 +1,13 @@
 #include "tests/fuzz/sample_cuts.h"
 
-#include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/test_files.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <map>
 #include <sstream>
-#include <string_view>
 
 namespace kelmo {
 
@@ -17,7 +16,7 @@ namespace {
 struct sRecord {
     std::string line; ///< with its line feed
     char chain;
-    std::array<double, 3> place; ///< Å
+    tPosition place;
 
     double squaredDistance(const sRecord& other) const {
         double sum = 0.0;
@@ -36,7 +35,7 @@ struct sSample {
 
 sSample readSample(const std::string& name) {
     sSample sample;
-    std::istringstream in(contentOf(samplePath(name)));
+    std::istringstream in(sampleText(name));
     for (std::string line; std::getline(in, line) && !line.starts_with("ENDMDL");) {
         line += '\n';
         if (line.starts_with("HEADER")) {
@@ -45,11 +44,7 @@ sSample readSample(const std::string& name) {
             if (line.starts_with("ATOM")) {
                 sample.atoms.push_back(sample.records.size());
             }
-            sample.records.push_back({line,
-                                      line.at(21),
-                                      {std::strtod(line.substr(30, 8).c_str(), nullptr),
-                                       std::strtod(line.substr(38, 8).c_str(), nullptr),
-                                       std::strtod(line.substr(46, 8).c_str(), nullptr)}});
+            sample.records.push_back({line, line.at(21), positionIn(line)});
         }
     }
     return sample;
@@ -94,7 +89,7 @@ std::string interfaceCut(const std::string& sample, double radius) {
 }
 
 std::vector<std::string> sampleCuts(std::size_t count, std::size_t atoms) {
-    constexpr std::array<const char*, 3> samples{"1a0q.pdb", "2hhb.pdb", "1ubq.pdb"};
+    constexpr std::array<const char*, 3> samples{"1a0q", "2hhb", "1ubq"};
 
     constexpr std::array<double, 4> radii{4.0, 7.0, 10.0, 14.0};
     std::vector<std::string> cuts;

@@ -7,7 +7,7 @@
 
 namespace kelmo {
 
-/// The lines of a sample (such as "1ubq.pdb") around an atom: its HEADER line, and the ATOM and
+/// The lines of a sample (such as "1ubq") around an atom: its HEADER line, and the ATOM and
 /// HETATM lines within `radius` Å of the atom that is the given one in the file, in file order.
 std::string sphereCut(const std::string& sample, std::size_t atom, double radius);
 

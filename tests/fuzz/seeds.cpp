@@ -2,7 +2,7 @@
 
 #include "tests/catalogue/odd_inputs.h"
 #include "tests/fuzz/sample_cuts.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <cstddef>
 #include <map>
@@ -19,7 +19,7 @@ constexpr std::size_t longestSeed = 32'768;
 using tSeeds = std::vector<std::string>;
 
 std::string shipped(const std::string& name) {
-    return contentOf(std::string(KELMO_SOURCE_DIR) + "/data/" + name);
+    return sourceText("data/" + name);
 }
 
 /// The first lines of a text.
@@ -134,9 +134,9 @@ tSeeds windowFiles() {
 
 tSeeds analyses() {
     tSeeds seeds = structures();
-    const std::string complex = interfaceCut("1a0q.pdb", 5.0);
+    const std::string complex = interfaceCut("1a0q", 5.0);
     const std::string nucleotides = [] {
-        std::string text = interfaceCut("2hhb.pdb", 6.0);
+        std::string text = interfaceCut("2hhb", 6.0);
         for (const char* name : {"VAL", "LEU", "HIS"}) {
             for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at)) {
                 text.replace(at, 3, "  G");

@@ -5,13 +5,12 @@
 #include "app/kelmo_linux.h"
 #include "run/file_path.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 

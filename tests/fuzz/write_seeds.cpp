@@ -1,6 +1,6 @@
 // Writes the seeds of a fuzz target into a directory: write_fuzz_seeds TARGET DIRECTORY
 #include "tests/fuzz/seeds.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -2,17 +2,15 @@
 #include "geometry/atom_space_calculations.h"
 #include "model/addition.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <map>
-#include <set>
-#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kelmo {
@@ -171,32 +169,18 @@ TEST(Hydrophobicity, IsTakenFromTheScale) {
 /// Two chains that touch: A is an alanine and a residue of no known type, B a serine and a
 /// nucleotide.
 cPdbPeptide smallComplex() {
-    std::ostringstream text;
-    struct sLine {
-        const char* name;
-        const char* residue;
-        char chain;
-        int number;
-        double x, y, z;
-    };
-    int serial = 0;
-    for (const sLine& line :
-         {sLine{"N", "ALA", 'A', 1, 0.0, 0.0, 0.0}, sLine{"CA", "ALA", 'A', 1, 1.5, 0.0, 0.0},
-          sLine{"C", "ALA", 'A', 1, 2.0, 1.4, 0.2}, sLine{"O", "ALA", 'A', 1, 1.2, 2.3, 0.4},
-          sLine{"CB", "ALA", 'A', 1, 2.0, -0.8, 1.2}, sLine{"C1", "LIG", 'A', 2, 3.3, 1.6, 0.1},
-          sLine{"O1", "LIG", 'A', 2, 4.4, 1.1, 0.9}, sLine{"N", "SER", 'B', 1, 1.0, 0.4, 3.9},
-          sLine{"CA", "SER", 'B', 1, 2.2, 0.9, 4.5}, sLine{"OG", "SER", 'B', 1, 3.1, -0.1, 4.9},
-          sLine{"P", "A", 'B', 2, 4.0, 2.0, 4.2}, sLine{"O1P", "A", 'B', 2, 5.2, 1.5, 3.6}}) {
-        char buffer[96];
-        std::snprintf(buffer, sizeof buffer, "ATOM  %5d  %-3s %3s %c%4d    %8.3f%8.3f%8.3f\n",
-                      ++serial, line.name, line.residue, line.chain, line.number, line.x, line.y,
-                      line.z);
-        text << buffer;
-    }
-    std::istringstream in(text.str());
-    cPdbPeptide peptide;
-    std::set<std::string> missing;
-    EXPECT_EQ(peptide.loadFromStream(in, {}, missing), 0);
+    cPdbPeptide peptide = structureOf(atomLine("N", "ALA", 'A', "1", 0.0, 0.0, 0.0) +
+                                      atomLine("CA", "ALA", 'A', "1", 1.5, 0.0, 0.0) +
+                                      atomLine("C", "ALA", 'A', "1", 2.0, 1.4, 0.2) +
+                                      atomLine("O", "ALA", 'A', "1", 1.2, 2.3, 0.4) +
+                                      atomLine("CB", "ALA", 'A', "1", 2.0, -0.8, 1.2) +
+                                      atomLine("C1", "LIG", 'A', "2", 3.3, 1.6, 0.1) +
+                                      atomLine("O1", "LIG", 'A', "2", 4.4, 1.1, 0.9) +
+                                      atomLine("N", "SER", 'B', "1", 1.0, 0.4, 3.9) +
+                                      atomLine("CA", "SER", 'B', "1", 2.2, 0.9, 4.5) +
+                                      atomLine("OG", "SER", 'B', "1", 3.1, -0.1, 4.9) +
+                                      atomLine("P", "A", 'B', "2", 4.0, 2.0, 4.2) +
+                                      atomLine("O1P", "A", 'B', "2", 5.2, 1.5, 3.6));
     EXPECT_EQ(peptide.chains.size(), 2U);
     EXPECT_EQ(peptide.residues.size(), 4U);
     return peptide;

@@ -1,5 +1,4 @@
-// Seeded atom clouds, lattices and the sample entries, as the geometry tests and benchmarks use
-// them.
+// Seeded atom clouds and their areas, as the geometry tests use them.
 #pragma once
 
 #include "geometry/atom_space_calculations.h"
@@ -9,11 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <map>
 #include <random>
-#include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -78,26 +73,6 @@ inline void setAreas(tAtoms& atoms, double probeRadius, double zSlice) {
     const sCorners box(atoms);
     calculateAtomASA(atoms.data(), static_cast<unsigned>(atoms.size()), box.maxPoint, box.minPoint,
                      probeRadius, zSlice);
-}
-
-/// A shipped sample entry with the shipped radii for files without hydrogens.
-inline cPdbPeptide samplePeptide(const std::string& name) {
-    const std::string root = std::string(KELMO_SOURCE_DIR) + "/data/";
-    std::ifstream radiiFile(root + "protor.radii");
-    std::map<std::string, double> radii;
-    std::ifstream entry(root + "samples/" + name + ".pdb");
-    cPdbPeptide peptide;
-    std::set<std::string> missing;
-    if (!radiiFile || !entry || getVdWrRadii(radiiFile, radii) != 0 ||
-        peptide.loadFromStream(entry, radii, missing) != 0 || peptide.atoms.empty()) {
-        throw std::runtime_error("cannot read sample " + name);
-    }
-    return peptide;
-}
-
-inline const std::vector<std::string>& sampleNames() {
-    static const std::vector<std::string> names{"1ubq", "1a0q", "2hhb"};
-    return names;
 }
 
 } // namespace kelmo

@@ -1,6 +1,7 @@
 // Depth index: distances of buried atoms to the surface, and how residues summarise them.
 #include "geometry/atom_space_calculations.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include "geometry/atom_space_calculations.h"
 #include "tests/geometry/atom_clouds.h"
 #include "tests/geometry/only_loops.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 

@@ -3,11 +3,11 @@
 #include "base/stop_request.h"
 #include "geometry/atom_space_calculations.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <vector>
 
 namespace kelmo {
 

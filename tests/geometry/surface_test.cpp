@@ -5,6 +5,7 @@
 #include "tests/geometry/atom_clouds.h"
 #include "tests/geometry/only_loops.h"
 #include "tests/support/reference_surface.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
@@ -458,7 +459,7 @@ std::string shown(double value, int digits) {
 // could move a last digit of a slice; in none of the entries does it, so their reports stay the
 // same.
 TEST(SurfaceOfSamples, MovingByWholeAngstromsChangesNoDigitOfAReport) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
         const tAreas areas = fastAreas(atoms, probe, 0.25);
         for (const sPoint& by :
@@ -488,7 +489,7 @@ tAtoms turned(const tAtoms& atoms, sPoint (*turn)(const cResidueAtom&)) {
 
 // Turning about z leaves the planes as they are; only directions within them are rounded anew.
 TEST(SurfaceOfSamples, QuarterTurnAboutTheSliceAxisKeepsEveryArea) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
         const tAreas areas = fastAreas(atoms, probe, 0.25);
         const tAreas after = fastAreas(turned(atoms,
@@ -504,7 +505,7 @@ TEST(SurfaceOfSamples, QuarterTurnAboutTheSliceAxisKeepsEveryArea) {
 }
 
 TEST(SurfaceOfSamples, SlicingAlongAnotherAxisGivesNearlyTheSameTotal) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
         const double total = sumOf(fastAreas(atoms, probe, 0.05));
         const double alongX = sumOf(fastAreas(turned(atoms,
@@ -519,7 +520,7 @@ TEST(SurfaceOfSamples, SlicingAlongAnotherAxisGivesNearlyTheSameTotal) {
 // The fast calculation against the plain one
 
 TEST(FastSurface, AgreesOnTheSamples) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
         for (const double probeRadius : {0.0, 1.4, 2.0}) {
             EXPECT_GT(sumOf(areasBothWays(atoms, probeRadius, 0.25)), 1000.0);

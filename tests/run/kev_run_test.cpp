@@ -1,17 +1,14 @@
 // The worker of the structure module: what it tells, what it writes, and when.
 #include "run/crunkev_linux.h"
-#include "run/file_path.h"
-#include "tests/run/message_log.h"
-#include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/run/run_fixture.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/text_difference.h"
 
 #include <QDateTime>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,38 +20,20 @@ namespace kelmo {
 
 namespace {
 
-using tLines = std::vector<std::string>;
-
-class KevRun : public testing::Test {
+class KevRun : public cRunFixture<cRunKEV> {
   protected:
     KevRun() {
         switchEverythingOn(run);
         run.setRadii(glycineRadii());
-        run.setOutputDirectoryName(QString::fromStdString(output.path().string()));
+        run.setOutputDirectoryName(outputName());
     }
 
-    /// Writes an input file and returns its path.
-    std::string input(const std::string& name, const std::string& text = twoGlycines()) {
-        const std::string path = inputs.file(name);
-        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-        writeContent(path, text);
-        return path;
-    }
-    eFileOutcome analyse(const std::string& path) {
-        return run.analyseFile(pathFromBytes(path), fixedStamp);
-    }
     static std::string begin(const std::string& path) {
         return "black: Analysing structure of peptide from " + path + "...";
     }
     static std::string end(const std::string& path) {
         return "black: Structure of peptide from " + path + " analyzed";
     }
-    tLines reports() const { return namesIn(output.path()); }
-
-    cScratchDirectory inputs;
-    cScratchDirectory output;
-    cRunKEV run;
-    cMessageLog log{run};
 };
 
 const tLines allFour{"1tst_200703141530_bound.tbl", "1tst_200703141530_bound.xml",
@@ -374,7 +353,7 @@ TEST_F(KevRun, FullDiskIsReportedAndOlderReportsStay) {
     }
     run.setRadii(shippedTables().radii);
     // One structure whose reports fit into the writers' buffers and one whose reports do not.
-    std::filesystem::copy_file(samplePath("1ubq.pdb"), inputs.file("1ubq.pdb"));
+    std::filesystem::copy_file(samplePath("1ubq"), inputs.file("1ubq.pdb"));
     const std::string small = input("1tst.pdb");
     const std::string large = inputs.file("1ubq.pdb");
     {
@@ -586,7 +565,7 @@ TEST_F(KevRun, FilesAreClosedAfterwards) {
 
 TEST_F(KevRun, SeveralWorkersAnalyseAtOnce) {
     run.setRadii(shippedTables().radii);
-    const std::string path = samplePath("1ubq.pdb");
+    const std::string path = samplePath("1ubq");
     analyse(path);
     const auto expected = filesIn(output.path());
     constexpr int workerCount = 4;

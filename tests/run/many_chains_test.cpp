@@ -1,14 +1,13 @@
 // The order of chains and their number: what may depend on them and what may not.
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
 #include "run/crunkev_linux.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <map>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,36 +18,6 @@ namespace {
 
 constexpr double probeRadius = 1.4;
 constexpr double zSlice = 0.25;
-
-std::string dataPath(const std::string& name) {
-    return std::string(KELMO_SOURCE_DIR) + "/data/" + name;
-}
-
-std::map<std::string, double> shippedRadii() {
-    std::ifstream in(dataPath("protor.radii"));
-    std::map<std::string, double> radii;
-    EXPECT_EQ(getVdWrRadii(in, radii), 0);
-    return radii;
-}
-
-cPdbPeptide load(const std::string& text) {
-    std::istringstream in(text);
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    EXPECT_EQ(peptide.loadFromStream(in, shippedRadii(), missing), 0);
-    return peptide;
-}
-
-std::vector<std::string> atomLines(const std::string& sample) {
-    std::ifstream in(dataPath("samples/" + sample));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        if (line.compare(0, 4, "ATOM") == 0) {
-            lines.push_back(line);
-        }
-    }
-    return lines;
-}
 
 /// All values of a residue that the reports show, by chain and number.
 using cResidueValues = std::map<std::string, std::vector<double>>;
@@ -92,20 +61,15 @@ void computeUnbound(cPdbPeptide& peptide) {
 /// that ids come back.
 std::string farApartCopies(int copies, std::size_t atomsPerCopy) {
     constexpr std::string_view ids = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-    const std::vector<std::string> lines = atomLines("1ubq.pdb");
+    const std::vector<std::string> lines = atomLinesOf(sampleText("1ubq"));
     std::ostringstream text;
     for (int copy = 0; copy < copies; ++copy) {
         for (std::size_t i = 0; i < atomsPerCopy; ++i) {
             std::string line = lines.at(i).substr(0, 54);
             line[21] = ids[static_cast<std::size_t>(copy) % ids.size()];
-            const double shifts[] = {40.0 * (copy % 8), 40.0 * (copy / 8 % 8), 40.0 * (copy / 64)};
-            for (std::size_t axis = 0; axis < 3; ++axis) {
-                const std::size_t column = 30 + 8 * axis;
-                char field[16];
-                std::snprintf(field, sizeof field, "%8.3f",
-                              std::stod(line.substr(column, 8)) + shifts[axis]);
-                line.replace(column, 8, field);
-            }
+            const tPosition at = positionIn(line);
+            line = withPosition(line, {at[0] + 40.0 * (copy % 8), at[1] + 40.0 * (copy / 8 % 8),
+                                       at[2] + 40.0 * (copy / 64)});
             text << line << '\n';
         }
     }
@@ -117,7 +81,7 @@ std::string farApartCopies(int copies, std::size_t atomsPerCopy) {
 TEST(ManyChains, AnotherOrderOfChainsLeavesEveryResidueUnchanged) {
     std::map<char, std::string> chainText;
     std::string inOrder;
-    for (const std::string& line : atomLines("2hhb.pdb")) {
+    for (const std::string& line : atomLinesOf(sampleText("2hhb"))) {
         chainText[line[21]] += line + '\n';
         inOrder += line + '\n';
     }
@@ -126,8 +90,8 @@ TEST(ManyChains, AnotherOrderOfChainsLeavesEveryResidueUnchanged) {
     for (auto chain = chainText.rbegin(); chain != chainText.rend(); ++chain) {
         reversed += chain->second;
     }
-    cPdbPeptide one = load(inOrder);
-    cPdbPeptide other = load(reversed);
+    cPdbPeptide one = structureOf(inOrder, shippedTables().radii);
+    cPdbPeptide other = structureOf(reversed, shippedTables().radii);
     ASSERT_EQ(one.chains.front().chainId, "A");
     ASSERT_EQ(other.chains.front().chainId, "D");
 
@@ -148,8 +112,8 @@ TEST(ManyChains, AnotherOrderOfChainsLeavesEveryResidueUnchanged) {
 TEST(ManyChains, FourHundredChainsAreFourHundredTimesOneChain) {
     constexpr int copies = 400;
     constexpr std::size_t atomsPerCopy = 40;
-    cPdbPeptide single = load(farApartCopies(1, atomsPerCopy));
-    cPdbPeptide many = load(farApartCopies(copies, atomsPerCopy));
+    cPdbPeptide single = structureOf(farApartCopies(1, atomsPerCopy), shippedTables().radii);
+    cPdbPeptide many = structureOf(farApartCopies(copies, atomsPerCopy), shippedTables().radii);
     ASSERT_EQ(single.chains.size(), 1U);
     // Ids come back after Z; each return opens a chain of its own.
     ASSERT_EQ(many.chains.size(), static_cast<std::size_t>(copies));

@@ -2,16 +2,14 @@
 #include "tests/run/reference_runs.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/support/random_structure.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <map>
 #include <random>
 #include <sstream>
 #include <string>
-#include <vector>
 
 namespace kelmo {
 
@@ -57,8 +55,8 @@ constexpr reference::eCriterion criteria[] = {
     reference::eCriterion::maximumDistance, reference::eCriterion::prism,
     reference::eCriterion::dovreth, reference::eCriterion::vorda};
 
-class KevSampleComparison : public testing::TestWithParam<const char*> {};
-class VorSampleComparison : public testing::TestWithParam<const char*> {};
+class KevSampleComparison : public testing::TestWithParam<std::string> {};
+class VorSampleComparison : public testing::TestWithParam<std::string> {};
 class KevRandomComparison : public testing::TestWithParam<unsigned> {};
 class VorRandomComparison : public testing::TestWithParam<unsigned> {};
 
@@ -67,7 +65,7 @@ class VorRandomComparison : public testing::TestWithParam<unsigned> {};
 TEST_P(KevSampleComparison, ReportsAreThoseOfTheReference) {
     const std::string file = samplePath(GetParam());
     const reference::sKevSettings settings = shippedKevSettings();
-    const tReports expected = reference::kevReports(contentOf(file), settings);
+    const tReports expected = reference::kevReports(sampleText(GetParam()), settings);
     ASSERT_EQ(expected.size(), 4U);
     expectSameReports(engineReports(file, settings), expected);
 }
@@ -77,12 +75,11 @@ TEST_P(VorSampleComparison, ReportsAreThoseOfTheReference) {
     reference::sVorSettings settings;
     settings.radii = shippedTables().radii;
     settings.radiiFileName = "protor.radii";
-    reference::readContactRules(contentOf(std::string(KELMO_SOURCE_DIR) + "/data/aa_contacts.txt"),
-                                settings.rules);
+    reference::readContactRules(sourceText("data/aa_contacts.txt"), settings.rules);
     for (const reference::eCriterion criterion : criteria) {
         settings.criterion = criterion;
         settings.threshold = criterion == reference::eCriterion::prism ? 0.5 : 5.0;
-        const tReports expected = reference::vorReports(contentOf(file), settings);
+        const tReports expected = reference::vorReports(sampleText(GetParam()), settings);
         ASSERT_EQ(expected.size(), 6U);
         SCOPED_TRACE(static_cast<int>(criterion));
         expectSameReports(engineReports(file, settings, shippedTables().rules), expected);
@@ -130,10 +127,8 @@ TEST_P(VorRandomComparison, ReportsAreThoseOfTheReference) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, KevSampleComparison,
-                         testing::Values("1ubq.pdb", "1a0q.pdb", "2hhb.pdb"));
-INSTANTIATE_TEST_SUITE_P(Samples, VorSampleComparison,
-                         testing::Values("1ubq.pdb", "1a0q.pdb", "2hhb.pdb"));
+INSTANTIATE_TEST_SUITE_P(Samples, KevSampleComparison, testing::ValuesIn(sampleCodes()));
+INSTANTIATE_TEST_SUITE_P(Samples, VorSampleComparison, testing::ValuesIn(sampleCodes()));
 INSTANTIATE_TEST_SUITE_P(Random, KevRandomComparison, testing::Range(1U, kevSeedCount + 1));
 INSTANTIATE_TEST_SUITE_P(Random, VorRandomComparison, testing::Range(1U, vorSeedCount + 1));
 

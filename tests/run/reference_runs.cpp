@@ -1,8 +1,9 @@
 #include "tests/run/reference_runs.h"
 
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 
 #include <gtest/gtest.h>
 
@@ -12,15 +13,6 @@ namespace {
 
 std::map<std::string, sAsa> engineAreas(const std::map<std::string, reference::sAreas>& table) {
     std::map<std::string, sAsa> areas;
-    for (const auto& [name, standard] : table) {
-        areas[name] = {standard.total, standard.sideChain, standard.backbone, standard.polar,
-                       standard.nonPolar};
-    }
-    return areas;
-}
-
-std::map<std::string, reference::sAreas> referenceAreas(const std::map<std::string, sAsa>& table) {
-    std::map<std::string, reference::sAreas> areas;
     for (const auto& [name, standard] : table) {
         areas[name] = {standard.total, standard.sideChain, standard.backbone, standard.polar,
                        standard.nonPolar};
@@ -41,6 +33,15 @@ tReports reportsBy(Worker& run, const std::string& file, const std::filesystem::
 }
 
 } // namespace
+
+std::map<std::string, reference::sAreas> referenceAreas(const std::map<std::string, sAsa>& table) {
+    std::map<std::string, reference::sAreas> areas;
+    for (const auto& [name, standard] : table) {
+        areas[name] = {standard.total, standard.sideChain, standard.backbone, standard.polar,
+                       standard.nonPolar};
+    }
+    return areas;
+}
 
 tReports engineReports(const std::string& file, const reference::sKevSettings& settings) {
     const cScratchDirectory output;

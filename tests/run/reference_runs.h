@@ -2,6 +2,7 @@
 #pragma once
 
 #include "contacts/residue_contact.h"
+#include "model/addition.h"
 #include "tests/support/reference_contacts.h"
 #include "tests/support/reference_reports.h"
 
@@ -12,6 +13,9 @@ namespace kelmo {
 
 /// Reports by the ends of their names, such as "_bound.xml".
 using tReports = std::map<std::string, std::string>;
+
+/// A table of standard areas in the reference's own type.
+std::map<std::string, reference::sAreas> referenceAreas(const std::map<std::string, sAsa>& table);
 
 /// What a worker writes for a file.
 tReports engineReports(const std::string& file, const reference::sKevSettings& settings);

@@ -1,7 +1,8 @@
 // Reports in the making: whole or not there at all, whatever happens.
 #include "run/report_file.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 

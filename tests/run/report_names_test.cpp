@@ -1,6 +1,7 @@
 // The names of a file's reports, told beforehand: exactly those that are written.
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The pages on the report formats: their excerpts are lines of real reports, and they name every
 // element and column in its order.
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -18,19 +18,8 @@ namespace {
 
 using tLines = std::vector<std::string>;
 
-tLines linesOf(const std::string& text) {
-    tLines lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 std::string pageText(const std::string& name) {
-    const std::string text = contentOf(std::string(KELMO_SOURCE_DIR) + "/docs/formats/" + name);
-    EXPECT_FALSE(text.empty()) << name;
-    return text;
+    return sourceText("docs/formats/" + name);
 }
 
 /// The part of a page from a heading to the next of the same level.
@@ -41,25 +30,8 @@ std::string section(const std::string& page, const std::string& heading) {
                                       : page.substr(begin, page.find("\n## ", begin + 1) - begin);
 }
 
-/// The fenced blocks of a page.
-tLines excerptsOf(const std::string& page) {
-    tLines excerpts;
-    bool isInside = false;
-    for (const std::string& line : linesOf(page)) {
-        if (line == "```") {
-            isInside = !isInside;
-            if (isInside) {
-                excerpts.emplace_back();
-            }
-        } else if (isInside) {
-            excerpts.back() += line + "\n";
-        }
-    }
-    return excerpts;
-}
-
 void expectExcerptsOf(const std::string& page, const tLines& reports) {
-    const tLines excerpts = excerptsOf(page);
+    const tLines excerpts = fencedBlocks(page);
     ASSERT_EQ(excerpts.size(), reports.size());
     for (std::size_t i = 0; i < excerpts.size(); ++i) {
         EXPECT_NE(reports[i].find(excerpts[i]), std::string::npos) << excerpts[i];
@@ -93,7 +65,7 @@ tLines elementsAt(std::size_t indent, const std::string& xml) {
 std::string kevReport(cRunKEV& run, const std::string& suffix) {
     const cScratchDirectory output;
     run.setOutputDirectoryName(QString::fromStdString(output.path().string()));
-    run.analyseFile(QString::fromStdString(samplePath("1ubq.pdb")), fixedStamp);
+    run.analyseFile(QString::fromStdString(samplePath("1ubq").string()), fixedStamp);
     return contentOf(output.file("1ubq_" + fixedStamp.toStdString() + suffix));
 }
 
@@ -102,7 +74,7 @@ std::string vorReport(eInteractionCriterion criterion, const std::string& suffix
     cRunVOR run;
     switchEverythingOn(run, criterion);
     run.outputDirectory = QString::fromStdString(output.path().string());
-    run.analyseFile(QString::fromStdString(samplePath("1a0q.pdb")), fixedStamp);
+    run.analyseFile(QString::fromStdString(samplePath("1a0q").string()), fixedStamp);
     return contentOf(output.file("1a0q_" + fixedStamp.toStdString() + suffix));
 }
 

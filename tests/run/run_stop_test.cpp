@@ -1,7 +1,8 @@
 // Stopping the workers at random moments: nothing half-written, nothing left open, nothing lost.
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -81,7 +82,7 @@ class RunStop : public testing::TestWithParam<sStopCase> {
         for (int i = 0; i < fileCount; ++i) {
             const std::string path = inputs.file("f" + std::to_string(i) + ".pdb");
             if (i % 4 == 1) {
-                std::filesystem::copy_file(samplePath("1ubq.pdb"), path);
+                std::filesystem::copy_file(samplePath("1ubq"), path);
             } else {
                 writeContent(path, twoGlycines());
             }

@@ -1,17 +1,14 @@
 #include "tests/run/run_test_tools.h"
 
-#include "analysis/parameter_tables.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <csignal>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 
 #include <sys/inotify.h>
@@ -21,55 +18,6 @@
 namespace kelmo {
 
 using enum eInteractionCriterion;
-
-std::string atomLine(const std::string& atomName, const std::string& residueName, char chain,
-                     const std::string& residueNumber, double x, double y, double z) {
-    std::array<char, 128> line{};
-    std::snprintf(line.data(), line.size(), "ATOM  %5d  %-3s %3s %c%5s   %8.3f%8.3f%8.3f\n", 1,
-                  atomName.c_str(), residueName.c_str(), chain, (residueNumber + ' ').c_str(), x, y,
-                  z);
-    return line.data();
-}
-
-std::string twoGlycines() {
-    return "HEADER    TEST" + std::string(48, ' ') + "1TST\n" +
-           atomLine("N", "GLY", 'A', "1", 0, 0, 0) + atomLine("CA", "GLY", 'A', "1", 1.5, 0, 0) +
-           atomLine("C", "GLY", 'A', "1", 2, 1.5, 0) + atomLine("O", "GLY", 'A', "1", 1, 2.5, 0) +
-           atomLine("N", "GLY", 'B', "2", 0, 0, 4) + atomLine("CA", "GLY", 'B', "2", 1.5, 0, 4) +
-           atomLine("C", "GLY", 'B', "2", 2, 1.5, 4) + atomLine("O", "GLY", 'B', "2", 1, 2.5, 4) +
-           "END\n";
-}
-
-std::map<std::string, double> glycineRadii() {
-    return {{"GLY_N", 1.7}, {"GLY_CA", 1.7}, {"GLY_C", 1.7}, {"GLY_O", 1.7}};
-}
-
-namespace {
-
-template <typename Table, typename Read>
-void readShipped(const char* name, Table& table, Read read) {
-    std::ifstream in(std::string(KELMO_SOURCE_DIR) + "/data/" + name);
-    EXPECT_TRUE(in.is_open()) << name;
-    EXPECT_EQ(read(in, table), "") << name;
-}
-
-} // namespace
-
-const sShippedTables& shippedTables() {
-    static const sShippedTables tables = [] {
-        sShippedTables read;
-        readShipped("protor.radii", read.radii, readRadiiTable);
-        readShipped("ala-x-ala.asa", read.standards, readStandardAsaTable);
-        readShipped("kyte-doolittle.hpb", read.scale, readHydrophobicityTable);
-        readShipped("aa_contacts.txt", read.rules, readContactRules);
-        return read;
-    }();
-    return tables;
-}
-
-std::string samplePath(const std::string& name) {
-    return std::string(KELMO_SOURCE_DIR) + "/data/samples/" + name;
-}
 
 void switchEverythingOn(cRunKEV& run) {
     const sShippedTables& tables = shippedTables();
@@ -109,24 +57,6 @@ bool awaitEnd(cAnalysisRun& run) {
 bool runToEnd(cAnalysisRun& run) {
     run.start();
     return awaitEnd(run);
-}
-
-std::map<std::string, std::string> filesIn(const std::filesystem::path& directory) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
-        if (entry.is_regular_file()) {
-            files[entry.path().filename().string()] = contentOf(entry.path());
-        }
-    }
-    return files;
-}
-
-std::vector<std::string> namesIn(const std::filesystem::path& directory) {
-    std::vector<std::string> names;
-    for (const auto& [name, content] : filesIn(directory)) {
-        names.push_back(name);
-    }
-    return names;
 }
 
 QStringList pathList(const std::vector<std::string>& paths) {

@@ -1,4 +1,4 @@
-// What the tests of the workers share: small structures, the shipped tables, reports as texts.
+// What the tests of the workers share: the usual settings, waiting, and what befalls their files.
 #pragma once
 
 #include "contacts/residue_contact.h"
@@ -10,7 +10,6 @@
 #include <QStringList>
 
 #include <filesystem>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,25 +18,6 @@ namespace kelmo {
 
 inline const QString fixedStamp = QStringLiteral("200703141530");
 inline constexpr std::string_view writeReportsForeverOption = "--write-reports-forever";
-
-/// One ATOM line in the columns of the format, with its line end.
-std::string atomLine(const std::string& atomName, const std::string& residueName, char chain,
-                     const std::string& residueNumber, double x, double y, double z);
-/// Two chains of one glycine each, 4 Å apart: "A 1" and "B 2", code "1TST".
-std::string twoGlycines();
-/// A radius of 1.7 Å for each atom of twoGlycines().
-std::map<std::string, double> glycineRadii();
-
-/// The tables that come with the program.
-struct sShippedTables {
-    std::map<std::string, double> radii;
-    std::map<std::string, sAsa> standards;
-    std::map<std::string, double> scale;
-    contactMap rules;
-};
-const sShippedTables& shippedTables();
-/// The path of a file of data/samples.
-std::string samplePath(const std::string& name);
 
 /// Every analysis and report on, usual parameters, shipped tables under their plain names.
 void switchEverythingOn(cRunKEV& run);
@@ -48,10 +28,6 @@ void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion);
 bool awaitEnd(cAnalysisRun& run);
 /// Starts the worker and waits for its end; false when it does not end in a minute.
 bool runToEnd(cAnalysisRun& run);
-
-/// Names and contents of all files in a directory, hidden ones included.
-std::map<std::string, std::string> filesIn(const std::filesystem::path& directory);
-std::vector<std::string> namesIn(const std::filesystem::path& directory);
 
 QStringList pathList(const std::vector<std::string>& paths);
 

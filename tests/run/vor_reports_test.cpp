@@ -2,8 +2,8 @@
 #include "run/run_vor_linux.h"
 #include "tests/run/hand_built_structure.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,6 @@
 // The worker of the interaction module: what it tells, what it writes, and by which criterion.
-#include "run/file_path.h"
 #include "run/run_vor_linux.h"
-#include "tests/run/message_log.h"
-#include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/run/run_fixture.h"
 
 #include <QDateTime>
 
@@ -11,7 +8,6 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <sys/stat.h>
 
@@ -22,32 +18,21 @@ using enum eContactType;
 
 namespace {
 
-using tLines = std::vector<std::string>;
-
-class VorRun : public testing::Test {
+class VorRun : public cRunFixture<cRunVOR> {
   protected:
     VorRun() {
         switchEverythingOn(run, maximumDistance);
         run.radii = glycineRadii();
         run.contactRules.clear();
-        run.outputDirectory = QString::fromStdString(output.path().string());
+        run.outputDirectory = outputName();
     }
 
-    std::string input(const std::string& name, const std::string& text = twoGlycines()) {
-        const std::string path = inputs.file(name);
-        writeContent(path, text);
-        return path;
-    }
-    eFileOutcome analyse(const std::string& path) {
-        return run.analyseFile(pathFromBytes(path), fixedStamp);
-    }
     static std::string begin(const std::string& path) {
         return "black: Analysing contacts of peptide from " + path + "...";
     }
     static std::string end(const std::string& path) {
         return "black: Contacts of peptide from " + path + " analyzed";
     }
-    tLines reports() const { return namesIn(output.path()); }
     std::string report(const std::string& suffix) const {
         return contentOf(output.file("1tst_200703141530_" + suffix));
     }
@@ -65,11 +50,6 @@ class VorRun : public testing::Test {
                atomLine("N", "GLY", 'B', "2", b.first, 0, 0) +
                atomLine("CA", "GLY", 'B', "2", b.second, 0, 0);
     }
-
-    cScratchDirectory inputs;
-    cScratchDirectory output;
-    cRunVOR run;
-    cMessageLog log{run};
 };
 
 const tLines allSix{

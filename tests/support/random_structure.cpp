@@ -1,7 +1,8 @@
 #include "tests/support/random_structure.h"
 
+#include "tests/support/pdb_lines.h"
+
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -398,13 +399,18 @@ void cTextWriter::writeHeteroAtoms(char chainId) {
 void cTextWriter::writeAtom(const char* record, const std::string& atomName, char alternate,
                             const std::string& residueName, const sPoint& point) {
     ++serial;
-    const std::string serialText = serial <= 99999 ? std::to_string(serial) : "*****";
-    const std::string nameText = atomName.size() < 4 ? " " + atomName : atomName;
-    char line[128];
-    std::snprintf(line, sizeof line, "%-6s%5s %-4s%c%3s %c%-5s   %8.3f%8.3f%8.3f  1.00 20.00\n",
-                  record, serialText.c_str(), nameText.c_str(), alternate, residueName.c_str(),
-                  currentChainId, numberText.c_str(), point.x, point.y, point.z);
-    text += line;
+    text += sAtomLine{.record = record,
+                      .serial = serial <= 99999 ? std::to_string(serial) : "*****",
+                      .name = atomName,
+                      .alternate = alternate,
+                      .residue = residueName,
+                      .chain = currentChainId,
+                      .number = numberText,
+                      .x = coordinateText(point.x),
+                      .y = coordinateText(point.y),
+                      .z = coordinateText(point.z)}
+                .text() +
+            "  1.00 20.00\n";
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/support/pdb_lines.h"
 #include "tests/support/random_structure.h"
 #include "tests/support/reference_attributes.h"
 #include "tests/support/reference_contacts.h"
@@ -25,18 +26,6 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 
 sAtom sphere(double x, double y, double z, double radius) {
     return makeAtom("CA", "1", x, y, z, radius);
-}
-
-std::string atomLine(const std::string& name, const std::string& residue, char chain,
-                     const std::string& number, double x, double y, double z) {
-    char line[128];
-    std::snprintf(line, sizeof line, "ATOM      1  %-3s %3s %c%4s    %8.3f%8.3f%8.3f\n",
-                  name.c_str(), residue.c_str(), chain, number.c_str(), x, y, z);
-    return line;
-}
-
-std::string headerLine(const std::string& code) {
-    return "HEADER" + std::string(56, ' ') + code + "\n";
 }
 
 sStructure read(const std::string& text) {

@@ -1,7 +1,9 @@
 // Total areas of the samples against FreeSASA's, an independent implementation of the same
 // definition.
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/shipped_inputs.h"
+#include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +15,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -33,35 +34,16 @@ struct sEntry {
     double most;
 };
 
-std::string samplePath(const std::string& name) {
-    return std::string(KELMO_SOURCE_DIR) + "/data/samples/" + name + ".pdb";
-}
-
-cPdbPeptide load(const std::string& name) {
-    std::ifstream table(std::string(KELMO_SOURCE_DIR) + "/data/protor.radii");
-    std::map<std::string, double> radii;
-    EXPECT_EQ(getVdWrRadii(table, radii), 0);
-    std::ifstream in(samplePath(name));
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    EXPECT_EQ(peptide.loadFromStream(in, radii, missing), 0);
-    EXPECT_TRUE(missing.empty());
-    return peptide;
-}
-
 /// The ATOM lines of the sample with our radius of each atom in the occupancy column, from which
 /// FreeSASA takes its radii.
 void writeWithRadii(const std::string& name, const cPdbPeptide& peptide, const std::string& path) {
-    std::ifstream in(samplePath(name));
     std::ofstream out(path);
     std::size_t atom = 0;
-    for (std::string line; std::getline(in, line) && line.compare(0, 3, "END") != 0;) {
-        if (line.compare(0, 4, "ATOM") == 0) {
-            std::ostringstream radius;
-            radius << std::fixed << std::setprecision(2) << std::setw(6)
-                   << peptide.atoms.at(atom++).radius;
-            out << line.substr(0, 54) << radius.str() << "  0.00\n";
-        }
+    for (const std::string& line : atomLinesOf(sampleText(name))) {
+        std::ostringstream radius;
+        radius << std::fixed << std::setprecision(2) << std::setw(6)
+               << peptide.atoms.at(atom++).radius;
+        out << line.substr(0, 54) << radius.str() << "  0.00\n";
     }
     out << "END\n";
     ASSERT_EQ(atom, peptide.atoms.size());
@@ -118,7 +100,7 @@ class FreeSasa : public testing::TestWithParam<sEntry> {};
 
 TEST_P(FreeSasa, TotalAreaAgreesWithinOnePercent) {
     const sEntry entry = GetParam();
-    cPdbPeptide peptide = load(entry.name);
+    cPdbPeptide peptide = samplePeptide(entry.name);
     peptide.setAccessibleSurfaceArea(probeRadius, zSlice);
     const double total = sumOfAtoms(peptide);
     const double theirs = areasByFreeSasa(entry.name, peptide, 27).total;

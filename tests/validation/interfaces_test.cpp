@@ -1,13 +1,12 @@
 // The interfaces of the sample complexes as docs/validation.md tells them.
 #include "contacts/residue_contact.h"
-#include "model/addition.h"
 #include "model/pdb_peptide.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <map>
 #include <set>
 #include <string>
@@ -31,18 +30,8 @@ struct sFindings {
     std::map<std::string, std::set<eContactType>> types; ///< "A126 C141" and the contact's types
 };
 
-std::string dataPath(const std::string& name) {
-    return std::string(KELMO_SOURCE_DIR) + "/data/" + name;
-}
-
 sFindings findingsOf(const std::string& entry, eInteractionCriterion criterion) {
-    std::ifstream table(dataPath("protor.radii"));
-    std::map<std::string, double> radii;
-    EXPECT_EQ(getVdWrRadii(table, radii), 0);
-    std::ifstream in(dataPath("samples/" + entry + ".pdb"));
-    std::set<std::string> missing;
-    cPdbPeptide peptide;
-    EXPECT_EQ(peptide.loadFromStream(in, radii, missing), 0);
+    cPdbPeptide peptide = samplePeptide(entry);
     if (criterion == maximumDistance) {
         peptide.resolveThresholdContacts(4.5);
     } else if (criterion == prism) {
@@ -51,10 +40,7 @@ sFindings findingsOf(const std::string& entry, eInteractionCriterion criterion) 
         peptide.setAccessibleSurfaceArea(probeRadius, zSlice);
         peptide.resolveDovrethContacts(1.0, probeRadius, zSlice);
     } else {
-        std::ifstream rulesFile(dataPath("aa_contacts.txt"));
-        contactMap rules;
-        createStringContactMap(rulesFile, rules);
-        peptide.resolveHovikKRBContacts(1.125, 6.0, rules);
+        peptide.resolveHovikKRBContacts(1.125, 6.0, shippedTables().rules);
     }
     sFindings findings;
     findings.pairs = peptide.contacts.size() / 2;

@@ -1,5 +1,5 @@
 // XML elements as lines of text, which are what the writer writes.
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 #include "xml/xml_lines.h"
 #include "xml/xml_writer.h"
 

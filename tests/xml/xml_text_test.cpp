@@ -1,6 +1,6 @@
 // Escaped texts, checked by hand, against the toolkit's decoder and with an XML parser.
-#include "tests/xml/scratch_directory.h"
-#include "tests/xml/text_difference.h"
+#include "tests/support/test_files.h"
+#include "tests/support/text_difference.h"
 #include "xml/xml_text.h"
 
 #include <QByteArray>

@@ -1,5 +1,5 @@
 // The XML writer byte by byte.
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/test_files.h"
 #include "xml/xml_writer.h"
 
 #include <gtest/gtest.h>
