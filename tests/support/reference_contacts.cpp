@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <iomanip>
-#include <locale>
 #include <sstream>
+#include <tuple>
+#include <utility>
 
 namespace kelmo {
 
@@ -22,32 +22,20 @@ long leadingInteger(const std::string& text) {
     return std::strtol(text.c_str(), nullptr, 10);
 }
 
-// Less than 0, 0 or more than 0: by number, then by text.
-int compareResidueNumbers(const std::string& a, const std::string& b) {
-    const long numberA = leadingInteger(a);
-    const long numberB = leadingInteger(b);
-    if (numberA != numberB) {
-        return numberA < numberB ? -1 : 1;
-    }
-    return a.compare(b);
+// What decides between two residue numbers: the number that the text begins with, then the text.
+std::pair<long, std::string> numberKey(const std::string& residueNumber) {
+    return {leadingInteger(residueNumber), residueNumber};
+}
+
+auto sortingKey(const sContact& contact) {
+    return std::tuple(contact.chain1, contact.chain2, numberKey(contact.residueNumber1),
+                      numberKey(contact.residueNumber2), static_cast<int>(contact.criterion));
 }
 
 } // namespace
 
 bool isLess(const sContact& a, const sContact& b) {
-    if (const int order = a.chain1.compare(b.chain1); order != 0) {
-        return order < 0;
-    }
-    if (const int order = a.chain2.compare(b.chain2); order != 0) {
-        return order < 0;
-    }
-    if (const int order = compareResidueNumbers(a.residueNumber1, b.residueNumber1); order != 0) {
-        return order < 0;
-    }
-    if (const int order = compareResidueNumbers(a.residueNumber2, b.residueNumber2); order != 0) {
-        return order < 0;
-    }
-    return static_cast<int>(a.criterion) < static_cast<int>(b.criterion);
+    return sortingKey(a) < sortingKey(b);
 }
 
 namespace {
@@ -241,252 +229,6 @@ std::vector<sContact> analyseInteractions(sStructure& structure, const sVorSetti
         break;
     }
     return {};
-}
-
-namespace {
-
-std::string criterionText(eCriterion criterion) {
-    switch (criterion) {
-    case eCriterion::maximumDistance:
-        return "MaximumDistance";
-    case eCriterion::prism:
-        return "PRISM";
-    case eCriterion::dovreth:
-        return "Dovreth";
-    case eCriterion::vorda:
-        return "VORDA";
-    case eCriterion::none:
-        break;
-    }
-    return "";
-}
-
-std::string typeText(int type) {
-    switch (type) {
-    case 1:
-        return "Hydrophobic";
-    case 2:
-        return "Polar";
-    case 3:
-        return "Ionic";
-    case 4:
-        return "vanDerWaals";
-    default:
-        return "Undefined";
-    }
-}
-
-// One report text; every function adds to the stream.
-class cReport {
-  public:
-    cReport(const sStructure& analysed, const std::vector<sContact>& found,
-            const sVorSettings& runSettings)
-        : structure(analysed), contacts(found), settings(runSettings) {
-        out.imbue(std::locale::classic());
-    }
-
-    std::string contactsXml();
-    std::string bindingResiduesXml();
-    std::string bindingStatusXml();
-    std::string contactsTable();
-    std::string bindingResiduesTable();
-    std::string bindingStatusTable();
-
-  private:
-    void start(int indent, const std::string& name) {
-        out << std::string(static_cast<std::size_t>(indent), ' ') << "<" << name << ">\n";
-    }
-    void end(int indent, const std::string& name) {
-        out << std::string(static_cast<std::size_t>(indent), ' ') << "</" << name << ">\n";
-    }
-    template <typename tValue>
-    void leaf(int indent, const std::string& name, const tValue& value) {
-        out << std::string(static_cast<std::size_t>(indent), ' ') << "<" << name << ">" << value
-            << "</" << name << ">\n";
-    }
-    void xmlHeader(const std::string& rootName);
-    void contactXml(const sContact& contact);
-    void residueXml(const sChain& chain, const sResidue& residue);
-    void tableHeader();
-
-    const sStructure& structure;
-    const std::vector<sContact>& contacts;
-    const sVorSettings& settings;
-    std::ostringstream out;
-};
-
-void cReport::xmlHeader(const std::string& rootName) {
-    start(0, "?xml version=\"1.0\" encoding=\"us-ascii\"?");
-    start(0, rootName + " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"" +
-                 " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"" +
-                 " xmlns=\"http://kelmo.example/krb/namespaces/PDB\"");
-    leaf(2, "pdb_id", structure.name);
-    leaf(2, "radii_filename", settings.radiiFileName);
-    if (settings.criterion == eCriterion::prism) {
-        leaf(2, "PRISM_threshold", settings.threshold);
-    } else if (settings.criterion == eCriterion::dovreth) {
-        leaf(2, "TH_delta_asa", settings.threshold);
-        leaf(2, "TH_z_slice", settings.zSlice);
-        leaf(2, "TH_r_solvent", settings.probeRadius);
-    } else if (settings.criterion == eCriterion::maximumDistance) {
-        leaf(2, "MD_threshold", settings.threshold);
-    }
-}
-
-void cReport::contactXml(const sContact& contact) {
-    start(4, "contact");
-    leaf(6, "interaction_criterion", criterionText(contact.criterion));
-    leaf(6, "chain_id_1", contact.chain1);
-    leaf(6, "residue_id_1", contact.residueNumber1);
-    leaf(6, "residue_name_1", contact.residueName1);
-    leaf(6, "chain_id_2", contact.chain2);
-    leaf(6, "residue_id_2", contact.residueNumber2);
-    leaf(6, "residue_name_2", contact.residueName2);
-    if (!contact.types.empty()) {
-        start(6, "contact_types");
-        for (const int type : contact.types) {
-            leaf(8, "contact_type", typeText(type));
-        }
-        end(6, "contact_types");
-    }
-    end(4, "contact");
-}
-
-std::string cReport::contactsXml() {
-    xmlHeader("peptideResidueContacts");
-    start(2, "contacts");
-    for (const sContact& contact : contacts) {
-        contactXml(contact);
-    }
-    end(2, "contacts");
-    end(0, "peptideResidueContacts");
-    return out.str();
-}
-
-void cReport::residueXml(const sChain& chain, const sResidue& residue) {
-    leaf(6, "interaction_criterion", criterionText(settings.criterion));
-    leaf(6, "chain_id", chain.chainId);
-    leaf(6, "residue_id", residue.number);
-    leaf(6, "residue_name", residue.name);
-}
-
-std::string cReport::bindingResiduesXml() {
-    xmlHeader("peptideBindingResidues");
-    start(2, "binding_residues");
-    for (const sChain& chain : structure.chains) {
-        for (const sResidue& residue : structure.residuesOf(chain)) {
-            if (residue.isBinding) {
-                start(4, "binding_residue");
-                residueXml(chain, residue);
-                end(4, "binding_residue");
-            }
-        }
-    }
-    end(2, "binding_residues");
-    end(0, "peptideBindingResidues");
-    return out.str();
-}
-
-std::string cReport::bindingStatusXml() {
-    xmlHeader("peptideResidueBindingStatus");
-    start(2, "residues");
-    for (const sChain& chain : structure.chains) {
-        for (const sResidue& residue : structure.residuesOf(chain)) {
-            start(4, "residue");
-            residueXml(chain, residue);
-            leaf(6, "binding_status", residue.isBinding);
-            end(4, "residue");
-        }
-    }
-    end(2, "residues");
-    end(0, "peptideResidueBindingStatus");
-    return out.str();
-}
-
-void cReport::tableHeader() {
-    out << "pdb_id: " << structure.name << "\n";
-    out << "radii_filename: " << settings.radiiFileName << "\n";
-    if (settings.criterion == eCriterion::prism) {
-        out << "PRISM_threshold: " << settings.threshold << "\n";
-    } else if (settings.criterion == eCriterion::dovreth) {
-        out << "TH_delta_asa: " << settings.threshold << "\n";
-        out << "TH_z_slice: " << settings.zSlice << "\n";
-        out << "TH_r_solvent: " << settings.probeRadius << "\n";
-    } else if (settings.criterion == eCriterion::maximumDistance) {
-        out << "MD_threshold: " << settings.threshold << "\n";
-    }
-}
-
-std::string cReport::contactsTable() {
-    tableHeader();
-    for (const sContact& contact : contacts) {
-        out << contact.chain1 << std::setw(6) << contact.residueNumber1 << std::setw(5)
-            << contact.residueName1 << std::setw(3) << contact.chain2 << std::setw(6)
-            << contact.residueNumber2 << std::setw(5) << contact.residueName2 << std::setw(20)
-            << criterionText(contact.criterion);
-        for (const int type : contact.types) {
-            out << std::setw(18) << typeText(type);
-        }
-        out << "\n";
-    }
-    return out.str();
-}
-
-std::string cReport::bindingResiduesTable() {
-    tableHeader();
-    for (const sChain& chain : structure.chains) {
-        for (const sResidue& residue : structure.residuesOf(chain)) {
-            if (residue.isBinding) {
-                out << chain.chainId << std::setw(6) << residue.number << std::setw(5)
-                    << residue.name << std::setw(18) << criterionText(settings.criterion) << "\n";
-            }
-        }
-    }
-    return out.str();
-}
-
-std::string cReport::bindingStatusTable() {
-    tableHeader();
-    for (const sChain& chain : structure.chains) {
-        for (const sResidue& residue : structure.residuesOf(chain)) {
-            out << chain.chainId << std::setw(6) << residue.number << std::setw(5) << residue.name
-                << std::setw(3) << residue.isBinding << std::setw(18)
-                << criterionText(settings.criterion) << "\n";
-        }
-    }
-    return out.str();
-}
-
-} // namespace
-
-std::map<std::string, std::string> vorReports(const std::string& pdbText,
-                                              const sVorSettings& settings) {
-    std::map<std::string, std::string> reports;
-    std::set<std::string> missing;
-    int errorLine = 0;
-    sStructure structure = readStructure(pdbText, settings.radii, missing, errorLine);
-    if (errorLine != 0) {
-        return reports;
-    }
-    const std::vector<sContact> contacts = analyseInteractions(structure, settings);
-    using tWriter = std::string (cReport::*)();
-    const auto add = [&](bool isWanted, const std::string& suffix, tWriter writer) {
-        if (isWanted) {
-            cReport report(structure, contacts, settings);
-            reports[suffix] = (report.*writer)();
-        }
-    };
-    const bool xml = settings.xmlOutput;
-    const bool table = settings.tableOutput;
-    add(xml && settings.writeContacts, "_contacts.xml", &cReport::contactsXml);
-    add(xml && settings.writeBindingResidues, "_binding_residues.xml",
-        &cReport::bindingResiduesXml);
-    add(xml && settings.writeBindingStatus, "_binding_status.xml", &cReport::bindingStatusXml);
-    add(table && settings.writeContacts, "_contacts.tbl", &cReport::contactsTable);
-    add(table && settings.writeBindingResidues, "_binding_residues.tbl",
-        &cReport::bindingResiduesTable);
-    add(table && settings.writeBindingStatus, "_binding_status.tbl", &cReport::bindingStatusTable);
-    return reports;
 }
 
 } // namespace reference

@@ -86,12 +86,6 @@ void resolveAreaChanges(sStructure& structure, double deltaAsa, double probeRadi
 // What a run does with one loaded structure: sets the flags and returns the contact list.
 std::vector<sContact> analyseInteractions(sStructure& structure, const sVorSettings& settings);
 
-// All reports that a run writes for one file, keyed by the end of the file name ("_contacts",
-// "_binding_residues" and "_binding_status" with ".xml" and ".tbl"); empty when the file cannot be
-// read.
-std::map<std::string, std::string> vorReports(const std::string& pdbText,
-                                              const sVorSettings& settings);
-
 } // namespace reference
 
 } // namespace kelmo

@@ -1,13 +1,18 @@
 #include "tests/support/reference_reports.h"
 
 #include "tests/support/reference_attributes.h"
+#include "tests/support/reference_documents.h"
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <limits>
 #include <locale>
+#include <set>
 #include <sstream>
+#include <utility>
+#include <variant>
 #include <vector>
 
 namespace kelmo {
@@ -57,108 +62,6 @@ bool decodeUtf8(const std::string& text, std::vector<std::uint32_t>& codePoints)
         i += length;
     }
     return true;
-}
-
-std::string rightAligned(const std::string& text, std::size_t width) {
-    return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
-}
-
-std::string blanks(int count) {
-    return std::string(static_cast<std::size_t>(count), ' ');
-}
-
-std::string startLine(int indent, const std::string& name) {
-    return blanks(indent) + "<" + name + ">\n";
-}
-
-std::string endLine(int indent, const std::string& name) {
-    return blanks(indent) + "</" + name + ">\n";
-}
-
-std::string element(int indent, const std::string& name, const std::string& value) {
-    return blanks(indent) + "<" + name + ">" + value + "</" + name + ">\n";
-}
-
-std::string textElement(int indent, const std::string& name, const std::string& text) {
-    return element(indent, name, escapedForXml(text));
-}
-
-std::string numberElement(int indent, const std::string& name, double value) {
-    return element(indent, name, streamNumber(value));
-}
-
-std::string areasXml(int indent, const std::string& name, const sAreas& areas) {
-    return startLine(indent, name) + numberElement(indent + 2, "total", areas.total) +
-           numberElement(indent + 2, "backbone", areas.backbone) +
-           numberElement(indent + 2, "side_chain", areas.sideChain) +
-           numberElement(indent + 2, "non_polar", areas.nonPolar) +
-           numberElement(indent + 2, "polar", areas.polar) + endLine(indent, name);
-}
-
-std::string statisticsXml(int indent, const std::string& name, const sStatistics& statistics) {
-    return startLine(indent, name) + numberElement(indent + 2, "average", statistics.average) +
-           numberElement(indent + 2, "average_deviation", statistics.deviation) +
-           numberElement(indent + 2, "average_side_chain", statistics.averageSideChain) +
-           numberElement(indent + 2, "average_side_chain_deviation",
-                         statistics.sideChainDeviation) +
-           numberElement(indent + 2, "maximum", statistics.maximum) +
-           numberElement(indent + 2, "minimum", statistics.minimum) + endLine(indent, name);
-}
-
-std::string residueXml(const sResidue& residue, const sKevSettings& settings) {
-    std::string xml = startLine(8, "residue");
-    xml += textElement(10, "name", residue.name);
-    xml += textElement(10, "serial_id", residue.number);
-    if (settings.writeAsa) {
-        xml += areasXml(10, "asa", residue.areas);
-    }
-    if (settings.calculateRelativeAsa) {
-        xml += areasXml(10, "relative_asa", residue.relativeAreas);
-    }
-    if (settings.calculateDepth) {
-        xml += statisticsXml(10, "depth_index", residue.depth);
-    }
-    if (settings.calculateProtrusion) {
-        xml += statisticsXml(10, "protrusion_index", residue.protrusion);
-    }
-    if (settings.calculateHydrophobicity) {
-        xml += numberElement(10, "hydrophobicity", residue.hydrophobicity);
-    }
-    return xml + endLine(8, "residue");
-}
-
-std::string chainXml(const sStructure& structure, const sChain& chain,
-                     const sKevSettings& settings) {
-    std::string xml = startLine(4, "chain");
-    xml += textElement(6, "serial_id", chain.chainId);
-    if (settings.writeAsa) {
-        xml += areasXml(6, "asa", chain.areas);
-    }
-    xml += startLine(6, "residues");
-    for (const sResidue& residue : structure.residuesOf(chain)) {
-        xml += residueXml(residue, settings);
-    }
-    xml += endLine(6, "residues");
-    return xml + endLine(4, "chain");
-}
-
-std::string parametersXml(const sKevSettings& settings) {
-    std::string xml;
-    if (settings.calculateAsa) {
-        xml += numberElement(2, "ASA_zSice", settings.zSlice);
-        xml += numberElement(2, "ASA_rSolvent", settings.probeRadius);
-    }
-    if (settings.calculateRelativeAsa) {
-        xml += textElement(2, "rasa_filename", settings.standardAreasFileName);
-    }
-    if (settings.calculateProtrusion) {
-        xml += numberElement(2, "CX_sRadius", settings.protrusionRadius);
-        xml += numberElement(2, "CX_vAtom", settings.atomVolume);
-    }
-    if (settings.calculateHydrophobicity) {
-        xml += textElement(2, "hydrophobicity_filename", settings.hydrophobicityFileName);
-    }
-    return xml;
 }
 
 } // namespace
@@ -230,131 +133,262 @@ std::string tableNumber(double value) {
     return buffer;
 }
 
+namespace {
+
+// The places of the values of a block of areas, with the name of the element and the part of a
+// title that stand for each. Documents and tables have them in different orders.
+struct sAreaPart {
+    double sAreas::*value;
+    std::string element;
+    std::string title;
+};
+const sAreaPart totalArea{&sAreas::total, "total", "total"};
+const sAreaPart backboneArea{&sAreas::backbone, "backbone", "b-bone"};
+const sAreaPart sideChainArea{&sAreas::sideChain, "side_chain", "s-chain"};
+const sAreaPart polarArea{&sAreas::polar, "polar", "polar"};
+const sAreaPart nonPolarArea{&sAreas::nonPolar, "non_polar", "n-polar"};
+
+struct sStatisticsPart {
+    double sStatistics::*value;
+    std::string element;
+    std::string title;
+};
+
+// In the order of documents and tables alike.
+const std::vector<sStatisticsPart>& statisticsParts() {
+    static const std::vector<sStatisticsPart> parts{
+        {&sStatistics::average, "average", "average"},
+        {&sStatistics::deviation, "average_deviation", "s_avg"},
+        {&sStatistics::averageSideChain, "average_side_chain", "s-ch avg"},
+        {&sStatistics::sideChainDeviation, "average_side_chain_deviation", "s-ch s_avg"},
+        {&sStatistics::maximum, "maximum", "max"},
+        {&sStatistics::minimum, "minimum", "min"}};
+    return parts;
+}
+
+// One line of a report's head: its element in a document, its label in a table, and its value,
+// which documents and tables write each in their own way.
+struct sHeadLine {
+    std::string element;
+    std::string label;
+    std::variant<std::string, double> value;
+};
+
+std::string textInDocument(const std::variant<std::string, double>& value) {
+    return std::holds_alternative<double>(value) ? streamNumber(std::get<double>(value))
+                                                 : escapedForXml(std::get<std::string>(value));
+}
+
+std::string textInTable(const std::variant<std::string, double>& value) {
+    return std::holds_alternative<double>(value) ? tableNumber(std::get<double>(value))
+                                                 : std::get<std::string>(value);
+}
+
+std::vector<sHeadLine> headOf(const sStructure& structure, const sKevSettings& settings,
+                              const std::string& analysisType) {
+    std::vector<sHeadLine> head{{"pdb_id", "pdb_id", structure.name},
+                                {"analysis_type", "analysis type", analysisType},
+                                {"radii_file", "radii_file", settings.radiiFileName}};
+    if (settings.calculateAsa) {
+        head.push_back({"ASA_zSice", "ASA_zSice", settings.zSlice});
+        head.push_back({"ASA_rSolvent", "ASA_rSolvent", settings.probeRadius});
+    }
+    if (settings.calculateRelativeAsa) {
+        head.push_back({"rasa_filename", "rasa_file", settings.standardAreasFileName});
+    }
+    if (settings.calculateProtrusion) {
+        head.push_back({"CX_sRadius", "CX_sRadius", settings.protrusionRadius});
+        head.push_back({"CX_vAtom", "CX_vAtom", settings.atomVolume});
+    }
+    if (settings.calculateHydrophobicity) {
+        // The label of the radii, in tables, is the scale's label too.
+        head.push_back({"hydrophobicity_filename", "radii_file", settings.hydrophobicityFileName});
+    }
+    return head;
+}
+
+sElement areasElement(const std::string& name, const sAreas& areas) {
+    sElement element = branch(name, {});
+    for (const sAreaPart& part :
+         {totalArea, backboneArea, sideChainArea, nonPolarArea, polarArea}) {
+        element.children.push_back(leaf(part.element, streamNumber(areas.*part.value)));
+    }
+    return element;
+}
+
+sElement statisticsElement(const std::string& name, const sStatistics& statistics) {
+    sElement element = branch(name, {});
+    for (const sStatisticsPart& part : statisticsParts()) {
+        element.children.push_back(leaf(part.element, streamNumber(statistics.*part.value)));
+    }
+    return element;
+}
+
+sElement residueElement(const sResidue& residue, const sKevSettings& settings) {
+    // Every group that there can be, and whether it is wanted.
+    const std::vector<std::pair<bool, sElement>> groups{
+        {settings.writeAsa, areasElement("asa", residue.areas)},
+        {settings.calculateRelativeAsa, areasElement("relative_asa", residue.relativeAreas)},
+        {settings.calculateDepth, statisticsElement("depth_index", residue.depth)},
+        {settings.calculateProtrusion, statisticsElement("protrusion_index", residue.protrusion)},
+        {settings.calculateHydrophobicity,
+         leaf("hydrophobicity", streamNumber(residue.hydrophobicity))}};
+    sElement element = branch("residue", {leaf("name", escapedForXml(residue.name)),
+                                          leaf("serial_id", escapedForXml(residue.number))});
+    for (const auto& [isWanted, group] : groups) {
+        if (isWanted) {
+            element.children.push_back(group);
+        }
+    }
+    return element;
+}
+
+sElement chainElement(const sStructure& structure, const sChain& chain,
+                      const sKevSettings& settings) {
+    sElement residues = branch("residues", {});
+    for (const sResidue& residue : structure.residuesOf(chain)) {
+        residues.children.push_back(residueElement(residue, settings));
+    }
+    const sElement id = leaf("serial_id", escapedForXml(chain.chainId));
+    return settings.writeAsa ? branch("chain", {id, areasElement("asa", chain.areas), residues})
+                             : branch("chain", {id, residues});
+}
+
+} // namespace
+
 std::string kevXml(const sStructure& structure, const sKevSettings& settings,
                    const std::string& analysisType) {
-    std::string xml = "<?xml version=\"1.0\" encoding=\"us-ascii\"?>\n";
-    xml += "<cPdbPeptide xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
-           "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
-           "xmlns=\"http://kelmo.example/krb/namespaces/PDB\">\n";
-    xml += textElement(2, "pdb_id", structure.name);
-    xml += textElement(2, "analysis_type", analysisType);
-    xml += textElement(2, "radii_file", settings.radiiFileName);
-    xml += parametersXml(settings);
+    sElement root = branch("cPdbPeptide", {});
+    for (const sHeadLine& line : headOf(structure, settings, analysisType)) {
+        root.children.push_back(leaf(line.element, textInDocument(line.value)));
+    }
     if (settings.writeAsa) {
-        xml += areasXml(2, "asa", structure.areas);
+        root.children.push_back(areasElement("asa", structure.areas));
     }
-    xml += startLine(2, "chains");
+    sElement chains = branch("chains", {});
     for (const sChain& chain : structure.chains) {
-        xml += chainXml(structure, chain, settings);
+        chains.children.push_back(chainElement(structure, chain, settings));
     }
-    xml += endLine(2, "chains");
-    return xml + "</cPdbPeptide>";
+    root.children.push_back(chains);
+    std::string text = documentText(root);
+    text.pop_back(); // the last line of these documents has no end
+    return text;
 }
 
 namespace {
 
-std::string tableHeader(const sStructure& structure, const sKevSettings& settings,
-                        const std::string& analysisType) {
-    std::string text = "pdb_id: " + structure.name + "\n";
-    text += "analysis type: " + analysisType + "\n";
-    text += "radii_file: " + settings.radiiFileName + "\n";
-    if (settings.calculateAsa) {
-        text += "ASA_zSice: " + tableNumber(settings.zSlice) + "\n";
-        text += "ASA_rSolvent: " + tableNumber(settings.probeRadius) + "\n";
-    }
-    if (settings.calculateRelativeAsa) {
-        text += "rasa_file: " + settings.standardAreasFileName + "\n";
-    }
-    if (settings.calculateProtrusion) {
-        text += "CX_sRadius: " + tableNumber(settings.protrusionRadius) + "\n";
-        text += "CX_vAtom: " + tableNumber(settings.atomVolume) + "\n";
-    }
-    if (settings.calculateHydrophobicity) {
-        text += "radii_file: " + settings.hydrophobicityFileName + "\n";
-    }
-    if (settings.writeAsa) {
-        text += "total ASA: " + tableNumber(structure.areas.total) + "\n";
-        text += "back-bone ASA: " + tableNumber(structure.areas.backbone) + "\n";
-        text += "side-chain ASA: " + tableNumber(structure.areas.sideChain) + "\n";
-        text += "polar ASA: " + tableNumber(structure.areas.polar) + "\n";
-        text += "non-polar ASA: " + tableNumber(structure.areas.nonPolar) + "\n";
-    }
-    return text + "\n";
-}
+// What one line of a table of residues is about.
+struct sPlace {
+    const sChain* chain;
+    const sResidue* residue;
+};
 
-std::string columnTitles(const sKevSettings& settings) {
-    std::string text = rightAligned("chain id|", 11);
-    const auto add = [&text](bool isWanted, std::initializer_list<const char*> titles) {
-        for (const char* title : titles) {
-            text += isWanted ? rightAligned(title, 16) : "";
+std::vector<sPlace> placesOf(const sStructure& structure) {
+    std::vector<sPlace> places;
+    for (const sChain& chain : structure.chains) {
+        for (const sResidue& residue : structure.residuesOf(chain)) {
+            places.push_back({&chain, &residue});
         }
-    };
-    add(settings.writeAsa, {"ch total ASA|", " ch b-bone ASA|", "ch s-chain ASA|", "ch polar ASA|",
-                            "ch n-polar ASA|"});
-    text += rightAligned("res id|", 11) + rightAligned("res name|", 11);
-    add(settings.writeAsa,
-        {"total ASA|", "b-bone ASA|", "s-chain ASA|", "polar ASA|", "n-polar ASA|"});
-    add(settings.calculateRelativeAsa,
-        {"total RASA|", "b-bone RASA|", "s-chain RASA|", "polar RASA|", "n-polar RASA|"});
-    add(settings.calculateDepth,
-        {"average DPX|", "s_avg DPX|", "s-ch avg DPX|", "s-ch s_avg DPX|", "max DPX|", "min DPX|"});
-    add(settings.calculateProtrusion,
-        {"average CX|", "s_avg CX|", "s-ch avg CX|", "s-ch s_avg CX|", "max CX|", "min CX|"});
-    add(settings.calculateHydrophobicity, {"Hydrophobicity|"});
-    return text + "\n";
+    }
+    return places;
 }
 
-std::string numberField(double value) {
-    return rightAligned(tableNumber(value), 16);
+using tPlaceColumns = std::vector<sColumn<sPlace>>;
+
+constexpr std::size_t nameWidth = 11;
+constexpr std::size_t numberWidth = 16;
+
+using tNumberOf = std::function<double(const sPlace&)>;
+
+sColumn<sPlace> numberColumn(const std::string& title, const tNumberOf& number) {
+    return {title + "|", numberWidth, numberWidth,
+            [number](const sPlace& place) { return tableNumber(number(place)); }};
 }
 
-std::string areasFields(const sAreas& areas) {
-    return numberField(areas.total) + numberField(areas.backbone) + numberField(areas.sideChain) +
-           numberField(areas.polar) + numberField(areas.nonPolar);
+// A column for each value of the areas that `areasOf` finds; the quantity ends the titles.
+tPlaceColumns areaColumns(const std::string& quantity,
+                          const std::function<const sAreas&(const sPlace&)>& areasOf) {
+    tPlaceColumns columns;
+    for (const sAreaPart& part :
+         {totalArea, backboneArea, sideChainArea, polarArea, nonPolarArea}) {
+        columns.push_back(
+            numberColumn(part.title + " " + quantity, [areasOf, part](const sPlace& place) {
+                return areasOf(place).*part.value;
+            }));
+    }
+    return columns;
 }
 
-std::string statisticsFields(const sStatistics& statistics) {
-    return numberField(statistics.average) + numberField(statistics.deviation) +
-           numberField(statistics.averageSideChain) + numberField(statistics.sideChainDeviation) +
-           numberField(statistics.maximum) + numberField(statistics.minimum);
+tPlaceColumns statisticsColumns(const std::string& quantity, sStatistics sResidue::*statistics) {
+    tPlaceColumns columns;
+    for (const sStatisticsPart& part : statisticsParts()) {
+        columns.push_back(
+            numberColumn(part.title + " " + quantity, [statistics, part](const sPlace& place) {
+                return (place.residue->*statistics).*part.value;
+            }));
+    }
+    return columns;
 }
 
-std::string tableRow(const sChain& chain, const sResidue& residue, const sKevSettings& settings) {
-    std::string row = rightAligned(" " + chain.chainId, 10);
-    if (settings.writeAsa) {
-        row += areasFields(chain.areas);
+void append(tPlaceColumns& columns, bool isWanted, const tPlaceColumns& more) {
+    if (isWanted) {
+        columns.insert(columns.end(), more.begin(), more.end());
     }
-    row += rightAligned(" " + residue.number, 11);
-    row += rightAligned(" " + residue.name, 11);
-    if (settings.writeAsa) {
-        row += areasFields(residue.areas);
+}
+
+// The areas of a chain stand on each of its lines; one of their titles begins with a blank, which
+// its width swallows.
+tPlaceColumns chainAreaColumns() {
+    tPlaceColumns columns =
+        areaColumns("ASA", [](const sPlace& place) -> const sAreas& { return place.chain->areas; });
+    for (sColumn<sPlace>& column : columns) {
+        column.title = "ch " + column.title;
     }
-    if (settings.calculateRelativeAsa) {
-        row += areasFields(residue.relativeAreas);
-    }
-    if (settings.calculateDepth) {
-        row += statisticsFields(residue.depth);
-    }
-    if (settings.calculateProtrusion) {
-        row += statisticsFields(residue.protrusion);
-    }
-    if (settings.calculateHydrophobicity) {
-        row += numberField(residue.hydrophobicity);
-    }
-    return row + "\n";
+    return columns;
+}
+
+tPlaceColumns kevColumns(const sKevSettings& settings) {
+    tPlaceColumns columns{{"chain id|", nameWidth, nameWidth - 1,
+                           [](const sPlace& place) { return " " + place.chain->chainId; }}};
+    append(columns, settings.writeAsa, chainAreaColumns());
+    append(columns, true,
+           {{"res id|", nameWidth, nameWidth,
+             [](const sPlace& place) { return " " + place.residue->number; }},
+            {"res name|", nameWidth, nameWidth,
+             [](const sPlace& place) { return " " + place.residue->name; }}});
+    append(columns, settings.writeAsa, areaColumns("ASA", [](const sPlace& place) -> const sAreas& {
+               return place.residue->areas;
+           }));
+    append(columns, settings.calculateRelativeAsa,
+           areaColumns("RASA", [](const sPlace& place) -> const sAreas& {
+               return place.residue->relativeAreas;
+           }));
+    append(columns, settings.calculateDepth, statisticsColumns("DPX", &sResidue::depth));
+    append(columns, settings.calculateProtrusion, statisticsColumns("CX", &sResidue::protrusion));
+    append(columns, settings.calculateHydrophobicity,
+           {numberColumn("Hydrophobicity",
+                         [](const sPlace& place) { return place.residue->hydrophobicity; })});
+    return columns;
 }
 
 } // namespace
 
 std::string kevTable(const sStructure& structure, const sKevSettings& settings,
                      const std::string& analysisType) {
-    std::string text = tableHeader(structure, settings, analysisType) + columnTitles(settings);
-    for (const sChain& chain : structure.chains) {
-        for (const sResidue& residue : structure.residuesOf(chain)) {
-            text += tableRow(chain, residue, settings);
-        }
+    std::vector<sHeadLine> head = headOf(structure, settings, analysisType);
+    if (settings.writeAsa) {
+        head.push_back({"", "total ASA", structure.areas.total});
+        head.push_back({"", "back-bone ASA", structure.areas.backbone});
+        head.push_back({"", "side-chain ASA", structure.areas.sideChain});
+        head.push_back({"", "polar ASA", structure.areas.polar});
+        head.push_back({"", "non-polar ASA", structure.areas.nonPolar});
     }
-    return text;
+    std::string text;
+    for (const sHeadLine& line : head) {
+        text += line.label + ": " + textInTable(line.value) + "\n";
+    }
+    const tPlaceColumns columns = kevColumns(settings);
+    return text + "\n" + titleLine(columns) + lines(columns, placesOf(structure));
 }
 
 void analyseBound(sStructure& structure, const sKevSettings& settings) {
@@ -421,6 +455,185 @@ std::map<std::string, std::string> kevReports(const std::string& pdbText,
         analyseChains(structure, settings);
         write("unbound");
     }
+    return reports;
+}
+
+namespace {
+
+std::string criterionText(eCriterion criterion) {
+    const std::map<eCriterion, std::string> texts{{eCriterion::maximumDistance, "MaximumDistance"},
+                                                  {eCriterion::prism, "PRISM"},
+                                                  {eCriterion::dovreth, "Dovreth"},
+                                                  {eCriterion::vorda, "VORDA"}};
+    const auto found = texts.find(criterion);
+    return found == texts.end() ? "" : found->second;
+}
+
+std::string typeText(int type) {
+    const std::map<int, std::string> texts{
+        {1, "Hydrophobic"}, {2, "Polar"}, {3, "Ionic"}, {4, "vanDerWaals"}};
+    const auto found = texts.find(type);
+    return found == texts.end() ? "Undefined" : found->second;
+}
+
+// The head of an interaction report: names and values, the same in documents and tables.
+std::vector<std::pair<std::string, std::string>> headOf(const sStructure& structure,
+                                                        const sVorSettings& settings) {
+    const std::string threshold = streamNumber(settings.threshold);
+    std::vector<std::pair<std::string, std::string>> head{
+        {"pdb_id", structure.name}, {"radii_filename", settings.radiiFileName}};
+    switch (settings.criterion) {
+    case eCriterion::maximumDistance:
+        head.emplace_back("MD_threshold", threshold);
+        break;
+    case eCriterion::prism:
+        head.emplace_back("PRISM_threshold", threshold);
+        break;
+    case eCriterion::dovreth:
+        head.emplace_back("TH_delta_asa", threshold);
+        head.emplace_back("TH_z_slice", streamNumber(settings.zSlice));
+        head.emplace_back("TH_r_solvent", streamNumber(settings.probeRadius));
+        break;
+    case eCriterion::vorda:
+    case eCriterion::none:
+        break;
+    }
+    return head;
+}
+
+std::string documentOf(const std::string& rootName,
+                       const std::vector<std::pair<std::string, std::string>>& head,
+                       const sElement& body) {
+    sElement root = branch(rootName, {});
+    for (const auto& [name, value] : head) {
+        root.children.push_back(leaf(name, value));
+    }
+    root.children.push_back(body);
+    return documentText(root);
+}
+
+template <typename tItem>
+std::string tableOf(const std::vector<std::pair<std::string, std::string>>& head,
+                    const std::vector<sColumn<tItem>>& columns, const std::vector<tItem>& items) {
+    std::string text;
+    for (const auto& [name, value] : head) {
+        text += name + ": " + value + "\n";
+    }
+    return text + lines(columns, items);
+}
+
+sElement contactElement(const sContact& contact) {
+    sElement element =
+        branch("contact",
+               {leaf("interaction_criterion", criterionText(contact.criterion)),
+                leaf("chain_id_1", contact.chain1), leaf("residue_id_1", contact.residueNumber1),
+                leaf("residue_name_1", contact.residueName1), leaf("chain_id_2", contact.chain2),
+                leaf("residue_id_2", contact.residueNumber2),
+                leaf("residue_name_2", contact.residueName2)});
+    sElement types = branch("contact_types", {});
+    for (const int type : contact.types) {
+        types.children.push_back(leaf("contact_type", typeText(type)));
+    }
+    if (!types.children.empty()) {
+        element.children.push_back(types);
+    }
+    return element;
+}
+
+// The types are the last column: each in a field of its own, which widens the line.
+std::string typeFields(const sContact& contact) {
+    std::string fields;
+    for (const int type : contact.types) {
+        fields += fieldText(typeText(type), 18);
+    }
+    return fields;
+}
+
+// The columns of tables without titles.
+const std::vector<sColumn<sContact>>& contactColumns() {
+    static const std::vector<sColumn<sContact>> columns{
+        {"", 0, 0, [](const sContact& contact) { return contact.chain1; }},
+        {"", 0, 6, [](const sContact& contact) { return contact.residueNumber1; }},
+        {"", 0, 5, [](const sContact& contact) { return contact.residueName1; }},
+        {"", 0, 3, [](const sContact& contact) { return contact.chain2; }},
+        {"", 0, 6, [](const sContact& contact) { return contact.residueNumber2; }},
+        {"", 0, 5, [](const sContact& contact) { return contact.residueName2; }},
+        {"", 0, 20, [](const sContact& contact) { return criterionText(contact.criterion); }},
+        {"", 0, 0, typeFields}};
+    return columns;
+}
+
+// Chain, number and name of a residue; the rest of the line differs from table to table.
+tPlaceColumns residueColumns() {
+    return {{"", 0, 0, [](const sPlace& place) { return place.chain->chainId; }},
+            {"", 0, 6, [](const sPlace& place) { return place.residue->number; }},
+            {"", 0, 5, [](const sPlace& place) { return place.residue->name; }}};
+}
+
+std::string flagText(const sPlace& place) {
+    return place.residue->isBinding ? "1" : "0";
+}
+
+sElement placeElement(const std::string& name, const sPlace& place, eCriterion criterion) {
+    return branch(name, {leaf("interaction_criterion", criterionText(criterion)),
+                         leaf("chain_id", place.chain->chainId),
+                         leaf("residue_id", place.residue->number),
+                         leaf("residue_name", place.residue->name)});
+}
+
+} // namespace
+
+std::map<std::string, std::string> vorReports(const std::string& pdbText,
+                                              const sVorSettings& settings) {
+    std::set<std::string> missing;
+    int errorLine = 0;
+    sStructure structure = readStructure(pdbText, settings.radii, missing, errorLine);
+    if (errorLine != 0) {
+        return {};
+    }
+    const std::vector<sContact> contacts = analyseInteractions(structure, settings);
+    const std::vector<sPlace> places = placesOf(structure);
+    std::vector<sPlace> bindingPlaces;
+    sElement contactElements = branch("contacts", {});
+    sElement bindingElements = branch("binding_residues", {});
+    sElement statusElements = branch("residues", {});
+    for (const sContact& contact : contacts) {
+        contactElements.children.push_back(contactElement(contact));
+    }
+    for (const sPlace& place : places) {
+        sElement status = placeElement("residue", place, settings.criterion);
+        status.children.push_back(leaf("binding_status", flagText(place)));
+        statusElements.children.push_back(status);
+        if (place.residue->isBinding) {
+            bindingPlaces.push_back(place);
+            bindingElements.children.push_back(
+                placeElement("binding_residue", place, settings.criterion));
+        }
+    }
+    const sColumn<sPlace> criterionColumn{
+        "", 0, 18, [&](const sPlace&) { return criterionText(settings.criterion); }};
+    tPlaceColumns bindingColumns = residueColumns();
+    bindingColumns.push_back(criterionColumn);
+    tPlaceColumns statusColumns = residueColumns();
+    statusColumns.push_back({"", 0, 3, flagText});
+    statusColumns.push_back(criterionColumn);
+
+    const auto head = headOf(structure, settings);
+    std::map<std::string, std::string> reports{
+        {"_contacts.xml", documentOf("peptideResidueContacts", head, contactElements)},
+        {"_binding_residues.xml", documentOf("peptideBindingResidues", head, bindingElements)},
+        {"_binding_status.xml", documentOf("peptideResidueBindingStatus", head, statusElements)},
+        {"_contacts.tbl", tableOf(head, contactColumns(), contacts)},
+        {"_binding_residues.tbl", tableOf(head, bindingColumns, bindingPlaces)},
+        {"_binding_status.tbl", tableOf(head, statusColumns, places)}};
+    std::erase_if(reports, [&](const auto& report) {
+        const std::string& end = report.first;
+        return (end.ends_with(".xml") && !settings.xmlOutput) ||
+               (end.ends_with(".tbl") && !settings.tableOutput) ||
+               (end.starts_with("_contacts.") && !settings.writeContacts) ||
+               (end.starts_with("_binding_residues.") && !settings.writeBindingResidues) ||
+               (end.starts_with("_binding_status.") && !settings.writeBindingStatus);
+    });
     return reports;
 }
 

@@ -1,6 +1,7 @@
-// Structure analysis and its report texts of the slow reference implementation.
+// Structure analysis and the report texts of both analyses in the slow reference implementation.
 #pragma once
 
+#include "tests/support/reference_contacts.h"
 #include "tests/support/reference_structure.h"
 
 #include <map>
@@ -64,6 +65,12 @@ std::string kevTable(const sStructure& structure, const sKevSettings& settings,
 // "_bound.tbl", "_unbound.xml", "_unbound.tbl"); empty when the file cannot be read.
 std::map<std::string, std::string> kevReports(const std::string& pdbText,
                                               const sKevSettings& settings);
+
+// All reports that an interaction run writes for one file, keyed by the end of the file name
+// ("_contacts", "_binding_residues" and "_binding_status" with ".xml" and ".tbl"); empty when the
+// file cannot be read.
+std::map<std::string, std::string> vorReports(const std::string& pdbText,
+                                              const sVorSettings& settings);
 
 } // namespace reference
 
