@@ -25,7 +25,7 @@ int exitStatusFrom(int waitStatus) {
 
 /// Signals may be ignored or blocked where the tests run; a user's shell does not do that.
 void resetSignals() {
-    for (const int signalNumber : {SIGINT, SIGTERM, SIGXFSZ, SIGPIPE}) {
+    for (const int signalNumber : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ, SIGPIPE}) {
         std::signal(signalNumber, SIG_DFL);
     }
     sigset_t none;
