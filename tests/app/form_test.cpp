@@ -257,11 +257,15 @@ void cFormTest::firstStartShowsDefaults() {
     // report nothing.
     QVERIFY(isChecked(*window, "checkBoxWriteASA"));
     QVERIFY(!widget<QWidget>(*window, "checkBoxWriteASA")->isEnabled());
-    for (const QCheckBox* box : window->findChildren<QCheckBox*>()) {
+    const auto boxes = window->findChildren<QCheckBox*>();
+    QVERIFY(boxes.size() > 10);
+    for (const QCheckBox* box : boxes) {
         QCOMPARE(box->isChecked(), box->objectName() == QLatin1String("checkBoxWriteASA"));
     }
     for (const char* page : pages) {
-        for (const QLineEdit* edit : fieldsOf<QLineEdit>(*widget<QWidget>(*window, page))) {
+        const auto edits = fieldsOf<QLineEdit>(*widget<QWidget>(*window, page));
+        QVERIFY(edits.size() > 1);
+        for (const QLineEdit* edit : edits) {
             QVERIFY(edit->text().isEmpty());
         }
     }
@@ -393,26 +397,35 @@ void cFormTest::everyFieldIsReachedByAMnemonic() {
         for (QWidget* field : tab.findChildren<QListWidget*>()) {
             fields.append(field);
         }
+        QVERIFY(fields.size() > 5);
         for (const QWidget* field : fields) {
             QVERIFY2(labelled.contains(field), qPrintable(field->objectName()));
         }
+        int boxes = 0;
         for (const QAbstractButton* box : tab.findChildren<QAbstractButton*>()) {
             if (box->isCheckable()) {
                 QVERIFY2(!mnemonicOf(box->text()).isNull(), qPrintable(box->objectName()));
+                ++boxes;
             }
         }
+        QVERIFY(boxes > 5);
     }
 }
 
 void cFormTest::everyFieldHasAToolTip() {
     for (const char* page : pages) {
+        int inputs = 0;
         for (const QWidget* field : widget<QWidget>(*window, page)->findChildren<QWidget*>()) {
             const bool isInput = (field->focusPolicy() & Qt::TabFocus) != 0 && isField(*field) &&
                                  qobject_cast<const QScrollArea*>(field) == nullptr;
             QVERIFY2(!isInput || !field->toolTip().isEmpty(), qPrintable(field->objectName()));
+            inputs += isInput ? 1 : 0;
         }
+        QVERIFY(inputs > 15);
     }
-    for (const QDoubleSpinBox* box : window->findChildren<QDoubleSpinBox*>()) {
+    const auto boxes = window->findChildren<QDoubleSpinBox*>();
+    QVERIFY(boxes.size() > 5);
+    for (const QDoubleSpinBox* box : boxes) {
         QVERIFY2(box->toolTip().contains(QLatin1String("efault")), qPrintable(box->objectName()));
         QVERIFY2(box->toolTip().contains(QString::fromUtf8("Å")), qPrintable(box->objectName()));
     }
@@ -468,6 +481,7 @@ void cFormTest::nothingIsCutOff() {
             widget<QScrollArea>(*window, page == 0 ? "scrollAreaKEV" : "scrollAreaVOR");
         QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
         QCOMPARE(area->verticalScrollBar()->maximum(), 0);
+        int measured = 0;
         for (const QWidget* field : tabs->currentWidget()->findChildren<QWidget*>()) {
             if (!field->isVisible() || !isField(*field) ||
                 field->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) {
@@ -479,8 +493,10 @@ void cFormTest::nothingIsCutOff() {
                 const QSize needed = field->minimumSizeHint();
                 QVERIFY2(field->width() >= needed.width() && field->height() >= needed.height(),
                          qPrintable(field->objectName()));
+                ++measured;
             }
         }
+        QVERIFY(measured > 20);
     }
 }
 

@@ -184,11 +184,15 @@ TEST(DepthIndex, ChainComputesEveryResidueFromItsOwnAtomsOnly) {
 }
 
 TEST(DepthIndex, EmptyStructureIsNoWork) {
+    tAtoms atoms{atomAt(0, 0, 0), atomAt(1, 0, 0)};
+    atoms[0].asa = 1.0;
+    atoms[1].depthIndex = 7.0;
+    calculateAtomDepthIndex(atoms.data(), 0);
+    EXPECT_EQ(atoms[1].depthIndex, 7.0) << "atoms beyond the count are not touched";
     cPdbPeptide peptide;
-    peptide.setDepthIndex();
+    EXPECT_NO_THROW(peptide.setDepthIndex());
     cProteinChain chain;
-    chain.setDepthIndex();
-    EXPECT_TRUE(peptide.residues.empty());
+    EXPECT_NO_THROW(chain.setDepthIndex());
 }
 
 } // namespace

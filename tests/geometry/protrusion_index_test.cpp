@@ -89,10 +89,14 @@ TEST(ProtrusionIndex, EmptyAtomsAndEmptySpheresAreNotGuarded) {
 }
 
 TEST(ProtrusionIndex, NoAtomsAreNoWork) {
-    calculateAtomProtrusionIndex(nullptr, 0, sPoint{}, sPoint{}, 10.0, 20.0);
+    tAtoms atoms{atomAt(0, 0, 0), atomAt(1, 0, 0)};
+    atoms[0].protrusionIndex = 5.0;
+    const sCorners box(atoms);
+    calculateAtomProtrusionIndex(atoms.data(), 0, box.maxPoint, box.minPoint, 10.0, 20.0);
+    EXPECT_EQ(atoms[0].protrusionIndex, 5.0) << "atoms beyond the count are not touched";
+    EXPECT_NO_THROW(calculateAtomProtrusionIndex(nullptr, 0, sPoint{}, sPoint{}, 10.0, 20.0));
     cPdbPeptide peptide;
-    peptide.setProtrusionIndex(10.0, 20.0);
-    EXPECT_TRUE(peptide.atoms.empty());
+    EXPECT_NO_THROW(peptide.setProtrusionIndex(10.0, 20.0));
 }
 
 // A sphere without limit holds every atom; counting them has to come to an end.

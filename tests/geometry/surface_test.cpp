@@ -139,8 +139,13 @@ TEST(FreeSurface, IsolatedAtomHasNone) {
 }
 
 TEST(FreeSurface, NoAtomsAreNoWork) {
-    calculateAtomASA(nullptr, 0, sPoint{}, sPoint{}, probe, 0.25);
-    SUCCEED();
+    tAtoms atoms{atomAt(0, 0, 0), atomAt(1, 0, 0)};
+    atoms[0].asa = 55.0;
+    atoms[1].asa = 66.0;
+    const sCorners box(atoms);
+    calculateAtomASA(atoms.data(), 0, box.maxPoint, box.minPoint, probe, 0.25);
+    EXPECT_EQ(areasOf(atoms), (tAreas{55.0, 66.0})) << "atoms beyond the count are not touched";
+    EXPECT_NO_THROW(calculateAtomASA(nullptr, 0, sPoint{}, sPoint{}, probe, 0.25));
 }
 
 // Two spheres of 2 Å, 5.2 Å apart: they do not touch, but each turns those planes of the other that

@@ -1,6 +1,7 @@
 // The worker of the structure module: what it tells, what it writes, and when.
 #include "run/crunkev_linux.h"
 #include "tests/run/run_fixture.h"
+#include "tests/support/directory_watch.h"
 #include "tests/support/shipped_inputs.h"
 #include "tests/support/text_difference.h"
 

@@ -4,16 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <csignal>
-#include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 
-#include <sys/inotify.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 namespace kelmo {
 
@@ -50,8 +45,8 @@ void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion) {
 }
 
 bool awaitEnd(cAnalysisRun& run) {
-    constexpr qint64 minute = 60'000;
-    return run.awaitEnd(QDeadlineTimer(minute));
+    constexpr qint64 patience = 600'000; // ms
+    return run.awaitEnd(QDeadlineTimer(patience));
 }
 
 bool runToEnd(cAnalysisRun& run) {
@@ -95,44 +90,6 @@ cFullDisk::~cFullDisk() {
     limit.rlim_cur = previousLimit;
     ::setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, SIG_DFL);
-}
-
-cDirectoryWatch::cDirectoryWatch(const std::filesystem::path& directory)
-    : descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    EXPECT_GE(
-        ::inotify_add_watch(descriptor, directory.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO), 0);
-}
-
-cDirectoryWatch::~cDirectoryWatch() {
-    ::close(descriptor);
-}
-
-std::vector<cDirectoryWatch::sEvent> cDirectoryWatch::events() {
-    alignas(inotify_event) std::array<char, 1 << 16> buffer;
-    for (;;) {
-        const ssize_t length = ::read(descriptor, buffer.data(), buffer.size());
-        if (length <= 0) {
-            return recorded;
-        }
-        for (std::size_t begin = 0; begin < static_cast<std::size_t>(length);) {
-            inotify_event event{};
-            std::memcpy(&event, buffer.data() + begin, sizeof event);
-            EXPECT_EQ(event.mask & IN_Q_OVERFLOW, 0U) << "events were lost";
-            recorded.push_back(
-                {(event.mask & IN_MOVED_TO) != 0, buffer.data() + begin + sizeof event});
-            begin += sizeof event + event.len;
-        }
-    }
-}
-
-std::vector<std::string> cDirectoryWatch::renamedTo() {
-    std::vector<std::string> names;
-    for (const sEvent& event : events()) {
-        if (event.isRenamed) {
-            names.push_back(event.name);
-        }
-    }
-    return names;
 }
 
 } // namespace kelmo

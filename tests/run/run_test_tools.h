@@ -24,9 +24,9 @@ void switchEverythingOn(cRunKEV& run);
 /// Every report on, shipped radii and rules, and the usual threshold of the criterion.
 void switchEverythingOn(cRunVOR& run, eInteractionCriterion criterion);
 
-/// Waits for the end of a worker; false when it does not come in a minute.
+/// Waits for the end of a worker; false when it does not come in ten minutes.
 bool awaitEnd(cAnalysisRun& run);
-/// Starts the worker and waits for its end; false when it does not end in a minute.
+/// Starts the worker and waits for its end; false when it does not end in ten minutes.
 bool runToEnd(cAnalysisRun& run);
 
 QStringList pathList(const std::vector<std::string>& paths);
@@ -47,28 +47,6 @@ class cFullDisk {
 
   private:
     unsigned long previousLimit;
-};
-
-/// Records what happens to the files of a directory from its construction on.
-class cDirectoryWatch {
-  public:
-    explicit cDirectoryWatch(const std::filesystem::path& directory);
-    ~cDirectoryWatch();
-    cDirectoryWatch(const cDirectoryWatch&) = delete;
-    cDirectoryWatch& operator=(const cDirectoryWatch&) = delete;
-
-    struct sEvent {
-        bool isRenamed; ///< the file received this name; otherwise it was created or changed
-        std::string name;
-    };
-    /// What happened so far, in order.
-    std::vector<sEvent> events();
-    /// Only the names that files received by renaming, in order.
-    std::vector<std::string> renamedTo();
-
-  private:
-    int descriptor;
-    std::vector<sEvent> recorded;
 };
 
 } // namespace kelmo

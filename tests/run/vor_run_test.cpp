@@ -1,6 +1,7 @@
 // The worker of the interaction module: what it tells, what it writes, and by which criterion.
 #include "run/run_vor_linux.h"
 #include "tests/run/run_fixture.h"
+#include "tests/support/directory_watch.h"
 
 #include <QDateTime>
 
