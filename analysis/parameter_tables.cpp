@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/regular_file.h"
 #include "base/shown_text.h"
+#include "base/text_line.h"
 #include "contacts/residue_contact.h"
 
 #include <array>
@@ -20,9 +21,18 @@ std::string badLineText(const std::string& table, int line) {
     return table + " file not properly formatted!\nError in line: " + std::to_string(line);
 }
 
-/// The faulty line of a table, unless the file itself is at fault.
+std::string tooLargeTableText(const std::string& table, int line) {
+    return table + " file is larger than " + std::to_string(largestTable >> 20U) +
+           " MiB!\nError in line: " + std::to_string(line);
+}
+
+/// The faulty line of a table, unless the file itself is at fault. A stream has failed, without
+/// being bad, where a reader has given the table up for its size.
 std::string faultText(const std::istream& in, const std::string& table, int line) {
-    return in.bad() ? table + " file could not be read to its end!" : badLineText(table, line);
+    if (in.bad()) {
+        return table + " file could not be read to its end!";
+    }
+    return in.fail() ? tooLargeTableText(table, line) : badLineText(table, line);
 }
 
 std::string incompleteText(const std::string& table, const std::set<std::string>& missing) {
@@ -161,7 +171,7 @@ std::string readContactRules(std::istream& in, contactMap& rules) {
     try {
         createStringContactMap(in, rules, &line);
     } catch (const std::out_of_range&) {
-        return badLineText("Contact rules", line);
+        return faultText(in, "Contact rules", line);
     }
     if (in.bad()) {
         rules.clear();

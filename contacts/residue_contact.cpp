@@ -142,11 +142,17 @@ void createStringContactMap(std::istream& in, contactMap& map) {
 
 void createStringContactMap(std::istream& in, contactMap& map, int* lineNumber) {
     *lineNumber = 0;
+    std::size_t size = 0;
     std::string line;
     while (getTextLine(in, line)) {
         const bool isHeader = ++*lineNumber == 1;
         if (line.size() > longestTextLine) {
             throw std::out_of_range("a line without end");
+        }
+        size += line.size() + 1;
+        if (size > largestTable) {
+            in.setstate(std::ios::failbit);
+            throw std::out_of_range("a table without end");
         }
         if (isHeader) {
             continue;

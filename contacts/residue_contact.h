@@ -26,7 +26,9 @@ int compareResidueNumbers(const std::string& a, const std::string& b);
 
 /// Adds the rules of a fixed-column table, each with its mirror, to `map`. The first line is a
 /// header. Text that is no number reads as 0. Throws std::out_of_range("basic_string::substr") at a
-/// line that ends before a field begins; the rules before it stay.
+/// line that ends before a field begins, and with other texts at a line longer than
+/// `longestTextLine` and at the one in which the table grows beyond `largestTable`; the stream has
+/// then failed, but is not bad. The rules before the line stay.
 void createStringContactMap(std::istream& in, contactMap& map);
 /// The same. `*lineNumber` is always the 1-based number of the line last read, the header included,
 /// 0 before the first: after an exception it names the line at fault.

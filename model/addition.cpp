@@ -3,9 +3,8 @@
 #include "base/string_operation.h"
 #include "base/text_line.h"
 
-#include <QRegularExpression>
-#include <QString>
-
+#include <algorithm>
+#include <cstddef>
 #include <istream>
 #include <string_view>
 #include <vector>
@@ -14,27 +13,81 @@ namespace kelmo {
 
 namespace {
 
-// A plain decimal number and a run of blanks, written such that a match never goes back over what
-// it has read: a line of a megabyte is settled in one pass.
-#define KELMO_NUMBER R"([-+]?(?:[0-9]++(?:\.[0-9]++)?+|\.[0-9]++))"
-#define KELMO_BLANKS R"([ \s\t]++)"
+// The grammars. Each function takes from the front of `rest` what it is named after and says
+// whether that was there; no character is looked at twice, so a line of a megabyte is settled in
+// one pass.
 
-constexpr auto radiusLine =
-    R"((?:[A-Z0-9]{0,3}_[A-Z0-9*]{1,4}|[A-Z0-9*]{1,6}))" KELMO_BLANKS KELMO_NUMBER;
-constexpr auto standardAreaLine = R"([A-Z]{1,3}(?:)" KELMO_BLANKS KELMO_NUMBER "){5}";
-constexpr auto hydrophobicityLine = R"([A-Z]{1,3})" KELMO_BLANKS KELMO_NUMBER;
+bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r'); // what isspace() holds for in the C locale
+}
 
-#undef KELMO_NUMBER
-#undef KELMO_BLANKS
+bool isCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+bool isOfKey(char c) {
+    return isCapital(c) || (c >= '0' && c <= '9') || c == '*';
+}
+
+/// Takes the longest beginning of `rest` whose characters are all of a kind.
+template <typename IsOfKind>
+std::string_view takeRun(std::string_view& rest, IsOfKind isOfKind) {
+    const auto end = std::find_if_not(rest.begin(), rest.end(), isOfKind);
+    const std::string_view run = rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+    rest.remove_prefix(run.size());
+    return run;
+}
+
+/// At least one blank and a plain decimal number that ends at the next blank.
+bool takeNumber(std::string_view& rest) {
+    const std::string_view blanks = takeRun(rest, isBlank);
+    const std::string_view number = takeRun(rest, [](char c) { return !isBlank(c); });
+    return !blanks.empty() && plainDecimal(number).has_value();
+}
+
+/// One to three capital letters.
+bool takeResidueName(std::string_view& rest) {
+    const std::size_t length = takeRun(rest, isCapital).size();
+    return length >= 1 && length <= 3;
+}
+
+/// A residue part of up to three characters, "_" and an atom part of one to four; or up to six
+/// characters without "_". An asterisk stands in no residue part.
+bool takeRadiusKey(std::string_view& rest) {
+    const std::string_view first = takeRun(rest, isOfKey);
+    if (!rest.starts_with('_')) {
+        return !first.empty() && first.size() <= 6;
+    }
+    rest.remove_prefix(1);
+    const std::size_t atomLength = takeRun(rest, isOfKey).size();
+    return first.size() <= 3 && first.find('*') == std::string_view::npos && atomLength >= 1 &&
+           atomLength <= 4;
+}
+
+bool isRadiusLine(std::string_view line) {
+    return takeRadiusKey(line) && takeNumber(line) && line.empty();
+}
+
+bool isStandardAreaLine(std::string_view line) {
+    bool matches = takeResidueName(line);
+    for (int area = 0; area < 5 && matches; ++area) {
+        matches = takeNumber(line);
+    }
+    return matches && line.empty();
+}
+
+bool isHydrophobicityLine(std::string_view line) {
+    return takeResidueName(line) && takeNumber(line) && line.empty();
+}
 
 /// Reads a table line by line, handing each line that matches the grammar to `addEntry`; returns 0
-/// or the number of the first line that does not match.
+/// or the number of the line that could not be taken.
 template <typename Map, typename AddEntry>
-int readTable(std::istream& in, const char* grammar, Map& table, AddEntry addEntry) {
-    const QRegularExpression pattern(
-        QRegularExpression::anchoredPattern(QString::fromLatin1(grammar)));
+int readTable(std::istream& in, bool (*isOfGrammar)(std::string_view), Map& table,
+              AddEntry addEntry) {
     table.clear();
     int lineNumber = 0;
+    std::size_t size = 0;
     std::string line;
     while (getTextLine(in, line)) {
         ++lineNumber;
@@ -42,11 +95,16 @@ int readTable(std::istream& in, const char* grammar, Map& table, AddEntry addEnt
             table.clear();
             return lineNumber;
         }
+        size += line.size() + 1;
+        if (size > largestTable) {
+            table.clear();
+            in.setstate(std::ios::failbit);
+            return lineNumber;
+        }
         if (line.empty() || line.front() == '#') {
             continue;
         }
-        if (!pattern.match(QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size())))
-                 .hasMatch()) {
+        if (!isOfGrammar(line)) {
             table.clear();
             return lineNumber;
         }
@@ -83,13 +141,13 @@ void createNucleicAcidNamesSet(std::set<std::string>& names) {
 }
 
 int getVdWrRadii(std::istream& in, std::map<std::string, double>& radii) {
-    return readTable(in, radiusLine, radii, [&](const std::string& line) {
+    return readTable(in, isRadiusLine, radii, [&](const std::string& line) {
         radii.emplace(trimString(line.substr(0, 8)), toNumber(textFrom(line, 8)));
     });
 }
 
 int getStandardAsa(std::istream& in, std::map<std::string, sAsa>& standards) {
-    return readTable(in, standardAreaLine, standards, [&](const std::string& line) {
+    return readTable(in, isStandardAreaLine, standards, [&](const std::string& line) {
         std::vector<std::string> columns = splitString(line);
         // A line separated by tabs is within the grammar but splits into too few columns.
         columns.resize(6);
@@ -104,7 +162,7 @@ int getStandardAsa(std::istream& in, std::map<std::string, sAsa>& standards) {
 }
 
 int getHydrophobicity(std::istream& in, std::map<std::string, double>& scale) {
-    return readTable(in, hydrophobicityLine, scale, [&](const std::string& line) {
+    return readTable(in, isHydrophobicityLine, scale, [&](const std::string& line) {
         scale.emplace(line.substr(0, 3), toNumber(textFrom(line, 4)));
     });
 }

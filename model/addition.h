@@ -24,8 +24,11 @@ void createAminoAcidNamesSet(std::set<std::string>& names);
 void createNucleicAcidNamesSet(std::set<std::string>& names);
 
 // The readers clear the map, fill it and return 0, or return the 1-based number of the first line
-// that breaks the table's grammar and leave the map empty. Empty lines and lines that begin with
-// "#" are skipped but counted. Of two entries with one key the first is kept.
+// that cannot be taken and leave the map empty: one that breaks the table's grammar or is longer
+// than `longestTextLine`, or the one in which the table grows beyond `largestTable`; the stream has
+// then failed, but is not bad. Empty lines and lines that begin with "#" are skipped but counted.
+// Of two entries with one key the first is kept. Blanks are those of isspace() in the C locale;
+// numbers are plain decimals such as "-1.5" or ".5".
 
 /// Van der Waals radii in Å: residue name + "_" + atom name in columns 1-8, then the value.
 int getVdWrRadii(std::istream& in, std::map<std::string, double>& radii);

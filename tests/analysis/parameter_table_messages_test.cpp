@@ -1,6 +1,8 @@
 // What the user is told about a parameter table that cannot be used.
 #include "analysis/parameter_tables.h"
 
+#include "base/text_line.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -101,6 +103,30 @@ TEST(ParameterTableMessages, LineOfTheContactRulesThatEndsEarlyIsNamed) {
               "Contact rules file not properly formatted!\nError in line: 2");
     EXPECT_EQ(rulesMessage("header\n"), "");
     EXPECT_EQ(rulesMessage(""), "");
+}
+
+TEST(ParameterTableMessages, TableTooLargeIsToldFromAFaultyLine) {
+    constexpr std::size_t lineSize = 64;
+    constexpr std::size_t lines = largestTable / lineSize;
+    const auto tooLarge = [](std::string line) {
+        line.resize(lineSize - 1, ' ');
+        std::string text;
+        for (std::size_t i = 0; i <= lines; ++i) {
+            text += line + '\n';
+        }
+        return text;
+    };
+    const std::string told = " file is larger than 16 MiB!\nError in line: 262145";
+    EXPECT_EQ(radiiMessage(tooLarge("#")), "Radii" + told);
+    EXPECT_EQ(standardAsaMessage(tooLarge("#")), "Standard ASA" + told);
+    EXPECT_EQ(hydrophobicityMessage(tooLarge("#")), "Hydrophobicity" + told);
+    EXPECT_EQ(rulesMessage(tooLarge("ASP   6  OD1  ARG   9  NH1   4.00     3")),
+              "Contact rules" + told);
+
+    const std::string longLine(longestTextLine + 1, ' ');
+    EXPECT_EQ(radiiMessage(longLine), "Radii file not properly formatted!\nError in line: 1");
+    EXPECT_EQ(rulesMessage(longLine),
+              "Contact rules file not properly formatted!\nError in line: 1");
 }
 
 TEST(ParameterTableMessages, MissingAminoAcidsAreListedEachWithABlank) {

@@ -1,6 +1,7 @@
 // Contact records and their order, the contact rule table, and the rule test of two residues.
 #include "contacts/residue_contact.h"
 
+#include "base/text_line.h"
 #include "model/chain_residue.h"
 
 #include <gtest/gtest.h>
@@ -375,6 +376,26 @@ TEST(ContactTable, EmptyLineAtTheEndIsAnError) {
     contactMap map;
     EXPECT_THROW(createStringContactMap(in, map), std::out_of_range);
     EXPECT_EQ(map.size(), 2U);
+}
+
+TEST(ContactTable, EndsInTheLineThatIsTooMuch) {
+    std::string longRule = saltBridge;
+    longRule.resize((std::size_t{1} << 20U) - 1, ' ');
+    const std::size_t lines = largestTable / (longRule.size() + 1);
+    std::string table;
+    for (std::size_t i = 0; i < lines; ++i) {
+        table += longRule + '\n';
+    }
+    EXPECT_EQ(readTable(table).at("ARG_ASP").size(), lines - 1) << "the first line is a header";
+
+    std::istringstream in(table + "\n");
+    contactMap map;
+    int lineNumber = -1;
+    EXPECT_THROW(createStringContactMap(in, map, &lineNumber), std::out_of_range);
+    EXPECT_EQ(lineNumber, static_cast<int>(lines) + 1);
+    EXPECT_EQ(map.at("ARG_ASP").size(), lines - 1);
+    EXPECT_TRUE(in.fail());
+    EXPECT_FALSE(in.bad());
 }
 
 TEST(ContactTable, LineNumberIsThatOfTheLastLineRead) {

@@ -1,9 +1,12 @@
 // The grammars of the three parameter tables and what is kept of their lines.
+#include "base/text_line.h"
 #include "model/addition.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <fstream>
 #include <limits>
 #include <locale>
@@ -268,6 +271,53 @@ TEST(ParameterTables, WrongNumberAfterAMegabyteOfDigitsIsRefusedWithoutDelay) {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(readAreas("ALA " + oneMegabyte + " 2 3 4 x\n", 1).size(), 0U);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+}
+
+// Tables without end
+
+/// A line that holds an entry, and comments up to a size with the line ends.
+std::string tableOfSize(const std::string& entry, std::size_t size) {
+    std::string table = entry + '\n';
+    const std::string comment = '#' + std::string(1022, '-') + '\n';
+    while (size - table.size() > 2 * comment.size()) {
+        table += comment;
+    }
+    return table + '#' + std::string(size - table.size() - 2, '-') + '\n';
+}
+
+TEST(ParameterTables, LargestTableIsRead) {
+    EXPECT_EQ(readRadii(tableOfSize("ALA_CA  1.5", largestTable)).size(), 1U);
+    EXPECT_EQ(readAreas(tableOfSize("ALA 1 2 3 4 5", largestTable)).size(), 1U);
+    EXPECT_EQ(readScale(tableOfSize("GLY 1.5", largestTable)).size(), 1U);
+}
+
+TEST(ParameterTables, LargerTableIsRefusedInTheLineThatIsTooMuch) {
+    const auto lastLine = [](const std::string& table) {
+        return static_cast<int>(std::count(table.begin(), table.end(), '\n'));
+    };
+    const std::string radii = tableOfSize("ALA_CA  1.5", largestTable + 1);
+    EXPECT_EQ(readRadii(radii, lastLine(radii)), tNumbers{});
+    EXPECT_EQ(readRadii(radii + "wrong\n", lastLine(radii)), tNumbers{});
+    const std::string areas = tableOfSize("ALA 1 2 3 4 5", largestTable + 1);
+    EXPECT_EQ(readAreas(areas, lastLine(areas)).size(), 0U);
+    const std::string scale = tableOfSize("GLY 1.5", largestTable + 1);
+    EXPECT_EQ(readScale(scale, lastLine(scale)), tNumbers{});
+}
+
+TEST(ParameterTables, StreamTellsATableTooLargeFromAFaultyLine) {
+    tNumbers radii;
+    std::istringstream tooLarge(tableOfSize("ALA_CA  1.5", largestTable + 1));
+    EXPECT_NE(getVdWrRadii(tooLarge, radii), 0);
+    EXPECT_TRUE(tooLarge.fail());
+    EXPECT_FALSE(tooLarge.bad());
+    for (const char* text : {"wrong", "wrong\n", "wrong\nALA_CA  1.5\n"}) {
+        std::istringstream faulty(text);
+        EXPECT_EQ(getVdWrRadii(faulty, radii), 1);
+        EXPECT_FALSE(faulty.fail());
+    }
+    std::istringstream longLine(std::string(longestTextLine + 1, ' '));
+    EXPECT_EQ(getVdWrRadii(longLine, radii), 1);
+    EXPECT_FALSE(longLine.fail());
 }
 
 // Completeness
