@@ -43,12 +43,13 @@ void cResidueTree::addNode(std::size_t first, std::size_t last) {
         const std::size_t middle = first + (last - first) / 2;
         double sPoint::*const side = widestSide(node.representatives);
         // Orders whatever is no number, too.
-        std::nth_element(
-            begin + static_cast<std::ptrdiff_t>(first), begin + static_cast<std::ptrdiff_t>(middle),
-            begin + static_cast<std::ptrdiff_t>(last),
-            [side](const sParticipant& a, const sParticipant& b) {
-                return std::strong_order(a.representative.*side, b.representative.*side) < 0;
-            });
+        std::nth_element(begin + static_cast<std::ptrdiff_t>(first),
+                         begin + static_cast<std::ptrdiff_t>(middle),
+                         begin + static_cast<std::ptrdiff_t>(last),
+                         [side](const sParticipant& a, const sParticipant& b) {
+                             return std::is_lt(
+                                 std::strong_order(a.representative.*side, b.representative.*side));
+                         });
         addNode(first, middle);
         addNode(middle, last);
     } else {
