@@ -8,11 +8,11 @@
 
 namespace kelmo {
 
-/// So many residues are worth a task when each costs little.
+/// How many residues are worth a task of their own when each costs little.
 constexpr std::size_t residuesPerTask = 128;
 
 /// Calls `work(i)` for 0 <= i < `count`, at least `grain` of them on one thread. Heeds the stop
-/// request of this thread. Otherwise like shareOut().
+/// request of this thread. Threads, waiting and exceptions as with shareOut().
 template <typename Work>
 void inParallel(std::size_t count, std::size_t grain, Work work) {
     const cStopRequest* const request = cStopRequest::current();

@@ -12,7 +12,9 @@ namespace kelmo {
 /// with their sign.
 class cNumberText {
   public:
+    /// `significantDigits` is from 1 to 9.
     cNumberText(double value, int significantDigits);
+    /// Lives as long as this object.
     std::string_view view() const { return {characters.data(), length}; }
 
   private:

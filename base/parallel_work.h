@@ -16,8 +16,8 @@ void shareOut(std::size_t count, std::size_t rangeSize,
               const std::function<void(std::size_t begin, std::size_t end)>& work);
 
 /// Calls `work` so many times, at the same time as far as threads are free, on at most `threads` of
-/// them with this one, and returns when all is done. Whatever shareOut() finds to do in the
-/// meantime is done by the same threads.
+/// them, this one included, and returns when all is done. Whatever shareOut() finds to do in the
+/// meantime is done by these threads too.
 void runTogether(std::size_t times, int threads, const std::function<void()>& work);
 
 /// How many threads, this one included and `wanted` at most, the system lets the process have now.
@@ -27,7 +27,7 @@ int startableThreads(int wanted);
 /// the process ends.
 void limitThreads(int threads);
 
-/// How many the scheduler takes by default: the cores that the process may use.
+/// How many threads the scheduler takes by default: as many as the process may use cores.
 int usualThreads();
 
 /// Calls `work` on this thread. While it waits inside for others, it starts on nothing that was
@@ -42,7 +42,10 @@ void workInOrder(std::size_t underWay, const std::function<bool(std::size_t plac
                  const std::function<void(std::size_t place)>& work,
                  const std::function<void(std::size_t place)>& handOn);
 
-/// The same with the items themselves; take() finds in an item what a former one has left there.
+/// Takes items one after the other until take(item) returns false, works on at most `underWay` of
+/// them at the same time, and hands them on one at a time in the order of taking. There are
+/// `underWay` items in all: take() finds in one what a former round has left there. Waiting and
+/// exceptions as with shareOut().
 template <typename Item, typename Take, typename Work, typename HandOn>
 void workInOrder(std::size_t underWay, Take take, Work work, HandOn handOn) {
     // Not owned by the scheduler, which forgets some of them when all is given up.

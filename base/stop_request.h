@@ -13,13 +13,14 @@ struct sStopped {};
 /// whatever thread they run, and throw sStopped when the answer is yes.
 class cStopRequest {
   public:
+    /// `question` is asked by several threads at the same time.
     explicit cStopRequest(std::function<bool()> question)
         : isWanted(std::move(question)), outer(std::exchange(current(), this)) {}
     ~cStopRequest() { current() = outer; }
     cStopRequest(const cStopRequest&) = delete;
     cStopRequest& operator=(const cStopRequest&) = delete;
 
-    /// The innermost one of this thread, null if there is none.
+    /// The innermost request of this thread, null if there is none.
     static const cStopRequest*& current() {
         thread_local const cStopRequest* request = nullptr;
         return request;
@@ -28,6 +29,7 @@ class cStopRequest {
     /// Makes the request of one thread that of another for the lifetime of the loan.
     class cLoan {
       public:
+        /// `request` may be null and must outlive the loan.
         explicit cLoan(const cStopRequest* request) : own(std::exchange(current(), request)) {}
         ~cLoan() { current() = own; }
         cLoan(const cLoan&) = delete;
@@ -56,9 +58,10 @@ inline void stopIfWanted() {
     }
 }
 
-/// Does so now and then, for loops whose rounds take less time than the question.
+/// Asks for a stop now and then, for loops whose rounds take less time than the question.
 class cStopCheck {
   public:
+    /// Does at every 256th call what stopIfWanted() does.
     void operator()() {
         if (++calls % callsPerQuestion == 0) {
             stopIfWanted();

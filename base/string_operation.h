@@ -10,7 +10,7 @@ namespace kelmo {
 
 /// The text without leading and trailing blanks and tabs.
 std::string trimString(std::string text);
-/// The same without a copy; the view is into `text`.
+/// The part of `text` without leading and trailing blanks and tabs.
 std::string_view trimmedView(std::string_view text);
 
 /// The maximal runs of characters other than the space character; a tab does not separate.

@@ -12,14 +12,16 @@ namespace kelmo {
 // run: an order that is claimed without being kept hides races. In builds without the sanitizer
 // nothing happens.
 
-/// Everything that this thread has done so far ...
+/// Says that whatever this thread has done so far comes before what a thread does that calls
+/// takeOver() of this place later.
 inline void handOver([[maybe_unused]] const void* place) {
 #if defined(__SANITIZE_THREAD__) || defined(KELMO_TELLS_THREAD_SANITIZER)
     __tsan_release(const_cast<void*>(place));
 #endif
 }
 
-/// ... is over for the thread that comes to the same place later.
+/// Says that whatever threads had done when they called handOver() of this place comes before what
+/// this thread does from now on.
 inline void takeOver([[maybe_unused]] const void* place) {
 #if defined(__SANITIZE_THREAD__) || defined(KELMO_TELLS_THREAD_SANITIZER)
     __tsan_acquire(const_cast<void*>(place));
@@ -29,6 +31,7 @@ inline void takeOver([[maybe_unused]] const void* place) {
 /// Lives while a thread is at a place that only one is at at a time.
 class cVisit {
   public:
+    /// Only the address of the place counts.
     explicit cVisit(const void* visitedPlace) : place(visitedPlace) { takeOver(place); }
     ~cVisit() { handOver(place); }
     cVisit(const cVisit&) = delete;
@@ -51,6 +54,7 @@ class cForkedWork {
     /// Lives while one piece of the work is done, on whatever thread.
     class cPiece {
       public:
+        /// `forkedWork` must outlive the piece.
         explicit cPiece(const cForkedWork& forkedWork) : work(forkedWork) { takeOver(&work.begin); }
         ~cPiece() { handOver(&work.end); }
         cPiece(const cPiece&) = delete;

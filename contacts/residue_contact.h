@@ -12,13 +12,17 @@ namespace kelmo {
 
 class cChainResidue;
 
+///@{
 /// Identity is chains, residue numbers (as texts) and criterion; names and types take no part.
 bool operator==(const cResidueContact& a, const cResidueContact& b);
 bool operator!=(const cResidueContact& a, const cResidueContact& b);
+///@}
+///@{
 /// Chains by bytes, then residue numbers by leading integer and text, then criterion: a strict weak
 /// ordering whatever the texts are. Numbers too large for an integer count as the largest one.
 bool operator<(const cResidueContact& a, const cResidueContact& b);
 bool operator>(const cResidueContact& a, const cResidueContact& b);
+///@}
 
 /// Negative, 0 or positive as residue number `a` sorts before, with or after `b`: by leading
 /// integer, then by text.
@@ -30,7 +34,8 @@ int compareResidueNumbers(const std::string& a, const std::string& b);
 /// `longestTextLine` and at the one in which the table grows beyond `largestTable`; the stream has
 /// then failed, but is not bad. The rules before the line stay.
 void createStringContactMap(std::istream& in, contactMap& map);
-/// The same. `*lineNumber` is always the 1-based number of the line last read, the header included,
+/// Adds the rules of a table as createStringContactMap() without a line number does, and keeps
+/// count: `*lineNumber` is always the 1-based number of the line last read, the header included,
 /// 0 before the first: after an exception it names the line at fault.
 void createStringContactMap(std::istream& in, contactMap& map, int* lineNumber);
 
@@ -40,7 +45,8 @@ void createStringContactMap(std::istream& in, contactMap& map, int* lineNumber);
 /// 0.
 bool doTheyFormContact(const cChainResidue& r1, const cChainResidue& r2, const contactMap& map,
                        std::set<eContactType>& types);
-/// The same with the rules of the two residues' names already looked up.
+/// Adds the types of those of the given rules that the two residues fulfil to `types`; true when
+/// there is one. For callers that have looked up the rules of the two residues' names themselves.
 bool doTheyFormContact(const cChainResidue& r1, const cChainResidue& r2,
                        const std::vector<sResidueAtomContact>& rules,
                        std::set<eContactType>& types);

@@ -13,40 +13,50 @@
 namespace kelmo {
 
 /// Centres and radii cell by cell, x slowest and z fastest, within a cell the last inserted first;
-/// every query returns them in this order. Building costs O(n log n) at worst, memory O(n) whatever
-/// the extent of the atoms. Queries may run at the same time.
+/// every query visits them in this order, called query order here. Building costs O(n log n) at
+/// worst, memory O(n) whatever the extent of the atoms. Queries may run at the same time.
 class cCentreGrid {
   public:
     /// What the calculations need of an atom, packed for scanning. Å throughout.
     struct sEntry {
-        double x;
-        double y;
-        double z;
+        double x;            ///< of the centre
+        double y;            ///< of the centre
+        double z;            ///< of the centre
         double radius;       ///< without probe
         double zMax;         ///< z + radius
         double zMin;         ///< z - radius
         std::uint32_t index; ///< position in the order of insertion
     };
 
-    /// The same in one array per quantity, in cell order, with room behind the last atom for a
-    /// whole vector to be loaded from any of them.
+    /// Centres and radii in one array per quantity, in cell order, with room behind the last atom
+    /// for a whole vector to be loaded from any of them. Å throughout.
     struct sColumns {
-        std::vector<double> x, y, z, radius;
+        std::vector<double> x;      ///< of the centres
+        std::vector<double> y;      ///< of the centres
+        std::vector<double> z;      ///< of the centres
+        std::vector<double> radius; ///< without probe
     };
 
     /// A half-open box of cells.
     struct sCellBox {
+        ///@{
+        /// First cell along an axis.
         std::uint32_t loX, loY, loZ;
+        ///@}
+        ///@{
+        /// The cell behind the last one along an axis.
         std::uint32_t hiX, hiY, hiZ;
+        ///@}
+        /// Whether no cell is in it.
         bool isEmpty() const { return hiX <= loX || hiY <= loY || hiZ <= loZ; }
     };
 
-    /// The corners are those of the atoms' bounding box, the maximum first. The cell size follows
+    /// The corners are those of the centres' bounding box, the maximum first. The cell size follows
     /// `atomCount`; only the first `insertCount` atoms are inserted.
     cCentreGrid(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                 const sPoint& minPoint, unsigned insertCount);
-    /// Of at least one entry at hand, within their bounding box; their `index` is set to their
-    /// order.
+    /// A grid of at least one entry, over the bounding box of their centres; their `index` is set
+    /// to their order.
     explicit cCentreGrid(std::vector<sEntry> inserted);
     cCentreGrid(const cCentreGrid&) = delete;
     cCentreGrid& operator=(const cCentreGrid&) = delete;
@@ -69,9 +79,9 @@ class cCentreGrid {
     /// than at it, in query order.
     template <typename Visit>
     void forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const;
-    /// The same for every entry whose sphere, enlarged by `probe`, intersects the atom's likewise
-    /// enlarged sphere. The cells searched reach `probe` + 2 `maxRadius` + 1 Å from the atom;
-    /// neighbours in other cells are not found.
+    /// Calls `visit(entry)`, in query order, for every entry whose sphere intersects the atom's
+    /// when both are enlarged by `probe` Å, other than at its very place. The cells searched reach
+    /// `probe` + 2 `maxRadius` + 1 Å from the atom; neighbours in other cells are not found.
     template <typename Visit>
     void forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
                                 Visit visit) const;
@@ -79,22 +89,26 @@ class cCentreGrid {
     /// The entry nearest to the atom, other than at its very place; null when there is none.
     const sEntry* nearest(const cResidueAtom& atom, double* distance) const;
 
+    /// All entries, in the order of queries.
     const std::vector<sEntry>& entriesInCellOrder() const { return entries; }
+    /// What entriesInCellOrder() holds, one array per quantity.
     const sColumns& columnsInCellOrder() const { return columns; }
 
     std::uint32_t cellCount = 0; ///< product of the three numbers of cells, modulo 2^32
     std::int32_t cellSize = 1;   ///< edge of a cell in Å, a power of two
-    std::uint32_t cellsX = 0;
-    std::uint32_t cellsY = 0;
-    std::uint32_t cellsZ = 0;
-    double offsetX = 0.0; ///< negated minimum corner, Å
-    double offsetY = 0.0;
-    double offsetZ = 0.0;
+    std::uint32_t cellsX = 0;    ///< cells along x
+    std::uint32_t cellsY = 0;    ///< cells along y
+    std::uint32_t cellsZ = 0;    ///< cells along z
+    double offsetX = 0.0;        ///< negated minimum corner, Å
+    double offsetY = 0.0;        ///< negated minimum corner, Å
+    double offsetZ = 0.0;        ///< negated minimum corner, Å
 
   protected:
     /// The entries in order of insertion.
     std::vector<sEntry> insertedEntries() const;
+    /// Replaces all entries; `index` is set to their order here.
     void sortIntoCells(std::vector<sEntry> inserted);
+    /// Number of the entry's cell, z running fastest.
     std::uint64_t cellKeyOf(const sEntry& entry) const;
     /// Position of the first entry whose cell key is not below `key`.
     std::size_t firstEntryAt(std::uint64_t key) const;
@@ -127,7 +141,7 @@ class cCentreGrid {
 /// while the grid lives.
 class cAtomGrid : public cCentreGrid {
   public:
-    /// As above; -1 inserts all atoms.
+    /// Corners and counts as for a cCentreGrid, but -1 inserts all `atomCount` atoms.
     cAtomGrid(const cResidueAtom* atoms, unsigned atomCount, sPoint maxPoint, sPoint minPoint,
               int insertCount);
 
@@ -143,10 +157,12 @@ class cAtomGrid : public cCentreGrid {
     /// returns the number of atoms.
     unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
                                           cResidueAtom* out, std::size_t capacity = SIZE_MAX) const;
-    /// The same for forEachInRangeByCenter().
+    /// Copies what forEachInRangeByCenter() visits to `out`, which must have room for it, and
+    /// returns the number of atoms.
     unsigned getNeighboursInRangeByCenter(const cResidueAtom& atom, double range, cResidueAtom* out,
                                           std::size_t capacity = SIZE_MAX) const;
 
+    /// The copy of the atom that an entry of this grid was made from.
     const cResidueAtom& atomOf(const sEntry& entry) const { return copies[entry.index]; }
 
     /// Writes the serial of every atom to standard output, in cell order, without separators.
@@ -192,6 +208,7 @@ void cCentreGrid::forEachRun(const sCellBox& box, Visit visit) const {
     }
 }
 
+/// Distance of the centres, Å.
 inline double centreDistance(const cResidueAtom& atom, const cCentreGrid::sEntry& entry) {
     const double dx = atom.x - entry.x;
     const double dy = atom.y - entry.y;

@@ -5,15 +5,18 @@
 
 namespace kelmo {
 
-/// An interval of angles on a circle, radians in [0, 2π]. Segments compare by their start alone.
+/// An interval of angles on a circle, radians in [0, 2π].
 class cCircleSegment {
   public:
+    /// `endAngle` is not less than `startAngle`; radians.
     cCircleSegment(double startAngle, double endAngle) : start(startAngle), end(endAngle) {}
 
-    double start;
-    double end; ///< not less than start
+    double start; ///< radians
+    double end;   ///< radians, not less than `start`
 };
 
+///@{
+/// Segments compare by their start alone.
 inline bool operator==(const cCircleSegment& a, const cCircleSegment& b) {
     return a.start == b.start;
 }
@@ -26,17 +29,20 @@ inline bool operator<(const cCircleSegment& a, const cCircleSegment& b) {
 inline bool operator>(const cCircleSegment& a, const cCircleSegment& b) {
     return a.start > b.start;
 }
+///@}
 
 /// How another circle lies towards this one.
 enum class eCircleLocation : int { apart = 0, otherInside = 1, crossing = 2, insideOther = 3 };
 
-/// The slice of one atom's enlarged sphere; Å.
+/// The slice of one atom's enlarged sphere.
 class cCircle {
   public:
+    /// Centre in the plane and radius, Å.
     cCircle(double xCentre, double yCentre, double circleRadius)
         : x(xCentre), y(yCentre), radius(circleRadius) {}
 
-    /// Touching from outside counts as apart, touching from inside as inside the other.
+    /// Where `other` lies. Touching from outside counts as apart, touching from inside as inside
+    /// the other.
     eCircleLocation locationOf(const cCircle& other) const;
     /// The number of locationOf().
     int locationTowardsMe(const cCircle& other) const;
@@ -48,11 +54,11 @@ class cCircle {
     /// The circumference in Å that no other circle covers, the angle cut to 0.001 rad.
     double getFreeArcLength(const cCircle* others, unsigned count);
 
-    double x;
-    double y;
-    double radius;
-    bool enclosed = false; ///< lies wholly inside at least one other circle
-    std::vector<cCircleSegment> segments;
+    double x;                             ///< of the centre, Å
+    double y;                             ///< of the centre, Å
+    double radius;                        ///< Å
+    bool enclosed = false;                ///< lies wholly inside at least one other circle
+    std::vector<cCircleSegment> segments; ///< covered arcs, as createArcs() leaves them
 
   private:
     double planarDistance(const cCircle& other) const;

@@ -20,8 +20,8 @@ using cDoubles = hn::ScalableTag<double>;
 constexpr double pi = 3.141592653589793;
 constexpr double twoPi = 6.283185307179586;
 
-/// See countInRange(). The squares are summed in the order of the plain form
-/// and without fusing, so that the comparison is exact.
+/// What countInRange() returns. The squares are summed in the order of the plain form and without
+/// fusing, so that the comparison is exact.
 unsigned countRun(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                   const sPoint& point, double squaredRange) {
     const cDoubles d;
@@ -64,7 +64,8 @@ HWY_INLINE void storeSelected(D d, hn::Vec<D> values, hn::Mask<D> mask, T* to) {
 #endif
 }
 
-/// The same for the places of the lanes, the first of which has the given place.
+/// Writes the places of the lanes that the mask selects, counted from that of the first lane, to
+/// consecutive places from `to` on, where there is room for a whole vector.
 template <class D>
 HWY_INLINE void storeSelectedPlaces(D, std::size_t first, hn::Mask<D> mask, std::uint64_t* to) {
     const hn::RebindToUnsigned<D> u;
@@ -333,7 +334,7 @@ inline sFreeAngle freeAngleBetweenArcs(sSurfaceScratch& scratch, double smallest
     return {eSlice::exposed, static_cast<int>(whole)};
 }
 
-/// See sSurfaceLoops.
+/// What sSurfaceLoops says of it.
 sFreeAngle freeAngle(sSurfaceScratch& scratch, double height, double radius) {
     const double smallestCosine = computeCosines(scratch, height, radius);
     // Gaps that an inexact cosine hides are far below the last digit that counts.

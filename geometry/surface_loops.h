@@ -40,7 +40,7 @@ struct sSurfaceScratch {
 
     std::size_t capacity = 0;
     std::size_t count = 0;  ///< touching neighbours of the current atom
-    std::size_t padded = 0; ///< the same, rounded up to whole vectors
+    std::size_t padded = 0; ///< their number rounded up to whole vectors
     bool hasCoaxialNeighbour = false;
     bool anglesAreKnown = false;
 
@@ -81,7 +81,7 @@ struct sFreeAngle {
 struct sSurfaceLoops {
     std::string_view instructionSet;
 
-    /// See countInRange().
+    /// What countInRange() returns.
     unsigned (*countRun)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                          const sPoint& point, double squaredRange);
     /// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the
@@ -98,7 +98,7 @@ struct sSurfaceLoops {
     sCompleteLoops complete;
 };
 
-/// Those that this processor can run, the fastest first.
+/// The loops that this processor can run, the fastest first.
 const std::vector<sSurfaceLoops>& availableSurfaceLoops();
 /// The loops in use: the fastest, unless a test chose others.
 const sSurfaceLoops& surfaceLoops();

@@ -20,7 +20,7 @@ class cChainBuilder {
         std::string_view chainId; ///< blank or empty for a chain without one
         std::string_view residueNumber;
         std::string_view residueName; ///< that tables are searched by
-        std::string_view nameInFile;  ///< the same where it does not differ
+        std::string_view nameInFile;  ///< `residueName` where it does not differ
     };
 
     cChainBuilder(cPdbPeptide& target, eIdentity identity);

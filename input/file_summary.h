@@ -7,23 +7,24 @@
 
 namespace kelmo {
 
-/// So many residues of each name.
+/// Numbers of residues by their names.
 using tResidueCounts = std::map<std::string, std::size_t>;
 
-/// Of the first model, or of all of them if all are taken.
+/// What stands in the first model, or in all of them if all are taken.
 struct sFileSummary {
     tResidueCounts leftOut = {}; ///< residues of polymers that are not taken into their chains
     tResidueCounts unknown = {}; ///< residues that are taken, but are of no known type
-    std::size_t waters = 0;
-    tResidueCounts ligands = {};            ///< and ions; not waters
+    std::size_t waters = 0;      ///< residues of water, none of which is taken
+    tResidueCounts ligands = {}; ///< and ions; not waters
     std::size_t residuesWithAlternates = 0; ///< with atoms of more than one alternate location
-    bool countsAllAlternates = true;
-    std::size_t hydrogens = 0; ///< atoms of residues that are taken
-    bool countsHydrogens = true;
-    std::size_t laterModels = 0; ///< that are not read
-    std::size_t laterBlocks = 0; ///< of data with atoms that are not read
+    bool countsAllAlternates = true;        ///< whether all of their locations are taken
+    std::size_t hydrogens = 0;              ///< atoms of residues that are taken
+    bool countsHydrogens = true;            ///< whether these atoms are taken
+    std::size_t laterModels = 0;            ///< that are not read
+    std::size_t laterBlocks = 0;            ///< of data with atoms that are not read
 
-    bool operator==(const sFileSummary&) const = default;
+    /// Whether two files have the same to tell.
+    bool operator==const sFileSummary&) const = default;
 };
 
 /// Whether residues of polymers have no part or count more than once.

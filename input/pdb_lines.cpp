@@ -78,7 +78,7 @@ class cLineParser {
         }
     }
 
-    /// Returns false when the line is in error, like those below.
+    /// Returns false when the line is in error.
     bool parseRecord(std::string_view line) {
         if (line.size() < shortestRecord) {
             return true;

@@ -9,7 +9,7 @@
 
 namespace kelmo {
 
-/// With the default options what cPdbPeptide::loadFromStream() makes of the text.
+/// Reads PDB text: with the default options to what cPdbPeptide::loadFromStream() makes of it.
 sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& radii,
                         const sReadOptions& options);
 

@@ -12,19 +12,22 @@ namespace kelmo {
 
 /// One option that has a few values.
 struct sReadChoice {
-    std::string key;
+    std::string key;                  ///< in configurations and on command lines
     std::string title;                ///< a few words for the label of a field
     std::string help;                 ///< what it means, in a sentence or two
     std::vector<std::string> choices; ///< the first is the default
     /// Position of the value among the choices.
     std::function<std::size_t(const sReadOptions&)> get;
+    /// Takes the choice at a position.
     std::function<void(sReadOptions&, std::size_t)> set;
 };
 
 /// The parts of the preparation and the models, in the order in which people are asked.
 const std::vector<sReadChoice>& readChoices();
 
+/// Key of the assembly, which is named by its id in the file.
 inline constexpr std::string_view assemblyKey = "assembly";
+/// Value of that key for the chains as they stand in the file.
 inline constexpr std::string_view noAssembly = "none";
 
 /// Sets an option by its key: one of the choices, or the assembly. Returns false for an unknown

@@ -25,11 +25,15 @@ enum class eNames { asTheyStand, understood };
 
 /// What of a file is taken, and under which names; by default a file as it is.
 struct sPreparation {
+    ///@{
+    /// One choice each; by default a file is taken as it is.
     eAlternateLocations alternateLocations = eAlternateLocations::all;
     eHydrogens hydrogens = eHydrogens::keep;
     eModifiedResidues modifiedResidues = eModifiedResidues::leaveOut;
     eNames names = eNames::asTheyStand;
+    ///@}
 
+    /// Whether the same of every file is taken, under the same names.
     bool operator==(const sPreparation&) const = default;
 };
 
@@ -42,16 +46,19 @@ inline constexpr sPreparation standardPreparation{eAlternateLocations::highestOc
 /// them one structure, in which the chains of later models are chains like others.
 enum class eModels { first, each, chains };
 
+/// How a file becomes structures.
 struct sReadOptions {
-    sPreparation preparation = {};
-    eModels models = eModels::first;
-    std::string assembly = {}; ///< its id in the file; none if empty
+    sPreparation preparation = {};   ///< what of each model is taken
+    eModels models = eModels::first; ///< which models are taken
+    std::string assembly = {};       ///< its id in the file; none if empty
 
+    /// Whether every file becomes the same structures.
     bool operator==(const sReadOptions&) const = default;
 };
 
+/// How the reading of a file ended.
 enum class eReadOutcome {
-    read,
+    read,       ///< to its end
     badLine,    ///< a line is in error; `badLine` is its number
     unreadable, ///< the file could not be read to its end; `reason` says why
     noAtoms,    ///< no atom of a chain stands in it
@@ -60,9 +67,9 @@ enum class eReadOutcome {
 
 /// What came of reading a file.
 struct sReadResult {
-    eReadOutcome outcome = eReadOutcome::read;
-    int badLine = 0; ///< counted from 1
-    std::string reason = {};
+    eReadOutcome outcome = eReadOutcome::read; ///< decides which members say more
+    int badLine = 0;                           ///< counted from 1
+    std::string reason = {};                   ///< in words for people
     /// Keys of the radii table, residue name + "_" + atom name, that were looked up in vain.
     std::set<std::string> missingRadii = {};
     /// One, or with eModels::each one a model, in the order of the file; none unless `outcome` is

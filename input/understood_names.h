@@ -9,7 +9,8 @@ namespace kelmo {
 /// for "DA" or "HIS" for "HSD"; any other name as it is.
 std::string understoodResidueName(const std::string& name);
 
-/// The same for an atom of a standard residue, such as "C1*" for "C1'" or "HB1" for "1HB".
+/// The name of an atom of a standard residue that stands in a file under one of its other names,
+/// such as "C1*" for "C1'" or "HB1" for "1HB"; any other name as it is.
 std::string understoodAtomName(const std::string& residueName, const std::string& atomName);
 
 } // namespace kelmo

@@ -13,9 +13,8 @@ namespace kelmo {
 
 namespace {
 
-// The grammars. Each function takes from the front of `rest` what it is named after and says
-// whether that was there; no character is looked at twice, so a line of a megabyte is settled in
-// one pass.
+// Parts of the grammars are taken from the front of what is left of a line, and no character is
+// taken twice: a line of a megabyte is settled in one pass.
 
 bool isBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r'); // what isspace() holds for in the C locale
@@ -38,21 +37,23 @@ std::string_view takeRun(std::string_view& rest, IsOfKind isOfKind) {
     return run;
 }
 
-/// At least one blank and a plain decimal number that ends at the next blank.
+/// Takes at least one blank and a plain decimal number that ends at the next blank; false without
+/// them.
 bool takeNumber(std::string_view& rest) {
     const std::string_view blanks = takeRun(rest, isBlank);
     const std::string_view number = takeRun(rest, [](char c) { return !isBlank(c); });
     return !blanks.empty() && plainDecimal(number).has_value();
 }
 
-/// One to three capital letters.
+/// Takes a residue name: one to three capital letters; false without one.
 bool takeResidueName(std::string_view& rest) {
     const std::size_t length = takeRun(rest, isCapital).size();
     return length >= 1 && length <= 3;
 }
 
-/// A residue part of up to three characters, "_" and an atom part of one to four; or up to six
-/// characters without "_". An asterisk stands in no residue part.
+/// Takes a key of the radii: a residue part of up to three characters, "_" and an atom part of one
+/// to four, or up to six characters without "_". An asterisk stands in no residue part.
+/// False without such a key.
 bool takeRadiusKey(std::string_view& rest) {
     const std::string_view first = takeRun(rest, isOfKey);
     if (!rest.starts_with('_')) {

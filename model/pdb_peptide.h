@@ -17,10 +17,16 @@ namespace kelmo {
 class cPdbPeptide {
   public:
     cPdbPeptide() = default;
+    ///@{
+    /// Pointers of the copy lead to the lists of the copy.
     cPdbPeptide(const cPdbPeptide& other);
     cPdbPeptide& operator=(const cPdbPeptide& other);
+    ///@}
+    ///@{
+    /// Pointers stay valid: the lists change their owner, not their place.
     cPdbPeptide(cPdbPeptide&&) noexcept = default;
     cPdbPeptide& operator=(cPdbPeptide&&) noexcept = default;
+    ///@}
     ~cPdbPeptide() = default;
 
     /// Fills an empty structure from PDB text. `radii` maps residue name + "_" + atom name to a van
@@ -42,10 +48,14 @@ class cPdbPeptide {
     /// these areas current for the same parameters costs nothing.
     void setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice,
                                          eAsaForm form = eAsaForm::classic);
+    /// Sets the relative areas (percent) of residues of a known type.
     void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
+    /// Sets the hydrophobicity of residues of a known type.
     void setHydrophobicity(std::map<std::string, double> scale);
-    /// Depth and protrusion within the complex; residues of no known type are left out.
+    /// Depth within the complex, of all atoms; residues of no known type get no statistics.
     void setDepthIndex();
+    /// Protrusion within the complex, of all atoms; residues of no known type get no statistics.
+    /// Radius in Å, volume of one atom in Å³.
     void setProtrusionIndex(double sphereRadius, double atomVolume);
 
     /// Finds the residue pairs of different chains that touch by a criterion, records each in both
@@ -54,9 +64,12 @@ class cPdbPeptide {
     /// table-driven one, which alone uses `vdwThreshold` and `map`.
     void resolveContacts(eInteractionCriterion criterion, double searchValue, double vdwThreshold,
                          const contactMap* map);
+    /// Contacts of residues of which some atom pair is at most `threshold` Å apart.
     void resolveThresholdContacts(double threshold);
+    /// Contacts of residues of which some atom pair is at most its radii plus `threshold` Å apart.
     void resolvePRISMContacts(double threshold);
-    /// Mind the order: the van der Waals threshold first, the search distance second.
+    /// Contacts of residues that fulfil a rule of `map`, or of which some atom pair is at most its
+    /// radii plus `vdwThreshold` Å apart. Mind the order: the search distance comes second.
     void resolveHovikKRBContacts(double vdwThreshold, double searchValue, const contactMap& map);
     /// Marks every residue whose area in the complex differs by more than `deltaAsa` Å² from its
     /// area in its chain alone. The areas of the complex must have been computed with the same
@@ -64,20 +77,24 @@ class cPdbPeptide {
     void resolveDovrethContacts(double deltaAsa, double probeRadius, double zSlice,
                                 eAsaForm form = eAsaForm::classic);
 
-    std::string name; ///< identification code of the entry, empty if none
-    sPoint maxPoint;  ///< bounding box of the atom centres, Å
-    sPoint minPoint;
+    std::string name;                      ///< identification code of the entry, empty if none
+    sPoint maxPoint;                       ///< largest coordinates of the atom centres, Å
+    sPoint minPoint;                       ///< smallest coordinates of the atom centres, Å
     std::vector<cResidueAtom> atoms;       ///< every protein atom, in file order
     std::vector<cResidueAtom> heteroAtoms; ///< Cu, Fe, Mg and Zn, radius 0
-    std::vector<cChainResidue> residues;
-    std::vector<cProteinChain> chains;
-    std::vector<cResidueContact> contacts;
+    std::vector<cChainResidue> residues;   ///< in file order
+    std::vector<cProteinChain> chains;     ///< in file order
+    std::vector<cResidueContact> contacts; ///< of the criteria resolved so far, sorted
 
-    double totalAsa = 0.0; ///< Å²
+    ///@{
+    /// Sum of the accessible surface areas of residues of a known type in the complex, Å²; 0 after
+    /// the chains were computed alone.
+    double totalAsa = 0.0;
     double sideChainAsa = 0.0;
     double backboneAsa = 0.0;
     double polarAsa = 0.0;
     double nonPolarAsa = 0.0;
+    ///@}
 
     /// Points residues, chains and atoms at this object's own lists, by their counts. For whoever
     /// fills the lists.

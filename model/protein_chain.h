@@ -14,6 +14,8 @@ namespace kelmo {
 class cProteinChain {
   public:
     cProteinChain() = default;
+    /// Takes `residuesInChain` residues from `firstResidue` on and `atomsInChain` atoms from
+    /// `firstAtom` on, and sets the bounding box if there are any.
     cProteinChain(std::string peptide, std::string id, cChainResidue* firstResidue,
                   unsigned residuesInChain, cResidueAtom* firstAtom, unsigned atomsInChain);
 
@@ -23,6 +25,7 @@ class cProteinChain {
                                   eAsaForm form = eAsaForm::classic);
     /// Sums the residues' areas as they stand, -1.0 of residues never computed included.
     void setASASummingResidueAsa();
+    /// Sets the relative areas (percent) of all residues, whatever their type.
     void setRelativeAccessibleSurfaceArea(const std::map<std::string, sAsa>& standards);
     /// Depth within the chain alone, for every residue whatever its type.
     void setDepthIndex();
@@ -30,20 +33,23 @@ class cProteinChain {
     /// of one atom in Å³.
     void setProtrusionIndex(double sphereRadius, double atomVolume);
 
-    std::string peptideName;
-    std::string chainId; ///< one character, "*" for a blank id
-    unsigned atomCount = 0;
-    unsigned residueCount = 0;
-    cChainResidue* residues = nullptr;
-    cResidueAtom* atoms = nullptr;
-    sPoint maxPoint; ///< bounding box of the atom centres, Å
-    sPoint minPoint;
+    std::string peptideName;           ///< that of the structure
+    std::string chainId;               ///< one character, "*" for a blank id
+    unsigned atomCount = 0;            ///< atoms from `atoms` on
+    unsigned residueCount = 0;         ///< residues from `residues` on
+    cChainResidue* residues = nullptr; ///< first residue; not owned
+    cResidueAtom* atoms = nullptr;     ///< first atom; not owned
+    sPoint maxPoint;                   ///< largest coordinates of the atom centres, Å
+    sPoint minPoint;                   ///< smallest coordinates of the atom centres, Å
 
-    double totalAsa = 0.0; ///< Å²
+    ///@{
+    /// Sum of the residues' accessible surface areas, Å².
+    double totalAsa = 0.0;
     double sideChainAsa = 0.0;
     double backboneAsa = 0.0;
     double polarAsa = 0.0;
     double nonPolarAsa = 0.0;
+    ///@}
 
   private:
     friend class cPdbPeptide;

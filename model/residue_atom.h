@@ -7,11 +7,11 @@ namespace kelmo {
 
 class cChainResidue;
 
-/// A point in space; coordinates in ångström.
+/// A point in space.
 struct sPoint {
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
+    double x = 0.0; ///< Å
+    double y = 0.0; ///< Å
+    double z = 0.0; ///< Å
 };
 
 /// One atom: what the file says of it, and what the calculations find out about it.
@@ -41,14 +41,14 @@ class cResidueAtom {
     void setFreeSurface(const cResidueAtom* neighbours, unsigned neighbourCount, double zSlice,
                         double probeRadius);
 
-    std::string atomName;         ///< "NXT" for the nitrogen that opens a chain
-    std::string serial;           ///< serial number as text; not necessarily a number
-    double asa = 0.0;             ///< accessible surface area, Å²
-    double protrusionIndex = 0.0; ///< free over occupied volume of a sphere around the atom
-    double depthIndex = 0.0;      ///< distance to the nearest surface atom, Å
-    double x = 0.0;               ///< centre, Å
-    double y = 0.0;
-    double z = 0.0;
+    std::string atomName;             ///< "NXT" for the nitrogen that opens a chain
+    std::string serial;               ///< serial number as text; not necessarily a number
+    double asa = 0.0;                 ///< accessible surface area, Å²
+    double protrusionIndex = 0.0;     ///< free over occupied volume of a sphere around the atom
+    double depthIndex = 0.0;          ///< distance to the nearest surface atom, Å
+    double x = 0.0;                   ///< of the centre, Å
+    double y = 0.0;                   ///< of the centre, Å
+    double z = 0.0;                   ///< of the centre, Å
     double radius = 0.0;              ///< van der Waals radius without probe, Å
     double zMax = 0.0;                ///< z + radius
     double zMin = 0.0;                ///< z - radius

@@ -6,15 +6,19 @@
 
 namespace kelmo {
 
-// Nothing is escaped. A negative indentation is none.
+/// @name Lines of elements
+/// Nothing is escaped. A negative indentation is none.
+///@{
 
-/// `indent` blanks, the name between angle brackets, a line end.
+/// Appends `indent` blanks, the name between angle brackets, a line end.
 void appendXmlStart(std::string& text, std::string_view name, int indent);
-/// The end tag; without `newLine` the next text continues on its line.
+/// Appends `indent` blanks and the end tag; without `newLine` the next text continues on its line.
 void appendXmlEnd(std::string& text, std::string_view name, int indent, bool newLine);
-/// Start tag, value and end tag on one line.
+/// Appends `indent` blanks and start tag, value and end tag on one line.
 void appendXmlElement(std::string& text, std::string_view name, std::string_view value, int indent);
-/// A number as a stream writes it by default: six significant digits.
+/// Appends an element that holds a number as a stream writes it by default: six significant digits.
 void appendXmlElement(std::string& text, std::string_view name, double value, int indent);
+
+///@}
 
 } // namespace kelmo

@@ -17,14 +17,16 @@ class cXmlWriter : public std::ofstream {
     /// stream failed.
     explicit cXmlWriter(const char* fileName);
 
+    /// False when the file could not be opened; nothing has been written then.
     bool isFileOpen() const { return is_open(); }
 
-    /// `indent` blanks, the name between angle brackets, a line end.
+    /// Writes `indent` blanks, the name between angle brackets, a line end.
     void writeStart(std::string_view name, int indent);
-    /// The end tag; without `newLine` the next output continues on its line.
+    /// Writes `indent` blanks and the end tag; without `newLine` the next output continues on its
+    /// line.
     void writeEnd(std::string_view name, int indent, bool newLine);
-    /// Start tag, value and end tag on one line. The stream's formatting state applies to the
-    /// value.
+    /// Writes `indent` blanks and start tag, value and end tag on one line. The stream's formatting
+    /// state applies to the value.
     template <typename T>
     void writeElement(std::string_view name, T value, int indent) {
         if constexpr (std::is_same_v<T, double>) {
@@ -37,7 +39,7 @@ class cXmlWriter : public std::ofstream {
         *this << value;
         writeEnd(name, 0, true);
     }
-    /// Lines that were put together elsewhere.
+    /// Writes lines that were put together elsewhere.
     void writeText(std::string_view text);
 
   private:
