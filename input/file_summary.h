@@ -24,7 +24,7 @@ struct sFileSummary {
     std::size_t laterBlocks = 0;            ///< of data with atoms that are not read
 
     /// Whether two files have the same to tell.
-    bool operator==const sFileSummary&) const = default;
+    bool operator==(const sFileSummary&) const = default;
 };
 
 /// Whether residues of polymers have no part or count more than once.

@@ -258,7 +258,7 @@ void cInputFilesTest::everyLineOfAListCounts() {
 }
 
 void cInputFilesTest::carriageReturnBelongsToThePathOfAFileAlone() {
-    place->file("odd.pdb\r", twoGlycines());
+    place->file("odd.pdb\r", "END\n");
     load("a.pdb\r\nodd.pdb\r\n\r\n");
     QCOMPARE(savedList(), QByteArray("a.pdb\nodd.pdb\r\n\n"));
 }

@@ -9,6 +9,7 @@
 #include "tests/extending/atom_count.h"
 #include "tests/extending/line_format.h"
 #include "tests/extending/number_criterion.h"
+#include "tests/support/pdb_lines.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -44,8 +45,8 @@ std::map<std::string, std::string> reportsOf(eModule module,
     options.module = module;
     options.overrides = overrides;
     options.overrides.push_back("radii_filename=" +
-                                pathToBytes(place.file("r", glycineRadiiTable())));
-    const QString structure = place.file("1tst.pdb", twoGlycines());
+                                pathToBytes(place.file("r", glycineRadiiFile())));
+    const QString structure = place.file("1tst.pdb", QByteArray::fromStdString(twoGlycines()));
     const sPreparedRun run = prepareRun(settingsFrom(options), cInputPaths{pathToBytes(structure)});
     const std::unique_ptr<cAnalysisRun> worker = run.makeWorker();
     worker->analyseFile(structure, stamp);

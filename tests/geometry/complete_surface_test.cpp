@@ -6,6 +6,7 @@
 #include "tests/geometry/atom_clouds.h"
 #include "tests/geometry/only_loops.h"
 #include "tests/support/reference_surface.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
@@ -510,7 +511,7 @@ void expectReferenceAreas(const tAtoms& atoms, double probeRadius, double slice)
 }
 
 TEST(CompleteSurface, AgreesWithTheIndependentImplementationOnSamples) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         expectReferenceAreas(samplePeptide(name).atoms, probe, 0.25);
     }
     for (const double slice : {0.05, 0.1, 1.0, 10.0}) {

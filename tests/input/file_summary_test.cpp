@@ -4,7 +4,7 @@
 #include "tests/input/entries.h"
 #include "tests/input/gzip_text.h"
 #include "tests/input/mmcif_rows.h"
-#include "tests/input/pdb_lines.h"
+#include "tests/support/pdb_lines.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include "base/thread_order.h"
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
+#include "tests/support/pdb_lines.h"
 #include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,8 @@
 // What a worker tells, on its way from its thread to a receiver in another.
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
-#include "tests/xml/scratch_directory.h"
+#include "tests/support/pdb_lines.h"
+#include "tests/support/test_files.h"
 
 #include <QCoreApplication>
 

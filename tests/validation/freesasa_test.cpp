@@ -116,7 +116,7 @@ TEST_P(FreeSasa, TotalAreaAgreesWithinOnePercent) {
 // With 1000 slices an atom FreeSASA's totals no longer move by more than 0.001 %.
 TEST_P(FreeSasa, CompleteFormAgreesWithinAThousandth) {
     const sEntry entry = GetParam();
-    cPdbPeptide peptide = load(entry.name);
+    cPdbPeptide peptide = samplePeptide(entry.name);
     const sTheirAreas theirs = areasByFreeSasa(entry.name, peptide, 1000);
     ASSERT_GT(theirs.total, entry.least);
     ASSERT_EQ(theirs.residues.size(), peptide.residues.size());
