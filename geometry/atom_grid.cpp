@@ -127,7 +127,6 @@ void cCentreGrid::sortIntoCells(std::vector<sEntry> inserted) {
 }
 
 void cCentreGrid::fillColumns() {
-    constexpr std::size_t widestVector = 8;
     for (auto* column : {&columns.x, &columns.y, &columns.z, &columns.radius}) {
         column->resize(entries.size() + widestVector);
     }

@@ -12,6 +12,9 @@
 
 namespace kelmo {
 
+/// Widest vector that any instruction set has, in doubles.
+constexpr std::size_t widestVector = 8;
+
 /// Centres and radii cell by cell, x slowest and z fastest, within a cell the last inserted first;
 /// every query visits them in this order, called query order here. Building costs O(n log n) at
 /// worst, memory O(n) whatever the extent of the atoms. Queries may run at the same time.

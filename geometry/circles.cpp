@@ -1,9 +1,10 @@
 #include "geometry/circles.h"
 
+#include "geometry/cut_numbers.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
 namespace kelmo {
 
@@ -100,7 +101,7 @@ double cCircle::getFreeArcLength(const cCircle* others, unsigned count) {
         }
     }
     free = free + twoPi - covered;
-    free = static_cast<std::int32_t>(free * 1000.0) / 1000.0;
+    free = cutTo(freeAnglePartsPerRadian, free);
     return free < 0.0 ? 0.0 : free * radius;
 }
 

@@ -1,8 +1,9 @@
 // One plane through an atom's enlarged sphere: its circle, its thickness and what meets it.
 #pragma once
 
+#include "geometry/cut_numbers.h"
+
 #include <cmath>
-#include <cstdint>
 
 namespace kelmo {
 
@@ -21,6 +22,9 @@ inline int slicesBelow(double top, double centre, double zSlice) {
     return 2 * planes - 1;
 }
 
+/// Circles of a smaller radius (Å) do not count: cut to thousandths, nothing is left of it.
+constexpr double smallestCircleRadius = 1.0 / circleRadiusPartsPerAngstrom;
+
 /// The cut of a plane z = `height` through a sphere of radius `enlarged` (van der Waals plus probe)
 /// about `centre`; Å. Every expression is evaluated in the order written: the numbers in the
 /// reports are cut to fixed decimals, so another order could move a last digit.
@@ -32,13 +36,14 @@ struct sSlicePlane {
             return;
         }
         const double exactRadius = std::sqrt(enlargedRadius * enlargedRadius - d * d);
-        if (!(exactRadius >= 0.001)) {
+        if (!(exactRadius >= smallestCircleRadius)) {
             return;
         }
         cutsSphere = true;
-        circleRadius = static_cast<std::int32_t>(exactRadius * 1000.0) / 1000.0;
-        // Half a slice below, and towards the pole at most what is left of the sphere.
-        const double half = zSlice * 0.5;
+        circleRadius = cutTo(circleRadiusPartsPerAngstrom, exactRadius);
+        // Half the distance to the next plane on either side, but towards the pole at most what is
+        // left of the sphere.
+        const double half = 0.5 * zSlice;
         const double toPole = std::abs(enlargedRadius - d);
         thickness = (half <= toPole ? half : toPole) + half;
     }
@@ -58,16 +63,29 @@ struct sSlicePlane {
 
     /// The sphere's area in Å² that a free arc of this length stands for, cut to 0.0001 Å².
     double areaOf(double freeLength) const {
-        return static_cast<std::int32_t>(freeLength * (enlarged * thickness) / circleRadius *
-                                         10000.0) /
-               10000.0;
+        return cutTo(sliceAreaPartsPerSquareAngstrom,
+                     freeLength * (enlarged * thickness) / circleRadius);
     }
 
-    double height;
-    double enlarged;
+    double height;   ///< Å
+    double enlarged; ///< radius of the sphere, Å
     bool cutsSphere = false;
     double circleRadius = 0.0; ///< cut to 0.001 Å
-    double thickness = 0.0;    ///< of the slab that the slice stands for
+    double thickness = 0.0;    ///< of the slab that the slice stands for, Å
 };
+
+/// Calls `visit(plane)` from the top down for the planes of a sphere that leave a circle large
+/// enough to count. `planes` is their number as slicesBelow() gives it and is counted down.
+template <typename Visit>
+void forEachPlane(int& planes, double centre, double enlargedRadius, double zSlice, Visit visit) {
+    const int planesAbove = (planes - 1) / 2;
+    double height = centre + zSlice * planesAbove;
+    for (; planes > 0; --planes, height -= zSlice) {
+        const sSlicePlane plane(height, centre, enlargedRadius, zSlice);
+        if (plane.cutsSphere) {
+            visit(plane);
+        }
+    }
+}
 
 } // namespace kelmo

@@ -1,6 +1,7 @@
 // The vectorised inner loops of the calculations, compiled once per instruction set.
 // No include guard: the dispatcher includes this file once for every target.
 #include "geometry/complete_arcs-inl.h"
+#include "geometry/cut_numbers.h"
 #include "geometry/surface_loops.h"
 
 #include <hwy/contrib/math/math-inl.h>
@@ -322,7 +323,7 @@ inline sFreeAngle freeAngleBetweenArcs(sSurfaceScratch& scratch, double smallest
     }
     const std::size_t widest = positionOf(scratch.arcCosine, scratch.arcs, smallestCosine);
     computeArcs(scratch, scratch.arcAngle[widest]);
-    const double free = 1000.0 * sweepFreeAngle(scratch, scratch.arcEnd[widest]);
+    const double free = freeAnglePartsPerRadian * sweepFreeAngle(scratch, scratch.arcEnd[widest]);
     if (free < 1.0 - angleError) {
         rememberRing(scratch, widest);
         return {eSlice::covered, 0};

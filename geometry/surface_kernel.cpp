@@ -1,6 +1,7 @@
 #include "geometry/surface_kernel.h"
 
-#include "geometry/circles.h"
+#include "geometry/cut_numbers.h"
+#include "geometry/plain_slice.h"
 #include "geometry/slice_plane.h"
 
 #include <algorithm>
@@ -14,11 +15,18 @@ namespace {
 constexpr double largestRadius = 2.0;
 /// By how much spheres may be apart and still be looked at, Å.
 constexpr double touchingMargin = 1e-6;
+/// By how much further than spheres can touch cells are looked at, Å: enough for any rounding.
+constexpr double cellMargin = 1e-3;
 
-// Circles smaller and axes nearer than this are left to the plain form, so that the cosines of the
-// others are good to 1e-10.
+/// Smaller circles (radius in Å) are left to the plain form, so that the cosines of the others are
+/// good to 1e-10.
 constexpr double smallestCircle = 0.05;
+/// Slices of atoms with neighbours whose axes are nearer (Å) are left to the plain form, so that
+/// the cosines of the others are good to 1e-10.
 constexpr double smallestAxisDistance = 0.01;
+
+/// Planar distance (Å) of what only fills up a vector of neighbours: too far to cover anything.
+constexpr double outOfReach = 1e6;
 
 std::size_t paddedSize(std::size_t count) {
     return (count + widestVector - 1) / widestVector * widestVector;
@@ -28,7 +36,7 @@ std::size_t paddedSize(std::size_t count) {
 void padNeighbours(sSurfaceScratch& scratch) {
     scratch.padded = paddedSize(scratch.count);
     for (std::size_t i = scratch.count; i < scratch.padded; ++i) {
-        scratch.towardsX[i] = 1e6;
+        scratch.towardsX[i] = outOfReach;
         scratch.towardsY[i] = 0.0;
         scratch.z[i] = 0.0;
         scratch.enlarged[i] = 0.0;
@@ -70,7 +78,7 @@ void cSurfaceKernel::gatherTouching(const cCentreGrid::sEntry& atom,
     scratch.anglesAreKnown = false;
     scratch.allNeighboursAreKnown = false;
     scratch.ring.links = 0;
-    const double touchingReach = probe + atom.radius + largestEnlarged + 1000.0 * touchingMargin;
+    const double touchingReach = probe + atom.radius + largestEnlarged + cellMargin;
     const auto box = grid.cellsAround(atom.x, atom.y, atom.z, std::min(reach, touchingReach));
     const cCentreGrid::sEntry* const entries = grid.entriesInCellOrder().data();
     grid.forEachRun(box, [&](const cCentreGrid::sEntry* first, const cCentreGrid::sEntry* last) {
@@ -144,19 +152,8 @@ bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cCentreGr
 
 double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                  sSurfaceScratch& scratch) const {
-    std::vector<cCircle> others;
-    for (const cCentreGrid::sEntry& entry : allNeighbours(atom, scratch)) {
-        double squaredRadius = 0.0;
-        if (plane.meets(entry, probe, &squaredRadius)) {
-            others.emplace_back(entry.x, entry.y, std::sqrt(squaredRadius));
-        }
-    }
-    if (others.empty()) {
-        return 0.0;
-    }
-    cCircle circle(atom.x, atom.y, plane.circleRadius);
-    return plane.areaOf(
-        circle.getFreeArcLength(others.data(), static_cast<unsigned>(others.size())));
+    const auto& all = allNeighbours(atom, scratch);
+    return plainSliceArea(plane, atom.x, atom.y, all.data(), all.size(), probe, scratch.circles);
 }
 
 double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
@@ -165,15 +162,15 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sE
         return plainArea(plane, atom, scratch);
     }
     const sFreeAngle free = loops.freeAngle(scratch, plane.height, plane.circleRadius);
-    constexpr int fullTurn = 6283;
+    constexpr int fullTurn = 6283; // parts of a radian, cut like every other free angle
     switch (free.slice) {
     case eSlice::covered:
         return 0.0;
     case eSlice::exposed:
-        return plane.areaOf(free.thousandths / 1000.0 * plane.circleRadius);
+        return plane.areaOf(free.parts / freeAnglePartsPerRadian * plane.circleRadius);
     case eSlice::untouched:
         return meetsAnyNeighbour(plane, atom, scratch)
-                   ? plane.areaOf(fullTurn / 1000.0 * plane.circleRadius)
+                   ? plane.areaOf(fullTurn / freeAnglePartsPerRadian * plane.circleRadius)
                    : 0.0;
     case eSlice::uncertain:
         break;
@@ -183,17 +180,10 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sE
 
 double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const {
     gatherTouching(atom, scratch);
-    const double enlarged = probe + atom.radius;
     double area = 0.0;
-    int slices = slicesBelow(probe + atom.zMax, atom.z, slice);
-    const int planesAbove = (slices - 1) / 2;
-    double height = atom.z + slice * planesAbove;
-    for (; slices > 0; --slices, height -= slice) {
-        const sSlicePlane plane(height, atom.z, enlarged, slice);
-        if (plane.cutsSphere) {
-            area += sliceArea(plane, atom, scratch);
-        }
-    }
+    int planes = slicesBelow(probe + atom.zMax, atom.z, slice);
+    forEachPlane(planes, atom.z, probe + atom.radius, slice,
+                 [&](const sSlicePlane& plane) { area += sliceArea(plane, atom, scratch); });
     return area;
 }
 

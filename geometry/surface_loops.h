@@ -2,6 +2,7 @@
 #pragma once
 
 #include "geometry/atom_grid.h"
+#include "geometry/circles.h"
 #include "geometry/complete_loops.h"
 
 #include <array>
@@ -12,15 +13,13 @@
 
 namespace kelmo {
 
-/// Widest vector that any instruction set has, in doubles.
-constexpr std::size_t widestVector = 8;
 /// More arcs than this are not remembered.
 constexpr std::size_t longestRing = 12;
 
-// Where a cosine comes nearer than this to 1 or -1, rounding decides whether circles touch or
-// enclose each other; such slices are left to the plain form.
+/// Where a cosine comes nearer than this to 1 or -1, rounding decides whether circles touch or
+/// enclose each other; such slices are left to the plain form.
 constexpr double uncertainCosine = 1e-6;
-// Bound on the error of a free angle, in units of its last digit that counts (0.001 rad).
+/// Bound on the error of a free angle, in the parts of a radian to which it is cut.
 constexpr double angleError = 1e-4;
 
 /// A ring of arcs that covered an earlier plane wholly, in turning order, with the angle from each
@@ -61,20 +60,21 @@ struct sSurfaceScratch {
     sArcRing ring;
 
     std::vector<cCentreGrid::sEntry> allNeighbours;
+    std::vector<cCircle> circles; ///< of the plain form
     bool allNeighboursAreKnown = false;
 };
 
 /// How the neighbours that touch an atom cover its circle in one plane.
 enum class eSlice {
     covered,
-    exposed,   ///< at least 0.001 rad are free
+    exposed,   ///< at least one part of a radian is free
     untouched, ///< by the neighbours at hand
     uncertain, ///< rounding decides: left to the plain form
 };
 
 struct sFreeAngle {
     eSlice slice;
-    int thousandths; ///< of a radian that are free, if exposed
+    int parts; ///< of a radian that are free, if exposed; see freeAnglePartsPerRadian
 };
 
 /// The loops as compiled for one instruction set. Their results are the same in all.
