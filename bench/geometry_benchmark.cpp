@@ -2,6 +2,7 @@
 // atom.
 #include "geometry/atom_grid.h"
 #include "geometry/atom_space_calculations.h"
+#include "geometry/nearest_distance.h"
 #include "model/pdb_peptide.h"
 #include "tests/geometry/atom_clouds.h"
 #include "tests/support/shipped_inputs.h"
@@ -121,6 +122,26 @@ void fastSurface(benchmark::State& state) {
     countAtoms(state, peptide.atoms.size());
 }
 
+/// A crowd: coordinates in nanometres that are taken for ångström.
+void fastSurfaceOfNanometres(benchmark::State& state) {
+    tAtoms atoms;
+    for (const cResidueAtom& atom : sampleOf(state).atoms) {
+        atoms.push_back(atomAt(0.1 * atom.x, 0.1 * atom.y, 0.1 * atom.z, atom.radius));
+    }
+    for (auto _ : state) {
+        setAreas(atoms, probeRadius, zSlice);
+    }
+    countAtoms(state, atoms.size());
+}
+
+void meanOfNearestDistances(benchmark::State& state) {
+    const cPdbPeptide peptide = sampleOf(state);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(meanNearestDistance(peptide));
+    }
+    countAtoms(state, peptide.atoms.size());
+}
+
 void depthIndex(benchmark::State& state) {
     cPdbPeptide peptide = sampleOf(state);
     setAreas(peptide.atoms, probeRadius, zSlice);
@@ -193,6 +214,8 @@ BENCHMARK(fastSurface)
     ->ArgsProduct({{0, 1, 2}, {5, 10, 25, 100}})
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
+BENCHMARK(fastSurfaceOfNanometres)->Apply(everySample);
+BENCHMARK(meanOfNearestDistances)->Apply(everySample);
 BENCHMARK(depthIndex)->Apply(everySample);
 BENCHMARK(protrusionIndex)->Apply(everySample);
 BENCHMARK(boundAreas)->Apply(everySample);

@@ -52,6 +52,12 @@ class cCentreGrid {
         ///@}
         /// Whether no cell is in it.
         bool isEmpty() const { return hiX <= loX || hiY <= loY || hiZ <= loZ; }
+        /// The number of its cells.
+        double volume() const {
+            return isEmpty() ? 0.0
+                             : static_cast<double>(hiX - loX) * static_cast<double>(hiY - loY) *
+                                   static_cast<double>(hiZ - loZ);
+        }
     };
 
     /// The corners are those of the centres' bounding box, the maximum first. The cell size follows

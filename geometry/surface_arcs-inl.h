@@ -73,8 +73,7 @@ HWY_INLINE void storeSelectedPlaces(D, std::size_t first, hn::Mask<D> mask, std:
     storeSelected(u, hn::Iota(u, first), hn::RebindMask(u, mask), to);
 }
 
-/// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the margin,
-/// to the scratch arrays, which have room for the whole run.
+/// See sSurfaceLoops.
 void findTouching(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                   const cCentreGrid::sEntry& atom, double probe, double margin,
                   sSurfaceScratch& scratch) {
@@ -89,7 +88,7 @@ void findTouching(const cCentreGrid::sColumns& columns, std::size_t first, std::
         const auto enlarged = hn::Add(hn::LoadU(d, &columns.radius[i]), hn::Set(d, probe));
         const auto squared = hn::Add(
             hn::Add(hn::Mul(towardsX, towardsX), hn::Mul(towardsY, towardsY)), hn::Mul(dz, dz));
-        const auto touching = hn::Add(enlargedWithMargin, enlarged);
+        const auto touching = hn::Max(zero, hn::Add(enlargedWithMargin, enlarged));
         const auto isNear =
             hn::And(hn::Le(squared, hn::Mul(touching, touching)), hn::Gt(squared, zero));
         const auto mask = hn::And(hn::And(isNear, hn::Gt(enlarged, zero)), hn::FirstN(d, last - i));

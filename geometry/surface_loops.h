@@ -40,7 +40,6 @@ struct sSurfaceScratch {
     std::size_t capacity = 0;
     std::size_t count = 0;  ///< touching neighbours of the current atom
     std::size_t padded = 0; ///< their number rounded up to whole vectors
-    bool hasCoaxialNeighbour = false;
     bool anglesAreKnown = false;
 
     std::vector<std::uint64_t> position;    ///< of the neighbour in the grid's order
@@ -58,6 +57,13 @@ struct sSurfaceScratch {
     std::vector<double> sweepEnds; ///< where the last sweep got to, step by step
 
     sArcRing ring;
+
+    /// Whether each plane of the current atom, from the top, is covered; empty if none is known to
+    /// be.
+    std::vector<bool> coveredPlanes;
+    /// Positions of touching neighbours whose axes all but coincide with the atom's: they are not
+    /// among those counted.
+    std::vector<std::uint64_t> coaxial;
 
     std::vector<cCentreGrid::sEntry> allNeighbours;
     std::vector<cCircle> circles; ///< of the plain form
@@ -84,8 +90,9 @@ struct sSurfaceLoops {
     /// What countInRange() returns.
     unsigned (*countRun)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                          const sPoint& point, double squaredRange);
-    /// Appends the entries of a run whose enlarged spheres touch the atom's, give or take the
-    /// margin (Å), to the scratch arrays, which have room for the whole run.
+    /// Appends the entries of a run whose enlarged spheres come as near to the atom's as the margin
+    /// (Å), or reach as deep into it if that is negative, to the scratch arrays, which have room
+    /// for the whole run.
     void (*findTouching)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
                          const cCentreGrid::sEntry& atom, double probe, double margin,
                          sSurfaceScratch& scratch);

@@ -2,6 +2,7 @@
 // the fast calculation against the plain one, bit by bit.
 #include "geometry/atom_grid.h"
 #include "geometry/atom_space_calculations.h"
+#include "geometry/surface_kernel.h"
 #include "tests/geometry/atom_clouds.h"
 #include "tests/geometry/only_loops.h"
 #include "tests/support/reference_surface.h"
@@ -19,6 +20,7 @@
 #include <cstring>
 #include <limits>
 #include <numbers>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -62,14 +64,30 @@ bool haveSameBits(double a, double b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-/// The areas, after making sure that both ways of computing them agree to the last bit.
-tAreas areasBothWays(const tAtoms& atoms, double probeRadius, double zSlice) {
+/// Every atom as if it stood in a crowd.
+tAreas areasInACrowd(tAtoms atoms, double probeRadius, double zSlice) {
+    const sCorners box(atoms);
+    const auto count = static_cast<unsigned>(atoms.size());
+    const cCentreGrid grid(atoms.data(), count, box.maxPoint, box.minPoint, count);
+    const cSurfaceKernel kernel(grid, probeRadius, zSlice, 0);
+    sSurfaceScratch scratch;
+    for (const cCentreGrid::sEntry& entry : grid.entriesInCellOrder()) {
+        if (probeRadius + entry.radius != 0.0) {
+            atoms[entry.index].asa = kernel.areaOf(entry, scratch);
+        }
+    }
+    return areasOf(atoms);
+}
+
+/// The areas, after making sure that all ways of computing them agree to the last bit.
+tAreas areasEveryWay(const tAtoms& atoms, double probeRadius, double zSlice) {
     const tAreas plain = plainAreas(atoms, probeRadius, zSlice);
     const tAreas fast = fastAreas(atoms, probeRadius, zSlice);
+    const tAreas crowded = areasInACrowd(atoms, probeRadius, zSlice);
     for (std::size_t i = 0; i < atoms.size(); ++i) {
-        EXPECT_TRUE(haveSameBits(fast[i], plain[i]))
+        EXPECT_TRUE(haveSameBits(fast[i], plain[i]) && haveSameBits(crowded[i], plain[i]))
             << "atom " << i << " of " << atoms.size() << ", probe " << probeRadius << ", slice "
-            << zSlice << ": " << fast[i] << " instead of " << plain[i];
+            << zSlice << ": " << fast[i] << " or " << crowded[i] << " instead of " << plain[i];
         EXPECT_TRUE(plain[i] >= 0.0) << i;
     }
     return plain;
@@ -134,8 +152,8 @@ TEST(FreeSurface, SlicesAreCountedDown) {
 TEST(FreeSurface, IsolatedAtomHasNone) {
     tAtoms atoms{atomAt(1.0, 2.0, 3.0)};
     atoms[0].asa = 55.0;
-    EXPECT_EQ(areasBothWays(atoms, probe, 0.25), tAreas{0.0});
-    EXPECT_EQ(areasBothWays({atomAt(0, 0, 0), atomAt(0, 0, 100)}, probe, 0.25), (tAreas{0.0, 0.0}));
+    EXPECT_EQ(areasEveryWay(atoms, probe, 0.25), tAreas{0.0});
+    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0), atomAt(0, 0, 100)}, probe, 0.25), (tAreas{0.0, 0.0}));
 }
 
 TEST(FreeSurface, NoAtomsAreNoWork) {
@@ -153,7 +171,7 @@ TEST(FreeSurface, NoAtomsAreNoWork) {
 // pole, which does not count.
 TEST(FreeSurface, OnlyPlanesThatMeetANeighbourCount) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.0), atomAt(5.0, 0.0, 1.5, 1.0)};
-    const tAreas areas = areasBothWays(atoms, 1.0, 0.5);
+    const tAreas areas = areasEveryWay(atoms, 1.0, 0.5);
     const double slice = 6.283 * 2.0 * 0.5; // the angle times radius and thickness
     EXPECT_NEAR(areas[0], 4 * slice, 4e-4 + 1e-9);
     EXPECT_NEAR(areas[1], 4 * slice, 4e-4 + 1e-9);
@@ -162,7 +180,7 @@ TEST(FreeSurface, OnlyPlanesThatMeetANeighbourCount) {
 
 TEST(FreeSurface, ThickSliceIsOnePlaneWithTheWholeSphere) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.0), atomAt(5.0, 0.0, 0.0, 1.0)};
-    const auto area = [&](double zSlice) { return areasBothWays(atoms, 1.0, zSlice)[0]; };
+    const auto area = [&](double zSlice) { return areasEveryWay(atoms, 1.0, zSlice)[0]; };
     EXPECT_NEAR(area(10.0), 6.283 * 2.0 * (5.0 + 2.0), 1.1e-4)
         << "half a slice, and up to the pole";
     EXPECT_NEAR(area(4.0), 6.283 * 2.0 * (2.0 + 2.0), 1.1e-4);
@@ -174,51 +192,51 @@ TEST(FreeSurface, ThickSliceIsOnePlaneWithTheWholeSphere) {
 TEST(FreeSurface, LastSliceReachesToThePoleAndNoFurther) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.0), atomAt(5.0, 0.0, 0.0, 1.0)};
     const double thickness = 3 * 0.95 + 2 * (0.475 + 0.1);
-    EXPECT_NEAR(areasBothWays(atoms, 1.0, 0.95)[0], 6.283 * 2.0 * thickness, 5.1e-4);
+    EXPECT_NEAR(areasEveryWay(atoms, 1.0, 0.95)[0], 6.283 * 2.0 * thickness, 5.1e-4);
 }
 
 // The circle near a pole is left out below 0.001 Å; from there on it counts with its radius cut.
 TEST(FreeSurface, CirclesBelowAThousandthAreLeftOut) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 0.0), atomAt(3.0, 0.0, 0.0, 0.5)};
-    EXPECT_NEAR(areasBothWays(atoms, 1.0, 0.9999999)[0], 6.2829, 1e-9) << "radius 0.00045";
-    EXPECT_NEAR(areasBothWays(atoms, 1.0, 0.999999755)[0], 6.2829, 1e-9) << "radius 0.0007";
-    EXPECT_NEAR(areasBothWays(atoms, 1.0, 0.999999)[0], 6.2829 + 2 * 3.1415, 1e-9)
+    EXPECT_NEAR(areasEveryWay(atoms, 1.0, 0.9999999)[0], 6.2829, 1e-9) << "radius 0.00045";
+    EXPECT_NEAR(areasEveryWay(atoms, 1.0, 0.999999755)[0], 6.2829, 1e-9) << "radius 0.0007";
+    EXPECT_NEAR(areasEveryWay(atoms, 1.0, 0.999999)[0], 6.2829 + 2 * 3.1415, 1e-9)
         << "radius 0.0014";
 }
 
 TEST(FreeSurface, AreaOfASliceIsCutToFourDecimals) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 0.25), atomAt(5.0, 0.0, 0.0, 1.0)};
-    const double area = areasBothWays(atoms, 1.0, 7.0)[0];
+    const double area = areasEveryWay(atoms, 1.0, 7.0)[0];
     // 6.283 * 1.25 * (3.5 + 1.25) = 37.3053125
     EXPECT_EQ(area, 37.3053);
 }
 
 TEST(FreeSurface, EnclosedAtomHasNone) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.0), atomAt(1.0, 0.0, 0.0, 3.0)};
-    const tAreas areas = areasBothWays(atoms, 0.0, 0.5);
+    const tAreas areas = areasEveryWay(atoms, 0.0, 0.5);
     EXPECT_EQ(areas[0], 0.0);
     // Of the larger one, the planes at -0.5, 0 and 0.5 meet the smaller one, which covers nothing.
     EXPECT_NEAR(areas[1], 3 * 6.283 * 3.0 * 0.5, 4e-4);
-    EXPECT_EQ(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(0, 0, 0.5, 3.0)}, probe, 0.25)[0], 0.0)
+    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(0, 0, 0.5, 3.0)}, probe, 0.25)[0], 0.0)
         << "one above the other";
-    EXPECT_EQ(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(1, 0, 0, 2.0)}, 0.0, 0.25)[0], 0.0)
+    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(1, 0, 0, 2.0)}, 0.0, 0.25)[0], 0.0)
         << "touching from inside";
 }
 
 TEST(FreeSurface, SecondNeighbourAtTheSamePlaceChangesNothing) {
     tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.5), atomAt(2.0, 1.0, 0.5, 1.7)};
-    const double area = areasBothWays(atoms, probe, 0.25)[0];
+    const double area = areasEveryWay(atoms, probe, 0.25)[0];
     EXPECT_GT(area, 10.0);
     atoms.push_back(atoms[1]);
-    EXPECT_EQ(areasBothWays(atoms, probe, 0.25)[0], area);
+    EXPECT_EQ(areasEveryWay(atoms, probe, 0.25)[0], area);
 }
 
 TEST(FreeSurface, AtomsAtOnePlaceDoNotCoverEachOther) {
     const tAtoms pair(2, atomAt(1.0, 1.0, 1.0));
-    EXPECT_EQ(areasBothWays(pair, probe, 0.25), (tAreas{0.0, 0.0})) << "no neighbours at all";
+    EXPECT_EQ(areasEveryWay(pair, probe, 0.25), (tAreas{0.0, 0.0})) << "no neighbours at all";
     const tAtoms withThird{pair[0], pair[1], atomAt(3.0, 1.0, 1.0)};
-    const tAreas areas = areasBothWays(withThird, probe, 0.25);
-    EXPECT_EQ(areas[0], areasBothWays({pair[0], withThird[2]}, probe, 0.25)[0]);
+    const tAreas areas = areasEveryWay(withThird, probe, 0.25);
+    EXPECT_EQ(areas[0], areasEveryWay({pair[0], withThird[2]}, probe, 0.25)[0]);
     EXPECT_EQ(areas[0], areas[1]);
 }
 
@@ -226,18 +244,18 @@ TEST(FreeSurface, SphereOfNoRadiusKeepsItsArea) {
     tAtoms atoms{atomAt(0.0, 0.0, 0.0, -1.4), atomAt(2.0, 0.0, 0.0, 1.5)};
     atoms[0].asa = 7.5;
     atoms[1].asa = 7.5;
-    const tAreas areas = areasBothWays(atoms, 1.4, 0.25);
+    const tAreas areas = areasEveryWay(atoms, 1.4, 0.25);
     EXPECT_EQ(areas[0], 7.5);
     EXPECT_NE(areas[1], 7.5);
     tAtoms points{atomAt(0.0, 0.0, 0.0, 0.0), atomAt(1.0, 0.0, 0.0, 0.0)};
     points[0].asa = points[1].asa = 3.25;
-    EXPECT_EQ(areasBothWays(points, 0.0, 0.25), (tAreas{3.25, 3.25}));
+    EXPECT_EQ(areasEveryWay(points, 0.0, 0.25), (tAreas{3.25, 3.25}));
 }
 
 TEST(FreeSurface, SphereOfNegativeRadiusHasNoArea) {
     tAtoms atoms{atomAt(0.0, 0.0, 0.0, -2.0), atomAt(2.0, 0.0, 0.0, 1.5)};
     atoms[0].asa = 7.5;
-    EXPECT_EQ(areasBothWays(atoms, 1.4, 0.25)[0], 0.0);
+    EXPECT_EQ(areasEveryWay(atoms, 1.4, 0.25)[0], 0.0);
 }
 
 // A negative area cannot come from a sphere; an atom whose top contradicts its radius makes one.
@@ -255,7 +273,7 @@ TEST(FreeSurface, NegativeAreaIsReportedWithTheSerial) {
 
 TEST(FreeSurface, AreasOfSpheresAreReportedByNobody) {
     testing::internal::CaptureStdout();
-    areasBothWays(randomCloud(1, 100, 10.0), probe, 0.25);
+    areasEveryWay(randomCloud(1, 100, 10.0), probe, 0.25);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
@@ -264,7 +282,7 @@ TEST(FreeSurface, AreasOfSpheresAreReportedByNobody) {
 // Radii of 1.5 and a probe of 1.5: neighbours up to 9 Å, twice as far as probes can touch both.
 TEST(SurfaceNeighbours, CountUpToFourProbesBetweenTheSpheres) {
     const auto area = [](double x) {
-        return areasBothWays({atomAt(0.0, 0.0, 0.0, 1.5), atomAt(x, 4.0, 4.0, 1.5)}, 1.5, 1.0)[0];
+        return areasEveryWay({atomAt(0.0, 0.0, 0.0, 1.5), atomAt(x, 4.0, 4.0, 1.5)}, 1.5, 1.0)[0];
     };
     EXPECT_NEAR(area(7.0), 6.283 * 3.0, 1.1e-4) << "exactly 9 Å: the plane at 2 Å meets it";
     EXPECT_EQ(area(7.0 + 1e-9), 0.0);
@@ -274,13 +292,13 @@ TEST(SurfaceNeighbours, CountUpToFourProbesBetweenTheSpheres) {
 // large atoms; so at 8 Å only the one with the larger coordinate sees the other.
 TEST(SurfaceNeighbours, AreSoughtWithinTheBoxOfCells) {
     const tAreas areas =
-        areasBothWays({atomAt(0.0, 0.0, 0.0, 2.0), atomAt(8.0, 0.0, 0.0, 2.0)}, probe, 0.25);
+        areasEveryWay({atomAt(0.0, 0.0, 0.0, 2.0), atomAt(8.0, 0.0, 0.0, 2.0)}, probe, 0.25);
     EXPECT_EQ(areas[0], 0.0);
     EXPECT_GT(areas[1], 100.0);
 }
 
 TEST(SurfaceNeighbours, LargeSpheresBeyondTheBoxOfCellsDoNotCover) {
-    EXPECT_EQ(areasBothWays({atomAt(0, 0, 0, 10.0), atomAt(15, 0, 0, 10.0)}, 0.0, 0.25),
+    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 10.0), atomAt(15, 0, 0, 10.0)}, 0.0, 0.25),
               (tAreas{0.0, 0.0}));
 }
 
@@ -331,7 +349,7 @@ tAreas exposedAreas(const std::vector<sBall>& balls) {
     for (const sBall& ball : balls) {
         atoms.push_back(companionOf(ball, balls));
     }
-    tAreas areas = areasBothWays(atoms, probe, 0.02);
+    tAreas areas = areasEveryWay(atoms, probe, 0.02);
     areas.resize(balls.size());
     return areas;
 }
@@ -528,7 +546,7 @@ TEST(FastSurface, AgreesOnTheSamples) {
     for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
         for (const double probeRadius : {0.0, 1.4, 2.0}) {
-            EXPECT_GT(sumOf(areasBothWays(atoms, probeRadius, 0.25)), 1000.0);
+            EXPECT_GT(sumOf(areasEveryWay(atoms, probeRadius, 0.25)), 1000.0);
         }
     }
 }
@@ -537,7 +555,7 @@ TEST(FastSurface, AgreesOnASampleForEveryThicknessOfSlices) {
     const tAtoms atoms = samplePeptide("1ubq").atoms;
     for (const double probeRadius : {0.0, 1.4, 2.0}) {
         for (const double zSlice : {0.05, 0.1, 0.25, 1.0}) {
-            EXPECT_GT(sumOf(areasBothWays(atoms, probeRadius, zSlice)), 1000.0);
+            EXPECT_GT(sumOf(areasEveryWay(atoms, probeRadius, zSlice)), 1000.0);
         }
     }
 }
@@ -556,7 +574,7 @@ TEST(FastSurface, AgreesOnRandomCloudsOfManyDensitiesAndRadii) {
         for (cResidueAtom& atom : atoms) {
             atom.asa = 0.125; // kept by spheres without radius
         }
-        areasBothWays(atoms, probeRadius, zSlice);
+        areasEveryWay(atoms, probeRadius, zSlice);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -575,7 +593,7 @@ TEST(FastSurface, AgreesOnLattices) {
                                step * random.below(edge),
                                std::array{1.0, 2.0, 3.0, 1.5, 0.5}[random.below(5)]);
         }
-        areasBothWays(atoms, std::array{0.0, 1.0, 2.0, 1.4}[random.below(4)],
+        areasEveryWay(atoms, std::array{0.0, 1.0, 2.0, 1.4}[random.below(4)],
                       std::array{1.0, 0.5, 0.25, 0.1}[random.below(4)]);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
@@ -587,7 +605,7 @@ TEST(FastSurface, AgreesOnPlanesLinesAndColumns) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         for (const sPoint& edges : {sPoint{15, 15, 0}, sPoint{0, 15, 15}, sPoint{30, 0, 0},
                                     sPoint{0, 0, 30}, sPoint{0.02, 0.02, 30}, sPoint{1e5, 4, 4}}) {
-            areasBothWays(randomCloud(seed, 40, edges, {1.4, 1.5, 1.75, 2.0}), probe, 0.25);
+            areasEveryWay(randomCloud(seed, 40, edges, {1.4, 1.5, 1.75, 2.0}), probe, 0.25);
         }
         if (HasFailure()) {
             FAIL() << "seed " << seed;
@@ -601,7 +619,7 @@ TEST(FastSurface, AgreesWhereAtomsShareTheirPlaces) {
         const tAtoms once = atoms;
         atoms.insert(atoms.end(), once.begin(), once.begin() + 30);
         atoms.insert(atoms.end(), once.begin(), once.begin() + 5);
-        areasBothWays(atoms, probe, 0.25);
+        areasEveryWay(atoms, probe, 0.25);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -641,7 +659,7 @@ tAtoms nearlyTouching(unsigned seed, double zSlice) {
 TEST(FastSurface, AgreesWhereCirclesAllButTouch) {
     for (unsigned seed = 0; seed < 20000; ++seed) {
         const double zSlice = std::array{0.05, 0.1, 0.25, 0.5, 1.0}[seed % 5];
-        areasBothWays(nearlyTouching(seed, zSlice), 0.0, zSlice);
+        areasEveryWay(nearlyTouching(seed, zSlice), 0.0, zSlice);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -652,7 +670,7 @@ TEST(FastSurface, AgreesWhereCirclesAllButTouch) {
 // down it leaves much more. What held in one plane must not be taken for granted in the next.
 TEST(FastSurface, NeighbourThatAllButEnclosesOnePlaneLeavesTheOthersFree) {
     const tAtoms atoms{atomAt(0.0, 0.0, 0.0, 5.0), atomAt(1.0 + 1e-9, 0.0, 1.0, 5.0)};
-    EXPECT_NEAR(areasBothWays(atoms, 0.0, 1.0)[0], 131.53, 0.01);
+    EXPECT_NEAR(areasEveryWay(atoms, 0.0, 1.0)[0], 131.53, 0.01);
 }
 
 // The neighbour has its lower pole in the plane at 0.5 Å, on the very rim of the circle there. It
@@ -667,7 +685,7 @@ TEST(FastSurface, PoleOnTheRimOfACircleIsNoCircle) {
             const tAtoms atoms{atomAt(0.0, 0.0, 0.0, enlarged),
                                atomAt(rim, 0.0, 0.5 + other, other)};
             ++onTheRim;
-            areasBothWays(atoms, 0.0, 0.5);
+            areasEveryWay(atoms, 0.0, 0.5);
         }
         if (HasFailure()) {
             FAIL() << "radius " << enlarged;
@@ -690,7 +708,7 @@ TEST(FastSurface, ArcOfAWholeTurnBeginsWhereItEnds) {
          atomAt(0.019426278442579936, 1.04807738560313, -0.62139015495078631, 3.923),
          atomAt(5.6190325659870668, 0.0, 1.4072836175821721, 3.921)}};
     for (const tAtoms& atoms : examples) {
-        EXPECT_GT(areasBothWays(atoms, 0.0, 1.0)[0], 1.0);
+        EXPECT_GT(areasEveryWay(atoms, 0.0, 1.0)[0], 1.0);
     }
 }
 
@@ -718,7 +736,7 @@ TEST(FastSurface, AgreesWhereTheFreeAngleEndsOnItsLastDecimal) {
                 atoms.push_back(
                     atomAt(-touchingDistance * x, -touchingDistance * y, 0.0, touching));
             }
-            areasBothWays(atoms, 0.0, 100.0); // one plane, through all centres
+            areasEveryWay(atoms, 0.0, 100.0); // one plane, through all centres
         }
         if (HasFailure()) {
             FAIL() << thousandths;
@@ -730,13 +748,13 @@ TEST(FastSurface, AgreesWhereTheFreeAngleEndsOnItsLastDecimal) {
 // count.
 TEST(FastSurface, SpheresAHairApartAreNoNeighboursWithoutAProbe) {
     for (const double gap : {1e-12, 1e-9, 5e-7, 9e-7}) {
-        EXPECT_EQ(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 0.0, 0.25)[0],
+        EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 0.0, 0.25)[0],
                   0.0)
             << gap;
-        areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 1e-7, 0.25);
-        areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, -0.1, 0.25);
+        areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, 1e-7, 0.25);
+        areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(2.0 + gap, 0, 0, 1.0)}, -0.1, 0.25);
     }
-    EXPECT_GT(areasBothWays({atomAt(0, 0, 0, 1.0), atomAt(2.0, 0, 0, 1.0)}, 0.0, 0.25)[0], 1.0)
+    EXPECT_GT(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(2.0, 0, 0, 1.0)}, 0.0, 0.25)[0], 1.0)
         << "touching, they are";
 }
 
@@ -754,7 +772,7 @@ TEST(FastSurface, AgreesNearTheAxis) {
             atoms.push_back(atomAt(d * std::cos(angle), d * std::sin(angle),
                                    random.below(2) == 0 ? apartBy : -apartBy, other));
         }
-        areasBothWays(atoms, 0.0, std::array{0.1, 0.25, 1.0}[seed % 3]);
+        areasEveryWay(atoms, 0.0, std::array{0.1, 0.25, 1.0}[seed % 3]);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -788,9 +806,9 @@ TEST(FreeSurface, SquareOfARadiusThatRoundsToNothingIsNoCircle) {
             continue;
         }
         // Slices of 100 Å: one plane, through the centre.
-        EXPECT_EQ(areasBothWays({atom, neighbour}, probe, 100.0)[0], 0.0);
+        EXPECT_EQ(areasEveryWay({atom, neighbour}, probe, 100.0)[0], 0.0);
         const double enlarged = probe + radius;
-        EXPECT_NEAR(areasBothWays({atom, neighbour, companion}, probe, 100.0)[0],
+        EXPECT_NEAR(areasEveryWay({atom, neighbour, companion}, probe, 100.0)[0],
                     6.283 * enlarged * (50.0 + enlarged), 2e-4);
     }
     EXPECT_GT(found, 300U);
@@ -810,10 +828,119 @@ TEST(FreeSurface, PlaneExactlyAtAPoleIsNotMet) {
         if (square > 0.0 && found < 300) {
             ++found;
             const cResidueAtom atom = atomAt(0.0, 0.0, height, 1.5);
-            EXPECT_EQ(areasBothWays({atom, neighbour}, probe, 100.0)[0], 0.0);
+            EXPECT_EQ(areasEveryWay({atom, neighbour}, probe, 100.0)[0], 0.0);
         }
     }
     EXPECT_EQ(found, 300U);
+}
+
+// Crowds
+
+/// Some atoms one by one in the plain form, the others not at all.
+void expectPlainAreasOfSome(const tAtoms& atoms, double probeRadius, double zSlice,
+                            const std::string& what) {
+    constexpr unsigned some = 16;
+    const tAreas fast = fastAreas(atoms, probeRadius, zSlice);
+    const sCorners box(atoms);
+    const auto count = static_cast<unsigned>(atoms.size());
+    const cAtomGrid grid(atoms.data(), count, box.maxPoint, box.minPoint, -1);
+    // The atoms with the largest areas, and others spread over the list.
+    std::vector<std::size_t> chosen(atoms.size());
+    std::iota(chosen.begin(), chosen.end(), std::size_t{0});
+    std::stable_sort(chosen.begin(), chosen.end(),
+                     [&](std::size_t a, std::size_t b) { return fast[a] > fast[b]; });
+    chosen.resize(some / 2);
+    for (unsigned i = 0; i < some / 2; ++i) {
+        chosen.push_back(i * atoms.size() / (some / 2));
+    }
+    tAtoms neighbours(atoms.size());
+    for (const std::size_t i : chosen) {
+        cResidueAtom atom = atoms[i];
+        const unsigned found =
+            grid.getNeighboursInRangeByRadius(atom, 2.0 * probeRadius, 2.0, neighbours.data());
+        atom.setFreeSurface(neighbours.data(), found, zSlice, probeRadius);
+        EXPECT_TRUE(haveSameBits(fast[i], atom.asa))
+            << what << ", atom " << i << ": " << fast[i] << " instead of " << atom.asa;
+    }
+    EXPECT_GT(*std::max_element(fast.begin(), fast.end()), 0.0) << what;
+}
+
+void scale(tAtoms& atoms, double factor) {
+    for (cResidueAtom& atom : atoms) {
+        atom = atomAt(std::round(1000.0 * factor * atom.x) / 1000.0,
+                      std::round(1000.0 * factor * atom.y) / 1000.0,
+                      std::round(1000.0 * factor * atom.z) / 1000.0, atom.radius);
+    }
+}
+
+tAtoms shell(unsigned seed, unsigned count, double radius) {
+    cRandom random(seed);
+    tAtoms atoms;
+    for (unsigned i = 0; i < count; ++i) {
+        const double z = random.between(-1.0, 1.0);
+        const double longitude = random.between(0.0, 2.0 * pi);
+        const double across = radius * std::sqrt(1.0 - z * z);
+        atoms.push_back(atomAt(across * std::cos(longitude), across * std::sin(longitude),
+                               radius * z, std::array{1.4, 1.6, 1.75, 1.87}[random.below(4)]));
+    }
+    return atoms;
+}
+
+TEST(CrowdedSurface, AgreesInBoxesPlanesAndLines) {
+    constexpr unsigned atoms = 2 * cSurfaceKernel::usualCrowd;
+    const std::vector<double> radii{1.42, 1.64, 1.76, 1.88};
+    unsigned seed = 0;
+    for (const sPoint& edges : {sPoint{3, 3, 3}, sPoint{0.2, 0.2, 0.2}, sPoint{4, 4, 0},
+                                sPoint{4, 0, 0}, sPoint{0, 0, 4}, sPoint{7, 3, 3}}) {
+        expectPlainAreasOfSome(randomCloud(++seed, atoms, edges, radii), probe, 0.5,
+                               "edges " + std::to_string(edges.x) + " " + std::to_string(edges.y) +
+                                   " " + std::to_string(edges.z));
+    }
+}
+
+TEST(CrowdedSurface, AgreesWithRadiiOfEverySize) {
+    constexpr unsigned atoms = 2 * cSurfaceKernel::usualCrowd;
+    for (const std::vector<double>& radii :
+         {std::vector<double>{0.0, 0.5, 5.0}, {1.5}, {-1.0, 1.5}, {1.0, 1.001}}) {
+        for (const double probeRadius : {0.0, 1e-7, 0.3, 3.0}) {
+            expectPlainAreasOfSome(randomCloud(5, atoms, 3.0, radii), probeRadius, 0.5,
+                                   "probe " + std::to_string(probeRadius));
+        }
+    }
+}
+
+TEST(CrowdedSurface, AgreesOnShells) {
+    for (const double radius : {0.5, 2.0, 4.0}) {
+        expectPlainAreasOfSome(shell(1, 2 * cSurfaceKernel::usualCrowd, radius), probe, 0.25,
+                               "shell of " + std::to_string(radius));
+    }
+}
+
+TEST(CrowdedSurface, AgreesOnAProteinInNanometres) {
+    tAtoms atoms = samplePeptide("2hhb").atoms;
+    scale(atoms, 0.1);
+    expectPlainAreasOfSome(atoms, probe, 0.25, "2hhb");
+}
+
+TEST(CrowdedSurface, AgreesInACrowdWithinAProteinAndWithOneAtomFarAway) {
+    tAtoms atoms = samplePeptide("1a0q").atoms;
+    for (const cResidueAtom& atom : randomCloud(9, 2 * cSurfaceKernel::usualCrowd, 1.0)) {
+        atoms.push_back(atomAt(atoms[100].x + atom.x, atoms[100].y + atom.y, atoms[100].z + atom.z,
+                               atom.radius));
+    }
+    expectPlainAreasOfSome(atoms, probe, 0.5, "crowd within");
+    atoms.push_back(atomAt(9999.0, 9999.0, 9999.0, 1.8));
+    expectPlainAreasOfSome(atoms, probe, 0.5, "one far away");
+}
+
+TEST(CrowdedSurface, AgreesWhereManyShareTheirPlaces) {
+    tAtoms atoms;
+    for (int copy = 0; copy < 20; ++copy) {
+        for (const cResidueAtom& atom : randomCloud(4, 150, 3.0)) {
+            atoms.push_back(atom);
+        }
+    }
+    expectPlainAreasOfSome(atoms, probe, 0.5, "places shared");
 }
 
 // Instruction sets and threads
@@ -829,7 +956,7 @@ TEST(FastSurface, EveryInstructionSetGivesTheSameBits) {
         EXPECT_EQ(fastAreas(sample, probe, 0.25), sampleAreas) << only.name();
         EXPECT_EQ(fastAreas(cloud, probe, 0.25), cloudAreas) << only.name();
         for (unsigned seed = 0; seed < 500; ++seed) {
-            areasBothWays(nearlyTouching(seed, 0.5), 0.0, 0.5);
+            areasEveryWay(nearlyTouching(seed, 0.5), 0.0, 0.5);
         }
         if (HasFailure()) {
             FAIL() << only.name();
