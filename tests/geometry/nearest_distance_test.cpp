@@ -3,6 +3,7 @@
 
 #include "base/stop_request.h"
 #include "tests/geometry/atom_clouds.h"
+#include "tests/support/shipped_inputs.h"
 
 #include <gtest/gtest.h>
 
@@ -62,7 +63,7 @@ TEST(NearestDistance, OfManyAtomsIsNearTheMeanOfAll) {
 }
 
 TEST(NearestDistance, OfAMoleculeIsABondLength) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         const cPdbPeptide peptide = samplePeptide(name);
         EXPECT_GT(meanNearestDistance(peptide), 1.2) << name;
         EXPECT_LT(meanNearestDistance(peptide), 1.5) << name;
@@ -70,7 +71,7 @@ TEST(NearestDistance, OfAMoleculeIsABondLength) {
 }
 
 TEST(NearestDistance, OfCoordinatesInNanometresIsATenth) {
-    for (const std::string& name : sampleNames()) {
+    for (const std::string& name : sampleCodes()) {
         cPdbPeptide peptide = samplePeptide(name);
         const double inAngstrom = meanNearestDistance(peptide);
         scale(peptide, 0.1);
