@@ -27,25 +27,25 @@ struct sColumn {
     /// Where it stands among the columns of its attribute in XML; tables have the order of the
     /// rows.
     int xmlPlace = 0;
-    double (*ofResidue)(const cChainResidue& residue) = nullptr;
-    double (*ofChain)(const cProteinChain& chain) = nullptr; ///< null for none
-    double (*ofStructure)(const cPdbPeptide& structure) = nullptr;
+    double (*ofResidue)(const cChainResidue& residue) = nullptr;   ///< never null in a row
+    double (*ofChain)(const cProteinChain& chain) = nullptr;       ///< null for none
+    double (*ofStructure)(const cPdbPeptide& structure) = nullptr; ///< null for none
     std::string chainTitle = {};     ///< of the chain's value in tables
     std::string structureLabel = {}; ///< of the structure's value above tables
 };
 
 /// A setting that stands in the header of reports while the attribute is computed.
 struct sHeaderParameter {
-    std::string key = {}; ///< of the setting
-    std::string xmlName = {};
-    std::string tableLabel = {};
+    std::string key = {};            ///< of the setting
+    std::string xmlName = {};        ///< of its element
+    std::string tableLabel = {};     ///< with colon and blank: "ASA_rSolvent: "
     bool isInChainDocuments = false; ///< also in the document of a single chain
 };
 
 /// What a calculation goes by.
 struct sCalculationInput {
-    const cSettings& settings;
-    const sParameterTables& tables;
+    const cSettings& settings;      ///< of the structure module
+    const sParameterTables& tables; ///< filled as these settings need them
 };
 
 /// One attribute.
@@ -53,15 +53,18 @@ struct sAttribute {
     /// The flag that switches it on comes first, then what else it goes by.
     std::vector<sSetting> settings = {};
     std::string writeKey = {}; ///< flag that puts it into the reports; empty when it always is
-    std::vector<sHeaderParameter> headers = {};
+    std::vector<sHeaderParameter> headers = {}; ///< in the order of reports
     std::string xmlGroup = {}; ///< element around its values; empty when there is one value alone
-    std::vector<sColumn> columns = {};
+    std::vector<sColumn> columns = {}; ///< in the order of tables
     /// Computes it for all residues. For `unbound`, chain by chain.
     void (*calculate)(cPdbPeptide& structure, eState state,
                       const sCalculationInput& input) = nullptr;
 
+    /// Key of the flag that switches it on.
     const std::string& switchKey() const { return settings.front().key; }
+    /// Whether these settings, once resolved, have it computed.
     bool isCalculated(const cSettings& values) const { return values.flag(switchKey()); }
+    /// Whether these settings, once resolved, have it in the reports.
     bool isWritten(const cSettings& values) const {
         return values.flag(writeKey.empty() ? switchKey() : writeKey);
     }

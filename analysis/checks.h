@@ -12,8 +12,8 @@ namespace kelmo {
 
 /// What keeps a run from starting.
 struct sProblem {
-    std::string key; ///< of the setting at fault; empty when there is no single one
-    std::string text;
+    std::string key;  ///< of the setting at fault; empty when there is no single one
+    std::string text; ///< for the user, a sentence
 };
 
 /// The first problem that is seen without opening a table, in the order in which users know them,

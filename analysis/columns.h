@@ -10,28 +10,28 @@ namespace kelmo {
 
 /// A chain and which residues it has.
 struct sChainRow {
-    std::string id = {};
+    std::string id = {};          ///< as in reports: "*" for a blank one
     std::size_t firstResidue = 0; ///< position among all residues
-    std::size_t residueCount = 0;
+    std::size_t residueCount = 0; ///< they stand in a row
 };
 
 /// A residue as the file names it.
 struct sResidueRow {
-    std::string name = {};
+    std::string name = {};   ///< of its type: "ALA"
     std::string number = {}; ///< with insertion code
 };
 
 /// One column with its values, in the order of the rows that they belong to.
 struct sColumnValues {
-    const sColumn* column = nullptr; ///< a row of the table of attributes
-    std::vector<double> ofResidues = {};
-    std::vector<double> ofChains = {}; ///< empty when chains have no such value
-    double ofStructure = 0.0;          ///< 0 when structures have no such value
+    const sColumn* column = nullptr;     ///< a row of the table of attributes
+    std::vector<double> ofResidues = {}; ///< one for each residue
+    std::vector<double> ofChains = {};   ///< empty when chains have no such value
+    double ofStructure = 0.0;            ///< 0 when structures have no such value
 };
 
 /// The written columns of one attribute.
 struct sAttributeValues {
-    const sAttribute* attribute = nullptr;
+    const sAttribute* attribute = nullptr;   ///< a row of the table of attributes
     std::vector<sColumnValues> columns = {}; ///< in the order of tables
     std::vector<std::size_t> xmlOrder = {};  ///< their positions in the order of XML
 };
@@ -39,10 +39,10 @@ struct sAttributeValues {
 /// Everything that is known of a structure in one state, taken from it when it was computed: it may
 /// change or go afterwards.
 struct sStateColumns {
-    std::string structureName = {}; ///< identification code of the entry
-    std::string state = {};         ///< "bound" or "unbound"
-    std::vector<sChainRow> chains = {};
-    std::vector<sResidueRow> residues = {};
+    std::string structureName = {};                ///< identification code of the entry
+    std::string state = {};                        ///< "bound" or "unbound"
+    std::vector<sChainRow> chains = {};            ///< in the order of the file
+    std::vector<sResidueRow> residues = {};        ///< chain by chain
     std::vector<sAttributeValues> attributes = {}; ///< those that are to be written
 };
 

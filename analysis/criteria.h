@@ -23,10 +23,10 @@ struct sCriterionParameter {
 
 /// One criterion.
 struct sCriterion {
-    eInteractionCriterion number = eInteractionCriterion::none;
-    std::string name = {};  ///< in reports: "PRISM"
-    std::string title = {}; ///< in messages: "contact rules"
-    std::string help = {};  ///< for a field of the form, in a sentence or two
+    eInteractionCriterion number = eInteractionCriterion::none; ///< in settings and configurations
+    std::string name = {};                                      ///< in reports: "PRISM"
+    std::string title = {};                                     ///< in messages: "contact rules"
+    std::string help = {}; ///< for a field of the form, in a sentence or two
     std::vector<sCriterionParameter> parameters =
         {};                    ///< in the order of reports and configurations
     bool makesContacts = true; ///< false when it finds binding residues, but no pairs
@@ -37,8 +37,8 @@ struct sCriterion {
 
 /// What a search for contacts goes by.
 struct sCriterionInput {
-    const cSettings& settings;
-    const contactMap& rules;
+    const cSettings& settings; ///< of the interaction module
+    const contactMap& rules;   ///< empty for a criterion that uses none
 };
 
 /// In the order of their numbers.

@@ -18,6 +18,7 @@ enum class eModule { kev, vor };
 /// "kev" or "vor".
 std::string_view nameOf(eModule module);
 
+/// What kind of value a setting takes.
 enum class eSettingKind {
     flag,      ///< on or off
     number,    ///< within a range
@@ -33,23 +34,23 @@ enum class eSettingGroup { calculation, tables, reports, formats, output };
 /// One setting: all that window, command line, configuration files, checks and the headers of
 /// reports know of it.
 struct sSetting {
-    std::string key = {}; ///< in configuration files and behind --set
-    eSettingKind kind = eSettingKind::flag;
-    eSettingGroup group = eSettingGroup::calculation;
+    std::string key = {};                             ///< in configuration files and behind --set
+    eSettingKind kind = eSettingKind::flag;           ///< which of the members that follow count
+    eSettingGroup group = eSettingGroup::calculation; ///< among the others of its module
     /// In the form that configuration files have; of a table's path, the name of a shipped table.
     /// A new form starts with flags off and without paths all the same.
     std::string byDefault = {};
-    double minimum = 0.0; ///< of a number, inclusive like the maximum
-    double maximum = 0.0;
+    double minimum = 0.0;   ///< of a number, inclusive like the maximum
+    double maximum = 0.0;   ///< of a number
     std::string unit = {};  ///< of a number, for people: "Å"
     std::string title = {}; ///< a few words for the label of a field
     std::string help = {};  ///< what it means, in a sentence or two
     double step = 0.05;     ///< of a spin box
-    int decimals = 2;
+    int decimals = 2;       ///< of a spin box
     /// The smallest number that the form offers, where it is not the minimum: what is smaller costs
     /// time and no more.
     std::optional<double> smallestOffered = std::nullopt;
-    std::vector<std::string> choices = {};
+    std::vector<std::string> choices = {}; ///< of a choice, in the order of forms
     /// Keys of flags that need this one and switch it on.
     std::vector<std::string> neededBy = {};
     /// Key of a flag without which this setting has no effect; empty for none.
@@ -58,13 +59,15 @@ struct sSetting {
     /// Whether configuration files leave it out while it has its default.
     bool isWrittenOnlyIfChanged = false;
 
+    /// The smallest number that the form offers.
     double smallestInForm() const { return smallestOffered.value_or(minimum); }
     /// The default of a number.
     double defaultNumber() const;
 };
 
-/// The thickness of slices and the radius of the probe, which both modules cut surfaces by.
+/// The row of the thickness of slices, which both modules have.
 sSetting zSliceSetting();
+/// The row of the radius of the probe, which both modules have.
 sSetting probeRadiusSetting();
 
 /// All settings of a module, group by group, in the order of configuration files.
@@ -81,21 +84,28 @@ class cSettings {
     /// Every setting with its default.
     explicit cSettings(eModule ofModule);
 
+    /// Whose settings they are.
     eModule module() const { return whichModule; }
 
     /// Takes a value in the form that configuration files have. `origin` says where it comes from,
     /// for messages. Returns an empty text, or what is wrong: an unknown key, a value that is none
     /// or out of its range.
     std::string set(std::string_view key, std::string_view value, std::string origin = {});
-    /// Without any check or origin: for values that a form or a program has made sure of.
+    /// Sets a flag without any check or origin, for a value that a form or a program has made sure
+    /// of. The setting must be of this kind; a key that the module has not throws std::logic_error.
     void setFlag(std::string_view key, bool value);
+    /// Sets a number without any check or origin, its range included; throws as setFlag().
     void setNumber(std::string_view key, double value);
+    /// Sets the text of a table, a directory or a choice, bytes of any encoding, without any check
+    /// or origin; throws as setFlag().
     void setText(std::string_view key, std::string value);
 
-    /// The values. A key of another kind, or one that the module has not, throws std::logic_error.
+    /// Whether a flag is on. A key that the module has not throws std::logic_error, one of another
+    /// kind std::bad_variant_access.
     bool flag(std::string_view key) const;
+    /// A number, in the setting's unit; throws as flag().
     double number(std::string_view key) const;
-    /// Of a table, a directory or a choice; bytes of any encoding.
+    /// The text of a table, a directory or a choice, bytes of any encoding; throws as flag().
     const std::string& text(std::string_view key) const;
     /// Of the interaction module; `none` when none is chosen.
     eInteractionCriterion criterion() const;

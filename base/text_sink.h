@@ -12,10 +12,12 @@ namespace kelmo {
 class cTextSink {
   public:
     virtual ~cTextSink() = default;
+    /// Takes the next piece; the text may go when this returns.
     virtual void write(std::string_view text) = 0;
 
   protected:
     cTextSink() = default;
+    // Only as a part of a whole object.
     cTextSink(const cTextSink&) = default;
     cTextSink& operator=(const cTextSink&) = default;
 };
@@ -23,7 +25,9 @@ class cTextSink {
 /// Hands text on to a stream, which is not owned.
 class cStreamSink : public cTextSink {
   public:
+    /// The stream must outlive it.
     explicit cStreamSink(std::ostream& receiver) : stream(receiver) {}
+    /// What the stream cannot take shows in its state.
     void write(std::string_view text) override {
         stream.write(text.data(), static_cast<std::streamsize>(text.size()));
     }

@@ -5,6 +5,7 @@
 
 namespace kelmo {
 
+/// As attributes of an element, with a blank before each.
 inline constexpr std::string_view reportNamespaces =
     R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
     R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
