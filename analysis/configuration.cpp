@@ -2,7 +2,6 @@
 
 #include "analysis/criteria.h"
 #include "base/shown_text.h"
-#include "base/text_file.h"
 #include "base/usage_error.h"
 
 #include <algorithm>
@@ -75,14 +74,16 @@ std::string criterionLines(const sSetting& setting, const cSettings& settings) {
 
 } // namespace
 
-void readConfiguration(const std::string& path, const std::string& requester, cSettings& settings) {
+void readConfiguration(const std::string& path, const std::string& requester, cSettings& settings,
+                       eTextSource allowed) {
     int lineNumber = 0;
     tPlaces places;
-    forEachLine(path, requester, [&](std::string_view text) {
+    const auto take = [&](std::string_view text) {
         ++lineNumber;
         readLine(withoutCarriageReturn(text), shownText(path) + ':' + std::to_string(lineNumber),
                  places, settings);
-    });
+    };
+    forEachLine(path, requester, take, allowed);
 }
 
 void assign(std::string_view assignment, cSettings& settings) {

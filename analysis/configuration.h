@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "base/text_file.h"
 
 #include <string>
 #include <string_view>
@@ -11,7 +12,8 @@ namespace kelmo {
 /// Sets what a file says, and throws cUsageError, which names file and line, at the first thing in
 /// it that cannot be used. The path is bytes of any encoding; `requester` begins the message when
 /// the file cannot be read.
-void readConfiguration(const std::string& path, const std::string& requester, cSettings& settings);
+void readConfiguration(const std::string& path, const std::string& requester, cSettings& settings,
+                       eTextSource allowed = eTextSource::anyText);
 
 /// Sets one key, "KEY=VALUE", whether it was set before or not. Throws cUsageError.
 void assign(std::string_view assignment, cSettings& settings);

@@ -1,7 +1,5 @@
 #include "analysis/input_lists.h"
 
-#include "base/text_file.h"
-
 #include <filesystem>
 #include <system_error>
 
@@ -22,8 +20,10 @@ std::string_view pathIn(std::string_view line) {
 } // namespace
 
 void forEachListedPath(const std::string& listFile, const std::string& requester,
-                       const std::function<void(std::string_view path)>& take) {
-    forEachLine(listFile, requester, [&](std::string_view line) { take(pathIn(line)); });
+                       const std::function<void(std::string_view path)>& take,
+                       eTextSource allowed) {
+    forEachLine(
+        listFile, requester, [&](std::string_view line) { take(pathIn(line)); }, allowed);
 }
 
 } // namespace kelmo

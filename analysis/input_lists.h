@@ -1,6 +1,8 @@
 // Lists of input files: a path a line.
 #pragma once
 
+#include "base/text_file.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
@@ -12,6 +14,7 @@ namespace kelmo {
 /// file of that very name. Throws cUsageError, whose text begins with `requester`, when the list
 /// cannot be read.
 void forEachListedPath(const std::string& listFile, const std::string& requester,
-                       const std::function<void(std::string_view path)>& take);
+                       const std::function<void(std::string_view path)>& take,
+                       eTextSource allowed = eTextSource::anyText);
 
 } // namespace kelmo

@@ -61,13 +61,11 @@ QString placeOf(const QString& path) {
 /// The paths of a list file; none of one that cannot be read.
 QStringList pathsInList(const QString& listFile) {
     QStringList paths;
-    std::ifstream in;
-    if (!openRegularFile(in, listFile)) {
-        return paths;
-    }
     try {
-        forEachListedPath(pathToBytes(listFile), "list",
-                          [&](std::string_view path) { paths.append(pathFromBytes(path)); });
+        forEachListedPath(
+            pathToBytes(listFile), "list",
+            [&](std::string_view path) { paths.append(pathFromBytes(path)); },
+            eTextSource::regularFile);
     } catch (const cUsageError&) { // what comes before a line that is too long for text counts
     }
     return paths;
@@ -288,13 +286,9 @@ void cModulePage::saveFurtherSettings() const {
 }
 
 void cModulePage::loadFurtherSettings() {
-    std::ifstream in;
-    if (!openRegularFile(in, furtherSettingsFileName())) {
-        return;
-    }
     cSettings kept(module);
     try {
-        readConfiguration(furtherSettingsFileName(), "settings", kept);
+        readConfiguration(furtherSettingsFileName(), "settings", kept, eTextSource::regularFile);
     } catch (const cUsageError&) { // what comes before a line that is in error counts
     }
     for (const std::string& key : fields.addedKeys()) {

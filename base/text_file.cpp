@@ -1,5 +1,6 @@
 #include "base/text_file.h"
 
+#include "base/regular_file.h"
 #include "base/shown_text.h"
 #include "base/usage_error.h"
 
@@ -25,9 +26,7 @@ constexpr std::size_t longestLine = 1U << 20U;
 /// A file descriptor that is closed with the object.
 class cDescriptor {
   public:
-    explicit cDescriptor(const std::string& path)
-        // Without waiting: a named pipe opens for reading only when somebody writes to it.
-        : number(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
+    explicit cDescriptor(const std::string& path) : number(openToRead(path)) {}
     ~cDescriptor() {
         if (number >= 0) {
             ::close(number);
@@ -49,16 +48,28 @@ class cDescriptor {
 };
 
 /// Whether reading the descriptor comes to an end or waits for somebody who is there.
-bool isText(const cDescriptor& file) {
+bool isText(const cDescriptor& file, eTextSource allowed) {
     struct stat status {};
     if (file.number < 0 || ::fstat(file.number, &status) != 0) {
         return false;
+    }
+    if (allowed == eTextSource::regularFile) {
+        return S_ISREG(status.st_mode);
     }
     if (S_ISCHR(status.st_mode)) {
         const bool isEmpty = status.st_rdev == makedev(1, 3); // /dev/null
         return isEmpty || ::isatty(file.number) == 1;
     }
     return S_ISREG(status.st_mode) || S_ISFIFO(status.st_mode);
+}
+
+/// From now on reading waits for what a pipe's writer or the user at a terminal has to say. A file
+/// that claims to be regular is not waited for.
+void waitForWriter(const cDescriptor& file) {
+    struct stat status {};
+    if (::fstat(file.number, &status) == 0 && !S_ISREG(status.st_mode)) {
+        ::fcntl(file.number, F_SETFL, 0);
+    }
 }
 
 /// Whether it is a pipe with a name. One without has its writer from the beginning.
@@ -116,10 +127,10 @@ std::string_view withoutCarriageReturn(std::string_view line) {
 }
 
 void forEachLine(const std::string& path, const std::string& requester,
-                 const std::function<void(std::string_view)>& take) {
+                 const std::function<void(std::string_view)>& take, eTextSource allowed) {
     const cUsageError notOpened(requester + ": Could not open file " + shownText(path));
     const cDescriptor file(path);
-    if (!isText(file)) {
+    if (!isText(file, allowed)) {
         throw notOpened;
     }
     std::array<char, 65536> buffer{};
@@ -128,7 +139,7 @@ void forEachLine(const std::string& path, const std::string& requester,
         throw notOpened; // nobody writes to it
     }
     const bool isWriterSilent = count < 0 && errno == EAGAIN;
-    ::fcntl(file.number, F_SETFL, 0); // from now on, wait for what the writer has to say
+    waitForWriter(file);
     if (isWriterSilent) {
         count = file.readInto(buffer);
     }

@@ -1,9 +1,10 @@
 #include "input/inflating_buffer.h"
 
+#include "base/regular_file.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <new>
-#include <system_error>
 #include <utility>
 #include <zlib.h>
 
@@ -50,7 +51,7 @@ bool cInflatingBuffer::refill() {
     state->next_in = reinterpret_cast<Bytef*>(compressed.data());
     state->avail_in = static_cast<uInt>(in.gcount());
     if (in.bad()) {
-        return fail(std::generic_category().message(errno));
+        return fail(readFailureText(errno));
     }
     if (state->avail_in == 0) {
         isAtEnd = true;

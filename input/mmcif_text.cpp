@@ -1,5 +1,6 @@
 #include "input/mmcif_text.h"
 
+#include "base/regular_file.h"
 #include "base/string_operation.h"
 #include "input/assemblies.h"
 #include "input/atom_rules.h"
@@ -14,7 +15,6 @@
 #include <istream>
 #include <limits>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace kelmo {
@@ -336,7 +336,7 @@ sReadResult readMmcifText(std::istream& in, const std::map<std::string, double>&
     sReadResult result;
     if (in.bad()) {
         result.outcome = eReadOutcome::unreadable;
-        result.reason = std::generic_category().message(errno);
+        result.reason = readFailureText(errno);
         return result;
     }
     if (error.empty()) {

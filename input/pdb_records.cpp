@@ -1,5 +1,6 @@
 #include "input/pdb_records.h"
 
+#include "base/regular_file.h"
 #include "base/stop_request.h"
 #include "base/string_operation.h"
 #include "input/assemblies.h"
@@ -12,7 +13,6 @@
 #include <istream>
 #include <limits>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace kelmo {
@@ -295,7 +295,7 @@ sStructureRecords readPdbRecords(std::istream& in, const sReadOptions& options,
     }
     if (in.bad() && !lines.hasEnded()) {
         result.outcome = eReadOutcome::unreadable;
-        result.reason = std::generic_category().message(errno);
+        result.reason = readFailureText(errno);
     } else if (recorder.isBad) {
         result.outcome = eReadOutcome::badLine;
         result.badLine = static_cast<int>(

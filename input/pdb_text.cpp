@@ -1,5 +1,6 @@
 #include "input/pdb_text.h"
 
+#include "base/regular_file.h"
 #include "input/pdb_reader.h"
 #include "input/pdb_records.h"
 #include "input/preparation.h"
@@ -7,7 +8,6 @@
 
 #include <cerrno>
 #include <istream>
-#include <system_error>
 #include <utility>
 
 namespace kelmo {
@@ -26,7 +26,7 @@ sReadResult readPdbText(std::istream& in, const std::map<std::string, double>& r
     result.badLine = readPdbStructure(in, radii, structure, result.missingRadii, &oddities);
     if (in.bad()) { // neither the end of the file nor a bad line: there was more to read
         result.outcome = eReadOutcome::unreadable;
-        result.reason = std::generic_category().message(errno);
+        result.reason = readFailureText(errno);
     } else if (result.badLine != 0) {
         result.outcome = eReadOutcome::badLine;
     } else if (structure.atoms.empty()) {

@@ -1,5 +1,6 @@
 #include "input/structure_reader.h"
 
+#include "base/regular_file.h"
 #include "base/stop_request.h"
 #include "input/inflating_buffer.h"
 #include "input/replayed_buffer.h"
@@ -7,7 +8,6 @@
 
 #include <cerrno>
 #include <istream>
-#include <system_error>
 #include <utility>
 
 namespace kelmo {
@@ -70,7 +70,7 @@ sReadResult readStructure(std::istream& in, const std::map<std::string, double>&
     if (in.bad() && firstBytes.empty()) {
         sReadResult result;
         result.outcome = eReadOutcome::unreadable;
-        result.reason = std::generic_category().message(errno);
+        result.reason = readFailureText(errno);
         return result;
     }
     in.clear();

@@ -199,6 +199,19 @@ TEST_F(BatchFaults, DirectoryThatGoesAwayIsToldAtOnce) {
         << outcome.err;
 }
 
+TEST_F(BatchFaults, FileThatLetsItsReaderWaitFails) {
+    directory.linkSample("2hhb", "silent.pdb");
+    for (const int read : {1, 3}) {
+        const sProcessOutcome outcome = run("kev", {"--jobs=1", "silent.pdb", ubiquitin},
+                                            mannerWith({"wait", read, 0, false, 0}));
+        EXPECT_EQ(outcome.exitStatus, 1);
+        EXPECT_TRUE(contains(outcome.err, "Could not read PDB file silent.pdb: It claims to be a "
+                                          "regular file but lets its reader wait\n"))
+            << outcome.err;
+        EXPECT_EQ(reports().size(), 4U);
+    }
+}
+
 TEST_F(BatchFaults, FileThatCannotBeReadToItsEndFails) {
     directory.linkSample("2hhb", "broken.pdb");
     for (const int read : {1, 3}) {

@@ -1,7 +1,8 @@
 // A library to be preloaded: one call of the system fails, as on a full or broken disk. KELMO_FAIL
 // is "call:number:errno": the call of that number fails, counted from 1 among the calls on files of
 // one kind; with a "+" behind it all later ones fail too. Calls that write count on reports in the
-// making (.kelmo-*), "read" on PDB files.
+// making (.kelmo-*), "read" on PDB files. With "wait" a PDB file has nothing to say at that read,
+// as some files under /proc: who has not asked otherwise waits for ever.
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
@@ -126,8 +127,18 @@ int fcntl(int descriptor, int command, ...) {
 }
 
 ssize_t read(int descriptor, void* buffer, size_t size) {
-    if (sOpenFile(descriptor).isStructure() && mustFail("read")) {
-        return -1;
+    if (sOpenFile(descriptor).isStructure()) {
+        if (mustFail("read")) {
+            return -1;
+        }
+        if (mustFail("wait")) {
+            const auto isSet = static_cast<unsigned>(::fcntl(descriptor, F_GETFL)) & O_NONBLOCK;
+            while (isSet == 0) {
+                ::pause();
+            }
+            errno = EAGAIN;
+            return -1;
+        }
     }
     return next<ssize_t(int, void*, size_t)>("read")(descriptor, buffer, size);
 }
