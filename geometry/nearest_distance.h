@@ -19,4 +19,11 @@ constexpr double farthestNearestDistance = 2.0;
 /// Costs some 15 ns an atom, less in a large structure and no more than some hundred in any crowd.
 double meanNearestDistance(const cPdbPeptide& peptide);
 
+/// Atoms that stand nearer to each other in the mean (Å) make no molecule: in the nearest one, of
+/// hydrogen, it is 0.74 Å. The lowest mean of 45 structures that come with programs of the field is
+/// 0.89 Å, of a protein at 0.54 Å resolution with hydrogens and alternative places; in nanometres,
+/// proteins have about 0.13, and traces of alpha carbons 0.38. Models laid over each other stand as
+/// near as that, too: they are no structure of one molecule.
+constexpr double densestMolecule = 0.5;
+
 } // namespace kelmo

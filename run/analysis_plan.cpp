@@ -1,8 +1,10 @@
 #include "run/analysis_plan.h"
 
 #include "base/in_parallel.h"
+#include "base/number_text.h"
 #include "base/regular_file.h"
 #include "base/shown_text.h"
+#include "geometry/nearest_distance.h"
 
 #include <algorithm>
 #include <fstream>
@@ -34,6 +36,21 @@ std::string missingRadiiText(const std::set<std::string>& names, bool isListClos
         isFirst = false;
     }
     return text;
+}
+
+/// The warning of a file whose atoms stand denser than in any molecule, so that its calculations
+/// may take long and mean little; nothing when they do not.
+std::optional<std::string> densityWarning(const std::vector<cPdbPeptide>& structures,
+                                          const std::string& path) {
+    for (const cPdbPeptide& structure : structures) {
+        const double distance = meanNearestDistance(structure);
+        if (distance < densestMolecule) {
+            return "Mean distance to the nearest atom in PDB file " + path + " is " +
+                   std::string(cNumberText(distance, 2).view()) +
+                   " Å: are the coordinates in nanometres?";
+        }
+    }
+    return std::nullopt;
 }
 
 /// The error of a file that could not be read; nothing when it could.
@@ -198,6 +215,9 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
     if (!result.missingRadii.empty()) {
         follower.tell(
             {eSeverity::warning, missingRadiiText(result.missingRadii, plan.isListClosed)});
+    }
+    if (const auto warning = densityWarning(result.structures, path)) {
+        follower.tell({eSeverity::warning, *warning});
     }
     for (cPdbPeptide& structure : result.structures) {
         carryOutStages(plan, structure, job.reportBase, follower);

@@ -76,6 +76,25 @@ TEST(NearestDistance, OfCoordinatesInNanometresIsATenth) {
         const double inAngstrom = meanNearestDistance(peptide);
         scale(peptide, 0.1);
         EXPECT_NEAR(meanNearestDistance(peptide), 0.1 * inAngstrom, 1e-9) << name;
+        EXPECT_LT(meanNearestDistance(peptide), densestMolecule) << name;
+    }
+}
+
+TEST(NearestDistance, OfHydrogenMoleculesAndOfTwoPlacesForEveryAtomIsThatOfAMolecule) {
+    tAtoms atoms;
+    for (int i = 0; i < 100; ++i) {
+        atoms.push_back(atomAt(4.0 * i, 0, 0));
+        atoms.push_back(atomAt(4.0 * i + 0.74, 0, 0));
+    }
+    EXPECT_GT(meanNearestDistance(structureOf(atoms)), densestMolecule);
+    for (const std::string& name : sampleCodes()) {
+        cPdbPeptide peptide = samplePeptide(name);
+        const tAtoms once = peptide.atoms;
+        for (cResidueAtom atom : once) {
+            atom.z += 0.6;
+            peptide.atoms.push_back(atom);
+        }
+        EXPECT_GT(meanNearestDistance(peptide), densestMolecule) << name;
     }
 }
 

@@ -154,6 +154,16 @@ TEST_F(KevRun, MissingRadiiAreListedEachWithASemicolonAndTheAnalysisGoesOn) {
     EXPECT_EQ(reports(), allFour);
 }
 
+TEST_F(KevRun, AtomsDenserThanInAMoleculeAreWarnedOfBeforeTheCalculations) {
+    const std::string path = input("1tst.pdb", inNanometres(twoGlycines()));
+    EXPECT_EQ(analyse(path), eFileOutcome::analysed);
+    EXPECT_EQ(log.lines(), (tLines{begin(path),
+                                   "yellow: Mean distance to the nearest atom in PDB file " + path +
+                                       " is 0.15 Å: are the coordinates in nanometres?",
+                                   end(path)}));
+    EXPECT_EQ(reports(), allFour);
+}
+
 TEST_F(KevRun, MissingRadiiOfOneFileAreNotThoseOfTheNext) {
     run.setRadii({});
     const std::string first = input("first.pdb", atomLine("XX", "GLY", 'A', "1", 0, 0, 0));

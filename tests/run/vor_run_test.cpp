@@ -137,6 +137,19 @@ TEST_F(VorRun, MissingRadiiAreJoinedAndTheAnalysisGoesOn) {
     EXPECT_EQ(reports(), allSix);
 }
 
+TEST_F(VorRun, AtomsDenserThanInAMoleculeAreWarnedOfBehindMissingRadii) {
+    const std::string path = input("1tst.pdb", inNanometres(twoGlycines()));
+    run.radii = {{"GLY_N", 1.7}, {"GLY_C", 1.7}, {"GLY_O", 1.7}};
+    EXPECT_EQ(analyse(path), eFileOutcome::analysed);
+    EXPECT_EQ(
+        log.lines(),
+        (tLines{begin(path), "yellow: The following radii were not found in radii file: GLY_CA",
+                "yellow: Mean distance to the nearest atom in PDB file " + path +
+                    " is 0.15 Å: are the coordinates in nanometres?",
+                end(path)}));
+    EXPECT_EQ(reports(), allSix);
+}
+
 TEST_F(VorRun, BadFilesBetweenGoodOnesAreSkipped) {
     const std::string first = input("first.pdb");
     const std::string missing = inputs.file("missing.pdb");

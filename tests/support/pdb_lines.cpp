@@ -84,6 +84,19 @@ std::string withPosition(std::string atomLine, const tPosition& position) {
     return atomLine.replace(coordinateColumn, fields.size(), fields);
 }
 
+std::string inNanometres(const std::string& text) {
+    constexpr double nanometres = 0.1; // in one ångström
+    std::string lines;
+    for (const std::string& line : atomLinesOf(text)) {
+        tPosition position = positionIn(line);
+        for (double& coordinate : position) {
+            coordinate *= nanometres;
+        }
+        lines += withPosition(line, position) + '\n';
+    }
+    return lines;
+}
+
 std::string glycine(char chain, const std::string& number, double z) {
     return atomLine("N", "GLY", chain, number, 0, 0, z) +
            atomLine("CA", "GLY", chain, number, 1.5, 0, z) +

@@ -45,6 +45,9 @@ using tPosition = std::array<double, 3>; ///< x, y, z in ångström
 tPosition positionIn(const std::string& atomLine);
 /// The line with other coordinates.
 std::string withPosition(std::string atomLine, const tPosition& position);
+/// The ATOM lines of a text with a tenth of their coordinates: what programs leave that take
+/// nanometres for ångström.
+std::string inNanometres(const std::string& text);
 
 /// N, CA, C and O of one residue around the z axis, at a height given in ångström.
 std::string glycine(char chain, const std::string& number, double z);
