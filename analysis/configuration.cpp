@@ -58,7 +58,7 @@ std::string line(const sSetting& setting, const cSettings& settings) {
     if (setting.isWrittenOnlyIfChanged && value == setting.byDefault) {
         return {};
     }
-    return setting.key + ":\t" + value + '\n';
+    return setting.key + ":\t" + inOneLine(value) + '\n';
 }
 
 /// The criterion and its parameters, which stand in the order that the criterion has.

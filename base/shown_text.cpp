@@ -1,7 +1,9 @@
 #include "base/shown_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 
 namespace kelmo {
 
@@ -28,12 +30,52 @@ std::size_t announcedLength(unsigned char lead) {
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-/// The control characters of ASCII, and those of Latin-1 behind their first byte in UTF-8.
-bool isControl(std::string_view character) {
-    if (character.size() == 1) {
-        return byteAt(character, 0) < 0x20 || byteAt(character, 0) == 0x7F;
+/// The number of a character of well-formed UTF-8.
+std::uint32_t codePoint(std::string_view character) {
+    constexpr std::array<unsigned, 5> leadBits{0, 0x7F, 0x1F, 0x0F, 0x07}; // by length
+    std::uint32_t point = byteAt(character, 0) & leadBits[character.size()];
+    for (std::size_t i = 1; i < character.size(); ++i) {
+        point = point << 6U | (byteAt(character, i) & 0x3FU);
     }
-    return character.size() == 2 && byteAt(character, 0) == 0xC2 && byteAt(character, 1) < 0xA0;
+    return point;
+}
+
+struct sRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+/// Unicode's categories of format characters (Cf), line separators (Zl) and paragraph separators
+/// (Zp), as of version 15, and the fillers of Hangul, which take no room either.
+constexpr std::array<sRange, 22> unseenCharacters{
+    {{0x00AD, 0x00AD},   {0x0600, 0x0605},   {0x061C, 0x061C},   {0x06DD, 0x06DD},
+     {0x070F, 0x070F},   {0x0890, 0x0891},   {0x08E2, 0x08E2},   {0x115F, 0x1160},
+     {0x180E, 0x180E},   {0x200B, 0x200F},   {0x2028, 0x202E},   {0x2060, 0x206F},
+     {0x3164, 0x3164},   {0xFFA0, 0xFFA0},   {0xFFF9, 0xFFFB},   {0x110BD, 0x110BD},
+     {0x110CD, 0x110CD}, {0x13430, 0x1343F}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A},
+     {0xE0001, 0xE0001}, {0xE0020, 0xE007F}}};
+
+bool isUnseen(std::uint32_t point) {
+    return std::ranges::any_of(unseenCharacters, [point](const sRange& range) {
+        return point >= range.first && point <= range.last;
+    });
+}
+
+/// Control characters of ASCII and of Latin-1.
+bool isControl(std::uint32_t point) {
+    return point < 0x20 || (point >= 0x7F && point < 0xA0);
+}
+
+bool breaksLog(std::uint32_t point) {
+    return point == '\n' || point == '\r' || point >= 0x80;
+}
+
+/// "<U+202E>".
+std::string numberOf(std::uint32_t point) {
+    std::array<char, 16> text;
+    const int length =
+        std::snprintf(text.data(), text.size(), "<U+%04X>", static_cast<unsigned>(point));
+    return {text.data(), static_cast<std::size_t>(length)};
 }
 
 std::string shown(std::string_view bytes, bool areControlsShown) {
@@ -43,8 +85,11 @@ std::string shown(std::string_view bytes, bool areControlsShown) {
         const std::string_view character = bytes.substr(0, length);
         if (length == 0 || character == byteOrderMark) {
             text += replacementCharacter;
-        } else if (!areControlsShown && isControl(character)) {
+        } else if (const std::uint32_t point = codePoint(character);
+                   isControl(point) && (!areControlsShown || breaksLog(point))) {
             text += '?';
+        } else if (isUnseen(point)) {
+            text += numberOf(point);
         } else {
             text += character;
         }
@@ -84,6 +129,14 @@ std::string displayedText(std::string_view bytes) {
 
 std::string shownText(std::string_view bytes) {
     return shown(bytes, false);
+}
+
+std::string inOneLine(std::string_view bytes, std::string_view lineEnds) {
+    std::string line(bytes);
+    for (char& byte : line) {
+        byte = lineEnds.find(byte) == std::string_view::npos ? byte : '?';
+    }
+    return line;
 }
 
 } // namespace kelmo

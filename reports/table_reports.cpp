@@ -1,5 +1,6 @@
 // Reports as tables of aligned columns.
 #include "base/number_text.h"
+#include "base/shown_text.h"
 #include "reports/report_blocks.h"
 #include "reports/report_formats.h"
 #include "reports/table_number.h"
@@ -37,11 +38,16 @@ void appendParameter(std::string& text, std::string_view label, const std::strin
     text.append(label).append(value) += '\n';
 }
 
+/// Text of a setting: a path may have line ends in it, which must not make lines of the header.
+void appendSetting(std::string& text, std::string_view label, const std::string& value) {
+    appendParameter(text, label, inOneLine(value, "\n\r\v\f"));
+}
+
 void appendHeader(std::string& text, const sAttributeReport& report) {
     const cSettings& settings = report.settings;
     appendParameter(text, "pdb_id: ", report.columns.structureName);
     appendParameter(text, "analysis type: ", report.columns.state);
-    appendParameter(text, "radii_file: ", settings.text("radii_filename"));
+    appendSetting(text, "radii_file: ", settings.text("radii_filename"));
     for (const sAttribute& attribute : attributes()) {
         if (!attribute.isCalculated(settings)) {
             continue;
@@ -50,7 +56,7 @@ void appendHeader(std::string& text, const sAttributeReport& report) {
             if (findSetting(settings.module(), parameter.key)->kind == eSettingKind::number) {
                 appendParameter(text, parameter.tableLabel, settings.number(parameter.key));
             } else {
-                appendParameter(text, parameter.tableLabel, settings.valueText(parameter.key));
+                appendSetting(text, parameter.tableLabel, settings.valueText(parameter.key));
             }
         }
     }
@@ -114,7 +120,7 @@ std::string interactionHeader(const sInteractionReport& report) {
     constexpr int significantDigits = 6;
     std::string text;
     appendParameter(text, "pdb_id: ", report.structure.name);
-    appendParameter(text, "radii_filename: ", report.settings.text("radii_filename"));
+    appendSetting(text, "radii_filename: ", report.settings.text("radii_filename"));
     if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
         for (const sCriterionParameter& parameter : criterion->parameters) {
             const cNumberText value(report.settings.number(parameter.key), significantDigits);

@@ -66,6 +66,34 @@ TEST(ShownText, ControlCharactersCannotBreakALine) {
     EXPECT_EQ(shownText("f\xfcr\n"), "f\xef\xbf\xbdr?");
 }
 
+TEST(ShownText, HasNumbersForCharactersThatOneCannotSee) {
+    for (const auto& [bytes, text] : std::vector<std::pair<std::string, std::string>>{
+             {"\xE2\x80\xAE", "<U+202E>"}, // what follows runs from right to left
+             {"\xE2\x81\xA6", "<U+2066>"},
+             {"\xD8\x9C", "<U+061C>"},
+             {"\xE2\x80\x8B", "<U+200B>"},
+             {"\xC2\xAD", "<U+00AD>"},
+             {"\xE2\x80\xA8", "<U+2028>"},
+             {"\xF3\xA0\x80\x81", "<U+E0001>"},
+             {"\xE2\x80\x90", "\xE2\x80\x90"},
+             {"\xF0\x9F\xA7\xAC", "\xF0\x9F\xA7\xAC"}}) {
+        EXPECT_EQ(shownText("a" + bytes + "b"), "a" + text + "b");
+        EXPECT_EQ(displayedText("a" + bytes + "b"), "a" + text + "b");
+        EXPECT_EQ(shownText(displayedText(bytes)), text);
+    }
+}
+
+TEST(ShownText, OfALogHasNoLineEnds) {
+    EXPECT_EQ(displayedText("a\nb\rc\td\xC2\x85"
+                            "e"),
+              "a?b?c\td?e");
+}
+
+TEST(ShownText, InOneLineIsWhatItWasButForLineEnds) {
+    EXPECT_EQ(inOneLine("a\nb\rc\xFF\xE2\x80\xAE"), "a?b\rc\xFF\xE2\x80\xAE");
+    EXPECT_EQ(inOneLine("a\nb\rc\td", "\n\r"), "a?b?c\td");
+}
+
 TEST(InputPaths, ArePackedAndComeBackAsTheyWere) {
     const cInputPaths paths{"a/x.pdb", "", "f\xfcr \n.pdb", "y"};
     ASSERT_EQ(paths.size(), 4U);

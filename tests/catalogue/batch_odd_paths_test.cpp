@@ -1,5 +1,6 @@
 // kelmo-batch where every path has an odd name: structures, list, configuration, tables, output
 // directory.
+#include "base/shown_text.h"
 #include "tests/batch/batch_fixture.h"
 
 #include <algorithm>
@@ -67,7 +68,8 @@ TEST_P(BatchOddPaths, AreTakenFromOptionsAndWrittenToReports) {
                                                  "--set", "standard_asa=" + path(".asa"), "--set",
                                                  "hydro_file=" + path(".hpb"), "--", path(".pdb")});
     EXPECT_EQ(kev.exitStatus, 0) << kev.err;
-    EXPECT_TRUE(contains(reportThere("bound.tbl"), "radii_file: " + path(".radii") + '\n'));
+    EXPECT_TRUE(
+        contains(reportThere("bound.tbl"), "radii_file: " + inOneLine(path(".radii")) + '\n'));
     const sProcessOutcome vor = runThere(
         "vor", {"--set=contact_criterion=4", "--contact-rules", path(".txt"), "--", path(".pdb")});
     EXPECT_EQ(vor.exitStatus, 0) << vor.err;

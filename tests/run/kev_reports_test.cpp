@@ -603,6 +603,17 @@ TEST(KevTable, TextsAreWrittenAsTheyAre) {
     EXPECT_EQ(countOf("         *          1          \xE9\n", table), 1) << "one byte, one column";
 }
 
+TEST(KevTable, PathsMakeNoLinesOfTheHeader) {
+    cHandBuiltStructure structure;
+    cRunKEV run;
+    setSections(run, everySection);
+    run.setRadiiFilename("a\ntotal ASA: 9\rb");
+    run.setHydroFilename("c\ntotal ASA: 9\n");
+    const std::string table = tableOf(run, structure.peptide);
+    EXPECT_EQ(countOf("\nradii_file: a?total ASA: 9?b\n", table), 1);
+    EXPECT_EQ(countOf("\nradii_file: c?total ASA: 9?\n", table), 1);
+}
+
 TEST(KevTable, StreamKeepsItsOrderAndReceivesThePrecision) {
     cHandBuiltStructure structure;
     cRunKEV run;
