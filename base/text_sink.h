@@ -15,11 +15,18 @@ class cTextSink {
     /// Takes the next piece; the text may go when this returns.
     virtual void write(std::string_view text) = 0;
 
+    /// What has been written is as readers of the format rely on, but no parser of it takes that.
+    void markUnparsable() { isParsable = false; }
+    bool canBeParsed() const { return isParsable; }
+
   protected:
     cTextSink() = default;
     // Only as a part of a whole object.
     cTextSink(const cTextSink&) = default;
     cTextSink& operator=(const cTextSink&) = default;
+
+  private:
+    bool isParsable = true;
 };
 
 /// Hands text on to a stream, which is not owned.

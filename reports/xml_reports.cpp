@@ -6,6 +6,7 @@
 #include "xml/xml_lines.h"
 #include "xml/xml_text.h"
 
+#include <atomic>
 #include <string_view>
 
 namespace kelmo {
@@ -112,18 +113,35 @@ void writeChainElement(cTextSink& out, const sStateColumns& columns, std::size_t
     out.write(text);
 }
 
-// Contacts. Texts are written as they are, which readers of these reports rely on.
+// Contacts
 
-void appendRaw(std::string& text, std::string_view name, std::string_view value) {
-    appendXmlElement(text, name, value, 6);
-}
+/// Writes texts as they are, which readers of these reports rely on, and remembers whether parsers
+/// take them. For several threads.
+class cRawTexts {
+  public:
+    void append(std::string& text, std::string_view name, std::string_view value, int indent = 6) {
+        if (!isXmlText(value)) {
+            areParsable = false;
+        }
+        appendXmlElement(text, name, value, indent);
+    }
+    void tell(cTextSink& out) const {
+        if (!areParsable) {
+            out.markUnparsable();
+        }
+    }
+
+  private:
+    std::atomic<bool> areParsable = true;
+};
 
 /// The beginning of a document and its list.
-std::string interactionHead(const sInteractionReport& report, const char* root, const char* list) {
+std::string interactionHead(const sInteractionReport& report, const char* root, const char* list,
+                            cRawTexts& raw) {
     std::string text;
     appendXmlStart(text, root + std::string(reportNamespaces), 0);
-    appendXmlElement(text, "pdb_id", report.structure.name, 2);
-    appendXmlElement(text, "radii_filename", report.settings.text("radii_filename"), 2);
+    raw.append(text, "pdb_id", report.structure.name, 2);
+    raw.append(text, "radii_filename", report.settings.text("radii_filename"), 2);
     if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
         for (const sCriterionParameter& parameter : criterion->parameters) {
             appendXmlElement(text, parameter.reportName, report.settings.number(parameter.key), 2);
@@ -156,7 +174,8 @@ template <typename IsWanted, typename AppendMore>
 void writeResidueDocument(cTextSink& out, const sInteractionReport& report, const char* root,
                           const char* list, const char* element, IsWanted isWanted,
                           AppendMore appendMore) {
-    out.write(interactionHead(report, root, list));
+    cRawTexts raw;
+    out.write(interactionHead(report, root, list, raw));
     const std::string criterion = criterionName(report.settings.criterion());
     writeResidueBlocks(
         out, report.structure,
@@ -165,14 +184,15 @@ void writeResidueDocument(cTextSink& out, const sInteractionReport& report, cons
                 return;
             }
             appendXmlStart(text, element, 4);
-            appendRaw(text, "interaction_criterion", criterion);
-            appendRaw(text, "chain_id", chain.chainId);
-            appendRaw(text, "residue_id", residue.residueNumber);
-            appendRaw(text, "residue_name", residue.residueName);
+            appendXmlElement(text, "interaction_criterion", criterion, 6);
+            raw.append(text, "chain_id", chain.chainId);
+            raw.append(text, "residue_id", residue.residueNumber);
+            raw.append(text, "residue_name", residue.residueName);
             appendMore(text, residue);
             appendXmlEnd(text, element, 4, true);
         });
     out.write(interactionEnd(root, list));
+    raw.tell(out);
 }
 
 } // namespace
@@ -220,24 +240,26 @@ void writeChainElementXml(cTextSink& out, const sAttributeReport& report) {
 }
 
 void writeContactXml(cTextSink& out, const sInteractionReport& report) {
-    out.write(interactionHead(report, "peptideResidueContacts", "contacts"));
+    cRawTexts raw;
+    out.write(interactionHead(report, "peptideResidueContacts", "contacts", raw));
     inBlocks(
         report.contactCount,
         [&](std::string& text, std::size_t i) {
             const sContactView contact = report.contactAt(i);
             appendXmlStart(text, "contact", 4);
-            appendRaw(text, "interaction_criterion", criterionName(contact.criterion));
-            appendRaw(text, "chain_id_1", contact.chain1);
-            appendRaw(text, "residue_id_1", contact.residueNumber1);
-            appendRaw(text, "residue_name_1", contact.residueName1);
-            appendRaw(text, "chain_id_2", contact.chain2);
-            appendRaw(text, "residue_id_2", contact.residueNumber2);
-            appendRaw(text, "residue_name_2", contact.residueName2);
+            appendXmlElement(text, "interaction_criterion", criterionName(contact.criterion), 6);
+            raw.append(text, "chain_id_1", contact.chain1);
+            raw.append(text, "residue_id_1", contact.residueNumber1);
+            raw.append(text, "residue_name_1", contact.residueName1);
+            raw.append(text, "chain_id_2", contact.chain2);
+            raw.append(text, "residue_id_2", contact.residueNumber2);
+            raw.append(text, "residue_name_2", contact.residueName2);
             appendContactTypes(text, *contact.types);
             appendXmlEnd(text, "contact", 4, true);
         },
         [&](std::string_view text) { out.write(text); });
     out.write(interactionEnd("peptideResidueContacts", "contacts"));
+    raw.tell(out);
 }
 
 void writeBindingResidueXml(cTextSink& out, const sInteractionReport& report) {
@@ -252,7 +274,7 @@ void writeBindingStatusXml(cTextSink& out, const sInteractionReport& report) {
         out, report, "peptideResidueBindingStatus", "residues", "residue",
         [](const cChainResidue&) { return true; },
         [](std::string& text, const cChainResidue& residue) {
-            appendRaw(text, "binding_status", residue.isBinding ? "1" : "0");
+            appendXmlElement(text, "binding_status", residue.isBinding ? "1" : "0", 6);
         });
 }
 

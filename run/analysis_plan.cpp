@@ -76,10 +76,11 @@ std::optional<std::string> readingProblem(const sReadResult& result, const std::
 /// of them away.
 class cStageReports {
   public:
+    /// Adds the names of reports that no parser takes to `unparsableReports`.
     cStageReports(const std::vector<sPlannedReport>& planned, const std::string& base,
-                  cPlanFollower& planFollower)
+                  cPlanFollower& planFollower, std::vector<std::string>& unparsableReports)
         : reports(planned), reportBase(base), directory(directoryOf(base)), follower(planFollower),
-          written(planned.size()) {}
+          unparsable(unparsableReports), written(planned.size()) {}
 
     void write() {
         try {
@@ -96,6 +97,7 @@ class cStageReports {
         std::unique_ptr<cReportFile> file; ///< under its temporary name
         int error = 0;                     ///< errno of a report that is not complete
         bool isBegun = false;              ///< false when not even a file could be created
+        bool canBeParsed = true;
     };
 
     std::size_t formats() const {
@@ -121,7 +123,8 @@ class cStageReports {
         }
         report.write(*file);
         const int error = file->finish() ? 0 : file->error();
-        return {std::move(file), error, true};
+        const bool canBeParsed = file->canBeParsed();
+        return {std::move(file), error, true, canBeParsed};
     }
 
     void keep(std::size_t i, sWritten report) {
@@ -147,6 +150,9 @@ class cStageReports {
             const sWritten& report = *written[i];
             if (report.error == 0) {
                 follower.reportWritten(sReportWritten(fullName(i)));
+                if (!report.canBeParsed) {
+                    unparsable.push_back(fullName(i));
+                }
                 continue;
             }
             const std::string reason = reasonOf(report.error);
@@ -162,19 +168,29 @@ class cStageReports {
     const std::string& reportBase;
     const cReportDirectory directory;
     cPlanFollower& follower;
+    std::vector<std::string>& unparsable;
     std::vector<std::optional<sWritten>> written;
     std::size_t named = 0; ///< so many have been given their names, or up
     std::mutex mutex;      ///< guards both
 };
 
+std::string unparsableText(const std::vector<std::string>& reports) {
+    std::string text = "Names with &, < or other characters that XML does not take make reports "
+                       "that no parser takes: ";
+    for (const std::string& report : reports) {
+        text += (&report == &reports.front() ? "" : "; ") + displayedText(report);
+    }
+    return text;
+}
+
 void carryOutStages(const sAnalysisPlan& plan, cPdbPeptide& structure, const std::string& base,
-                    cPlanFollower& follower) {
+                    cPlanFollower& follower, std::vector<std::string>& unparsable) {
     const std::function<void()> safePoint = [&follower] { follower.safePoint(); };
     for (const sPlannedStage& stage : plan.stages) {
         safePoint();
         stage.calculate(structure, safePoint);
         safePoint();
-        cStageReports(stage.reports, base, follower).write();
+        cStageReports(stage.reports, base, follower, unparsable).write();
         safePoint();
     }
 }
@@ -219,8 +235,12 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
     if (const auto warning = densityWarning(result.structures, path)) {
         follower.tell({eSeverity::warning, *warning});
     }
+    std::vector<std::string> unparsable;
     for (cPdbPeptide& structure : result.structures) {
-        carryOutStages(plan, structure, job.reportBase, follower);
+        carryOutStages(plan, structure, job.reportBase, follower, unparsable);
+    }
+    if (!unparsable.empty()) {
+        follower.tell({eSeverity::warning, unparsableText(unparsable)});
     }
     follower.tell({eSeverity::progress, plan.conclusion + path + " analyzed"});
     return eFileOutcome::analysed;

@@ -1,5 +1,6 @@
 #include "xml/xml_text.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -76,7 +77,19 @@ bool isPlain(char c) {
     return c >= ' ' && c < '\x7f' && c != '&' && c != '<' && c != '>';
 }
 
+/// Control characters, but for the blanks among them, are in no document.
+bool isInAsciiDocuments(char character) {
+    const auto c = static_cast<unsigned char>(character);
+    return (c >= ' ' && c < 0x80) || c == '\t' || c == '\n' || c == '\r';
+}
+
 } // namespace
+
+bool isXmlText(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return isInAsciiDocuments(c) && c != '&' && c != '<'; }) &&
+           text.find("]]>") == std::string_view::npos;
+}
 
 std::string escapedXmlText(std::string_view text) {
     std::string out;

@@ -11,4 +11,8 @@ namespace kelmo {
 /// characters but the tab) becomes "?".
 std::string escapedXmlText(std::string_view text);
 
+/// Whether a parser takes the text as it stands between two tags of a document in us-ascii, as one
+/// that means nothing but itself.
+bool isXmlText(std::string_view text);
+
 } // namespace kelmo

@@ -53,6 +53,10 @@ class OddInput : public testing::TestWithParam<sOddInput> {
         if (!unknown.empty()) {
             lines.push_back("yellow: The following radii were not found in radii file: " + unknown);
         }
+        if (input().isDense) {
+            lines.push_back("yellow: Mean distance to the nearest atom in PDB file " + file +
+                            " is 0.001 Å: are the coordinates in nanometres?");
+        }
         std::string end = subject + " of peptide from " + file + " analyzed";
         end.front() = static_cast<char>(std::toupper(end.front()));
         lines.push_back("black: " + end);
@@ -64,11 +68,30 @@ class OddInput : public testing::TestWithParam<sOddInput> {
         return QString::fromStdString(input().unknown).replace(u' ', separator).toStdString();
     }
 
+    /// What must be told of the run's reports by what another parser makes of them.
+    std::string unparsableWarning(const QString& stamp) const {
+        std::string names;
+        for (const char* kind : {"contacts", "binding_residues", "binding_status"}) {
+            const std::string report =
+                output.file("odd_" + stamp.toStdString() + '_' + kind + ".xml");
+            if (input().isMarkup && std::filesystem::exists(report) && !areWellFormed({report})) {
+                names += (names.empty() ? "" : "; ") + report;
+            }
+        }
+        return names.empty() ? names
+                             : "yellow: Names with &, < or other characters that XML does not take "
+                               "make reports that no parser takes: " +
+                                   names;
+    }
+
     void expectOutcome(cAnalysisRun& run, const QString& stamp,
-                       const std::vector<std::string>& messages) const {
+                       std::vector<std::string> messages) const {
         const cMessageLog log(run);
         EXPECT_EQ(run.analyseFile(QString::fromStdString(file), stamp),
                   isAnalysed() ? eFileOutcome::analysed : eFileOutcome::failed);
+        if (const std::string warning = unparsableWarning(stamp); !warning.empty()) {
+            messages.insert(messages.end() - 1, warning);
+        }
         EXPECT_EQ(log.lines(), messages);
         EXPECT_TRUE(run.unwrittenReports().isEmpty());
     }

@@ -298,6 +298,16 @@ TEST_F(VorReports, TextsAreWrittenAsTheyAre) {
               0U);
 }
 
+TEST_F(VorReports, PathsMakeNoLinesOfTableHeaders) {
+    run.radiiFileName = "a\nMD_threshold: 9\rb";
+    for (const tTableWriter write : {&cRunVOR::writeContactsTable, &cRunVOR::writeHotSpotsTable,
+                                     &cRunVOR::writeResidueBindingStatusTable}) {
+        EXPECT_NE(
+            tableOf(run, write, peptide).find("\nradii_filename: a?MD_threshold: 9?b\nMD_thresh"),
+            std::string::npos);
+    }
+}
+
 TEST_F(VorReports, LongTextsAreNotCut) {
     peptide.chains.resize(1);
     peptide.chains[0].residueCount = 1;

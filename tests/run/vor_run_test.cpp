@@ -150,6 +150,31 @@ TEST_F(VorRun, AtomsDenserThanInAMoleculeAreWarnedOfBehindMissingRadii) {
     EXPECT_EQ(reports(), allSix);
 }
 
+TEST_F(VorRun, ReportsThatNoParserTakesAreWarnedOfOnceAFile) {
+    const std::string warning = "yellow: Names with &, < or other characters that XML does not "
+                                "take make reports that no parser takes: ";
+    const std::string base = output.file("1tst_200703141530_");
+    const std::string path = input("1tst.pdb", glycine('A', "1", 0.0) + glycine('&', "2", 4.0) +
+                                                   glycine('<', "3", 80.0));
+    EXPECT_EQ(analyse(path), eFileOutcome::analysed);
+    EXPECT_EQ(log.lines(), (tLines{begin(path),
+                                   warning + base + "contacts.xml; " + base +
+                                       "binding_residues.xml; " + base + "binding_status.xml",
+                                   end(path)}));
+    // Only of those reports in which such a name stands.
+    log.messages.clear();
+    const std::string other = input("1tst.pdb", glycine('A', "1", 0.0) + glycine('B', "2", 4.0) +
+                                                    glycine('<', "3", 80.0));
+    EXPECT_EQ(analyse(other), eFileOutcome::analysed);
+    EXPECT_EQ(log.lines(),
+              (tLines{begin(other), warning + base + "binding_status.xml", end(other)}));
+    for (const std::string& name : reports()) {
+        EXPECT_EQ(areWellFormed({output.file(name)}),
+                  name.ends_with(".xml") && !name.ends_with("binding_status.xml"))
+            << name;
+    }
+}
+
 TEST_F(VorRun, BadFilesBetweenGoodOnesAreSkipped) {
     const std::string first = input("first.pdb");
     const std::string missing = inputs.file("missing.pdb");

@@ -200,4 +200,12 @@ TEST(XmlText, RandomBytesAreWhatTheParserReadsBack) {
     }
 }
 
+TEST(XmlText, ParsersTakeNoMarkupAndNothingBeyondAscii) {
+    EXPECT_TRUE(isXmlText(""));
+    EXPECT_TRUE(isXmlText(" A>b]] > ]> \"'\t\r\n\x7F"));
+    for (const char* text : {"&", "a<", "]]>", "a\x01", "\x1B[0m", "caf\xC3\xA9", "\xE9"}) {
+        EXPECT_FALSE(isXmlText(text)) << text;
+    }
+}
+
 } // namespace kelmo
