@@ -14,7 +14,9 @@ enum class eReplacement {
 };
 
 /// Writes the bytes to a new file beside the old one, which it replaces when it is whole and on
-/// disk. Where the directory takes no new file, the old one is written to itself.
+/// disk, with the old one's permissions. Where the directory takes no new file, the old one is
+/// written to itself. Links of this user are followed; one of somebody else is replaced, so that
+/// nobody can lead what is written to another file.
 eReplacement replaceFile(const QString& path, std::string_view bytes);
 
 } // namespace kelmo

@@ -7,6 +7,7 @@
 #include "app/module_page.h"
 #include "app/table_title.h"
 #include "base/regular_file.h"
+#include "base/shown_text.h"
 #include "base/text_line.h"
 #include "base/usage_error.h"
 #include "input/structure_formats.h"
@@ -147,7 +148,7 @@ void cModulePage::saveInputList() {
     directories.savedList = placeOf(path);
     std::string text;
     for (const QString& file : files.paths()) {
-        text += pathToBytes(file) + '\n';
+        text += inOneLine(pathToBytes(file)) + '\n';
     }
     if (writeFile(path, text)) {
         showMessage(Qt::black, QStringLiteral("Input list file created"));
@@ -244,10 +245,10 @@ void cModulePage::saveSettings() {
     finishTyping();
     std::string text;
     for (const formField& field : settingsFields()) {
-        text += fieldText(field) + '\n';
+        text += inOneLine(fieldText(field)) + '\n';
     }
     for (const QString& path : files.paths()) {
-        text += pathToBytes(path) + '\n';
+        text += inOneLine(pathToBytes(path)) + '\n';
     }
     // The program is closing: nobody is left to be told of a failure.
     replaceFile(QString::fromStdString(settingsFileName()), text);
@@ -276,7 +277,7 @@ void cModulePage::saveFurtherSettings() const {
     const cSettings shown = settings();
     for (const std::string& key : fields.addedKeys()) {
         if (shown.valueText(key) != findSetting(module, key)->byDefault) {
-            text += key + ":\t" + shown.valueText(key) + '\n';
+            text += key + ":\t" + inOneLine(shown.valueText(key)) + '\n';
         }
     }
     const QString fileName = QString::fromStdString(furtherSettingsFileName());

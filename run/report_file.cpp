@@ -172,6 +172,21 @@ bool cReportFile::finish() {
     return isWhole;
 }
 
+void cReportFile::setPermissions(unsigned mode) {
+    constexpr unsigned permissions = 0777;
+    if (isOpen() && lastError == 0 && ::fchmod(descriptor, mode & permissions) != 0) {
+        lastError = errno;
+    }
+}
+
+bool cReportFile::putOnDisk() {
+    if (finish() && ::fsync(descriptor) != 0) {
+        lastError = errno;
+        isWhole = false;
+    }
+    return isWhole;
+}
+
 bool cReportFile::standsUnder(const std::string& fileName) const {
     struct stat own {};
     struct stat there {};

@@ -50,6 +50,11 @@ class cReportFile : public cTextSink {
     void write(std::string_view text) override;
     /// Writes what is still held back. False when the report is not complete.
     bool finish();
+    /// Gives the file the permissions of another one, whatever the user's mask takes from new
+    /// files.
+    void setPermissions(unsigned mode);
+    /// Finishes the file and waits until the disk has it. False when it is not complete.
+    bool putOnDisk();
     /// Finishes the file and gives it its final name in the directory, replacing an older report.
     /// False when it is not complete, or another file stands under the name in the end.
     bool commit(const std::string& finalName);

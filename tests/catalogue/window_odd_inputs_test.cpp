@@ -38,6 +38,9 @@ class cWindowOddInputsTest : public QObject {
     void tablesThatAreNoFileAreRefused_data();
     void tablesThatAreNoFileAreRefused();
     void whatIsNoFileIsNotReplaced();
+    void linksOfOthersAreReplaced();
+    void replacedFilesKeepTheirPermissions();
+    void pathWithALineFeedMakesNoOtherLines();
     void namesOfAnyBytesAreShownAndAnalysed();
     void namesOfAMegabyteAreReported();
 
@@ -294,6 +297,39 @@ void cWindowOddInputsTest::whatIsNoFileIsNotReplaced() {
     }
 }
 
+void cWindowOddInputsTest::linksOfOthersAreReplaced() {
+    place->file("private", "old");
+    fs::create_symlink("private", "link");
+    constexpr uid_t nobody = 65534;
+    if (::lchown("link", nobody, nobody) != 0) {
+        QSKIP("only the superuser can make a link of somebody else's");
+    }
+    QVERIFY(replaceFile("link", "new") == eReplacement::done);
+    QVERIFY(fs::is_regular_file(fs::symlink_status("link")));
+    QCOMPARE(bytesOf("link"), QByteArray("new"));
+    QCOMPARE(bytesOf("private"), QByteArray("old"));
+}
+
+void cWindowOddInputsTest::replacedFilesKeepTheirPermissions() {
+    place->file("private", "old");
+    const fs::perms ownOnly = fs::perms::owner_read | fs::perms::owner_write;
+    fs::permissions("private", ownOnly);
+    QVERIFY(replaceFile("private", "new") == eReplacement::done);
+    QCOMPARE(bytesOf("private"), QByteArray("new"));
+    QVERIFY(fs::status("private").permissions() == ownOnly);
+}
+
+void cWindowOddInputsTest::pathWithALineFeedMakesNoOtherLines() {
+    start();
+    place->file("a\nb.pdb", "");
+    addFiles(*window, kevNames, {place->path("a\nb.pdb")});
+    clickAndChoose(*window, kevNames.saveList, place->path("saved.fls"));
+    QCOMPARE(bytesOf("saved.fls"), (place->path("a?b.pdb") + '\n').toUtf8());
+    window.reset();
+    const QByteArray settings = bytesOf("kev_program_settings.set");
+    QVERIFY(settings.endsWith('\n' + (place->path("a?b.pdb") + '\n').toUtf8()));
+}
+
 void cWindowOddInputsTest::namesOfAnyBytesAreShownAndAnalysed() {
     // With a line feed a name cannot stand in a list; it comes from the dialog.
     const std::vector<std::pair<std::string, const char*>> names = {
@@ -307,7 +343,8 @@ void cWindowOddInputsTest::namesOfAnyBytesAreShownAndAnalysed() {
         {"\xEF\xBB\xBFmark.pdb", "\xEF\xBF\xBDmark.pdb"},
         {"<b>bold&amp;.pdb", "<b>bold&amp;.pdb"},
         {"%1 %2 %n.pdb", "%1 %2 %n.pdb"},
-        {"tab\tand bell\x07.pdb", "tab\tand bell\x07.pdb"}};
+        {"tab\tand bell\x07.pdb", "tab\tand bell\x07.pdb"},
+        {"turned\xE2\x80\xAE.pdb", "turned<U+202E>.pdb"}};
     QByteArray list;
     for (const auto& [name, shown] : names) {
         fs::copy_file(dataPath("samples/1ubq.pdb").toStdString(), name);
@@ -326,11 +363,11 @@ void cWindowOddInputsTest::namesOfAnyBytesAreShownAndAnalysed() {
             QCOMPARE(items[static_cast<int>(i)], shown);
             QCOMPARE(lines.filter(" peptide from " + shown).size(), 2);
         }
-        QCOMPARE(summary(*module), QStringLiteral("Finished: 9 of 9 files"));
+        QCOMPARE(summary(*module), QStringLiteral("Finished: 10 of 10 files"));
     }
     const std::size_t reports = static_cast<std::size_t>(
         std::distance(fs::directory_iterator("out"), fs::directory_iterator()));
-    QCOMPARE(reports, 9U * (4 + 6));
+    QCOMPARE(reports, 10U * (4 + 6));
     for (const auto& entry : fs::directory_iterator("out")) {
         QVERIFY(fs::file_size(entry) > 0);
     }
