@@ -1,4 +1,5 @@
 // Contact search on a capsid-like assembly, against reading the assembly and computing its surface.
+#include "contacts/contact_resolution.h"
 #include "contacts/residue_contact.h"
 #include "model/pdb_peptide.h"
 #include "tests/support/pdb_lines.h"
@@ -120,6 +121,30 @@ void readAssembly(benchmark::State& state) {
     }
 }
 
+/// Every residue is a chain of its own and touches every other: time follows the records.
+void crowdedContacts(benchmark::State& state) {
+    const auto residues = static_cast<int>(state.range(0));
+    std::string text;
+    for (int i = 0; i < residues; ++i) {
+        const char chain = i % 2 == 0 ? 'A' : 'B';
+        const std::string number = std::to_string(i + 1);
+        text += atomLine("N", "GLY", chain, number, 0.001 * i, 0, 0);
+        text += atomLine("CA", "GLY", chain, number, 0.001 * i, 1, 0);
+    }
+    cPdbPeptide crowd = structureOf(text, shippedTables().radii);
+    std::size_t records = 0;
+    for (auto _ : state) {
+        const sContactList found =
+            findContacts(crowd, eInteractionCriterion::maximumDistance, 12.0, 0.0, nullptr);
+        records = found.contacts.size();
+        benchmark::DoNotOptimize(found.contacts.data());
+    }
+    state.counters["records"] = static_cast<double>(records);
+    state.counters["nsPerRecord"] = benchmark::Counter(
+        1e-9 * static_cast<double>(records),
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
 void maximumDistanceContacts(benchmark::State& state) {
     measure(state, [](cPdbPeptide& assembly) { assembly.resolveThresholdContacts(4.5); });
 }
@@ -156,6 +181,12 @@ void standardSize(benchmark::internal::Benchmark* surfaceBenchmark) {
     surfaceBenchmark->Unit(benchmark::kMillisecond)->UseRealTime();
 }
 
+BENCHMARK(crowdedContacts)
+    ->ArgName("residues")
+    ->RangeMultiplier(2)
+    ->Range(250, 2000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(readAssembly)->Apply(severalSizes);
 BENCHMARK(maximumDistanceContacts)->Apply(severalSizes);
 BENCHMARK(prismContacts)->Apply(severalSizes);

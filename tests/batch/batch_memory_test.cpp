@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <thread>
 
 namespace kelmo {
@@ -70,6 +71,49 @@ class BatchMemory : public cBatchFixture {
         }
     }
 
+    /// The peak memory of an analysis of contacts between so many residues, each a chain of its
+    /// own, along a line; fills in how many contacts there are.
+    std::size_t memoryOfContacts(int residues, double spacing, bool isXml,
+                                 std::size_t& contacts) const {
+        std::string text;
+        for (int i = 0; i < residues; ++i) {
+            const char chain = i % 2 == 0 ? 'A' : 'B';
+            const std::string number = std::to_string(i + 1);
+            const double x = i % 100 * spacing;
+            const double y = i / 100 * spacing;
+            text += atomLine("N", "GLY", chain, number, x, y, 0);
+            text += atomLine("CA", "GLY", chain, number, x, y, 1);
+        }
+        directory.write("contacts.pdb", text);
+        const sProcessOutcome outcome =
+            run("vor", {"--quiet", "--jobs=2", "--set=threshold=10",
+                        "--set=write_xml=" + std::to_string(isXml ? 1 : 0),
+                        "--set=write_table=" + std::to_string(isXml ? 0 : 1), "contacts.pdb"});
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
+        const std::string report =
+            contentOf(directory.path() / "out" /
+                      (std::string("contacts_200703141530_contacts.") + (isXml ? "xml" : "tbl")));
+        contacts = 0;
+        const std::string sign = isXml ? "<contact>" : "MaximumDistance";
+        for (auto at = report.find(sign); at != std::string::npos; at = report.find(sign, at + 1)) {
+            ++contacts;
+        }
+        return outcome.peakMemory;
+    }
+
+    /// With everything that goes along with a contact, and reports far larger than that.
+    void expectNoMoreThan64BytesAContact(int residues, bool isXml) const {
+        constexpr std::size_t most = 64;
+        std::size_t none = 0;
+        std::size_t contacts = 0;
+        const std::size_t without = memoryOfContacts(residues, 20.0, isXml, none);
+        const std::size_t with = memoryOfContacts(residues, 0.01, isXml, contacts);
+        EXPECT_EQ(none, 0U);
+        EXPECT_EQ(contacts,
+                  static_cast<std::size_t>(residues) * static_cast<std::size_t>(residues - 1));
+        EXPECT_LT(with, without + most * contacts) << contacts << " contacts";
+    }
+
     /// Room beside what a small run uses: plenty for one, too little for the huge one.
     static constexpr std::size_t spareMemory = std::size_t{48} << 20;
 
@@ -99,6 +143,14 @@ TEST_F(BatchMemory, DescriptorsDoNotFollowTheNumberOfFiles) {
     constexpr std::size_t most = 16;
     EXPECT_LE(useOf(50, "2").mostDescriptors, most);
     EXPECT_LE(useOf(2000, "2").mostDescriptors, most);
+}
+
+TEST_F(BatchMemory, ContactTakesAtMost64Bytes) {
+    expectNoMoreThan64BytesAContact(1400, false);
+}
+
+TEST_F(BatchMemory, ReportsOfContactsAreNotHeldInMemory) {
+    expectNoMoreThan64BytesAContact(500, true); // of which XML takes seven times as much
 }
 
 TEST_F(BatchMemory, MoreJobsThanHandlesAreNoFault) {
