@@ -130,8 +130,4 @@ int usualThreads() {
     return tbb::info::default_concurrency();
 }
 
-void keepTogether(const std::function<void()>& work) {
-    tbb::this_task_arena::isolate([&] { work(); });
-}
-
 } // namespace kelmo

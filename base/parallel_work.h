@@ -9,7 +9,8 @@ namespace kelmo {
 
 /// Calls `work(begin, end)` for ranges that together are all of 0 <= i < count, on this thread and
 /// on those that are free, and returns when all is done. A range is split no further than to
-/// `rangeSize`. While this thread waits it starts on nothing else. An exception of a range ends the
+/// `rangeSize`. While this thread waits it starts on nothing else: in
+/// a batch, that would hold one more structure in memory. An exception of a range ends the
 /// others early and comes out here; otherwise all of the work is done, also while work around this
 /// one is given up.
 void shareOut(std::size_t count, std::size_t rangeSize,
@@ -29,10 +30,6 @@ void limitThreads(int threads);
 
 /// How many threads the scheduler takes by default: as many as the process may use cores.
 int usualThreads();
-
-/// Calls `work` on this thread. While it waits inside for others, it starts on nothing that was
-/// begun outside.
-void keepTogether(const std::function<void()>& work);
 
 /// Takes items one after the other until take() returns false, works on several of them at the same
 /// time, at most `underWay`, and hands them on one at a time in the order of taking, each on any

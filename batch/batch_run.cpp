@@ -89,10 +89,7 @@ class cBatchRun::cPump {
             ++run.result.takenOver;
             return;
         }
-        // While it waits for helpers, a pump must not begin another file: that would hold one more
-        // structure in memory, and this file would have to wait for all of the other's.
-        eFileOutcome outcome = eFileOutcome::stopped;
-        keepTogether([&] { outcome = worker->analyseFile(path, run.manner.timeStamp); });
+        const eFileOutcome outcome = worker->analyseFile(path, run.manner.timeStamp);
         relay.pass();
         if (outcome != eFileOutcome::stopped) {
             run.reporter.countFile();

@@ -117,14 +117,15 @@ TEST(ParallelWork, WaitingThreadBeginsNothingFromOutside) {
         int seen = deepest;
         while (here > seen && !deepest.compare_exchange_weak(seen, here)) {
         }
-        keepTogether([] {
-            std::atomic<int> sum = 0;
-            shareOut(200, 1, [&](std::size_t begin, std::size_t end) {
-                sum += static_cast<int>(end - begin);
-                std::this_thread::yield();
-            });
-            EXPECT_EQ(sum, 200);
+        std::atomic<int> sum = 0;
+        shareOut(200, 1, [&](std::size_t begin, std::size_t end) {
+            sum += static_cast<int>(end - begin);
+            std::this_thread::yield();
         });
+        EXPECT_EQ(sum, 200);
+        workInOrder<int>(
+            4, [&](int& item) { return (item = --sum) > 0; },
+            [](int&) { std::this_thread::yield(); }, [](int&) {});
         --depth;
     });
     EXPECT_EQ(deepest, 1);
