@@ -9,9 +9,9 @@ namespace kelmo {
 /// Bytes of any encoding as UTF-8, for a log that is no terminal. What is no UTF-8 becomes the
 /// replacement character U+FFFD, byte by byte; a byte order mark, which takes no room so that two
 /// names would look the same, too. Other characters that one cannot see but that change how the
-/// rest is shown (those of directions above all) appear as their numbers, "<U+202E>", and "?" stands
-/// for line ends and for the control characters beyond ASCII, so that a name can neither break a
-/// message in two nor pass for another one.
+/// rest is shown (those of directions above all) appear as their numbers, "<U+202E>", and "?"
+/// stands for line ends and for the control characters beyond ASCII, so that a name can neither
+/// break a message in two nor pass for another one.
 std::string displayedText(std::string_view bytes);
 
 /// Besides, "?" for every control character: a name cannot send commands to a terminal either.

@@ -5,8 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <sstream>
+#include <streambuf>
 #include <string>
+#include <utility>
 
 namespace kelmo {
 
@@ -181,6 +184,34 @@ TEST(ParameterTableMessages, PathsThatCannotBeOpened) {
     EXPECT_EQ(adviceOn("hydro_file"),
               "Not a valid hydrophobicity file path!\n"
               "Please make sure that the path of the specified hydrophobicity file is correct!\n");
+}
+
+TEST(ParameterTableMessages, TableThatTheMemoryDoesNotSufficeForIsNotTakenForAShorterOne) {
+    /// Gives some bytes of a text; then the memory is at an end.
+    class cLastMemory : public std::streambuf {
+      public:
+        cLastMemory(std::string given, std::size_t length) : text(std::move(given)) {
+            setg(text.data(), text.data(), text.data() + length);
+        }
+
+      private:
+        int_type underflow() override { throw std::bad_alloc(); }
+        std::string text;
+    };
+    const auto expectRefused = [](const std::string& text, auto read, auto table) {
+        for (std::size_t length = 0; length <= text.size(); ++length) {
+            cLastMemory memory(text, length);
+            std::istream in(&memory);
+            const std::string message = read(in, table);
+            EXPECT_TRUE(message.ends_with(" file could not be read to its end!")) << message;
+            EXPECT_TRUE(table.empty());
+        }
+    };
+    expectRefused("ALA_CA  1.87\nALA_N   1.65\n", readRadiiTable, std::map<std::string, double>());
+    expectRefused(completeTable("1 2 3 4 5"), readStandardAsaTable, std::map<std::string, sAsa>());
+    expectRefused(completeTable("1.5"), readHydrophobicityTable, std::map<std::string, double>());
+    expectRefused("header\nALA   1  CA  GLY   2  C     4.5     1\n", readContactRules,
+                  contactMap());
 }
 
 } // namespace kelmo

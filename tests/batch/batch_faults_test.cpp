@@ -212,6 +212,20 @@ TEST_F(BatchFaults, FileThatLetsItsReaderWaitFails) {
     }
 }
 
+TEST_F(BatchFaults, InterruptedCallsAreMadeAgain) {
+    const auto whole = wholeReports("vor", {ubiquitin});
+    const std::string messages = run("vor", {"--jobs=1", ubiquitin}).err;
+    for (const char* call : {"write", "tell", "read"}) {
+        for (const int number : {1, 2, 3}) {
+            const sProcessOutcome outcome =
+                run("vor", {"--jobs=1", ubiquitin}, mannerWith({call, number, EINTR, false, 0}));
+            EXPECT_EQ(outcome.exitStatus, 0) << call << number;
+            EXPECT_EQ(outcome.err, messages) << call << number;
+            EXPECT_TRUE(reports() == whole) << call << number;
+        }
+    }
+}
+
 TEST_F(BatchFaults, FileThatCannotBeReadToItsEndFails) {
     directory.linkSample("2hhb", "broken.pdb");
     for (const int read : {1, 3}) {

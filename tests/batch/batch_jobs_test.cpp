@@ -114,6 +114,30 @@ TEST_F(BatchJobs, OfFilesWithTheSameBaseNameTheLastOneRemains) {
     }
 }
 
+TEST_F(BatchJobs, NoResultIsLostHoweverManyComeAtTheSameTime) {
+    constexpr int fileCount = 20'000;
+    std::string list;
+    for (int i = 0; i < fileCount; ++i) {
+        list += "m" + std::to_string(i) + '\n';
+    }
+    directory.write("missing.fls", list);
+    for (int round = 0; round < 3; ++round) {
+        const sProcessOutcome outcome = run("kev", {"--quiet", "--jobs=8", "--list=missing.fls"});
+        EXPECT_EQ(outcome.exitStatus, 1);
+        EXPECT_TRUE(outcome.err.ends_with("0 of 20000 files analysed, 20000 failed, "
+                                          "0 reports missing\n"))
+            << outcome.err.substr(outcome.err.size() -
+                                  std::min<std::size_t>(200, outcome.err.size()));
+        // Every one once, in the order of the files.
+        std::size_t at = outcome.err.find("Failed: ");
+        for (int i = 0; i < fileCount && at != std::string::npos; ++i) {
+            const std::string line = "Failed: m" + std::to_string(i) + '\n';
+            ASSERT_EQ(outcome.err.compare(at, line.size(), line), 0) << i;
+            at += line.size();
+        }
+    }
+}
+
 TEST_F(BatchJobs, MoreJobsThanCoresAreNoReasonForAMessage) {
     auto names = linkFiles(3);
     names.insert(names.begin(), {"--jobs=64", "--quiet"});

@@ -3,6 +3,7 @@
 #include "base/shown_text.h"
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
+#include "batch/open_files.h"
 #include "batch/progress_line.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
@@ -12,6 +13,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace kelmo {
 
@@ -129,6 +134,18 @@ TEST(SameBaseName, GroupsHoldTheirFilesInOrder) {
     EXPECT_EQ(sameNames.groupOf(3), nullptr);
 }
 
+TEST(SameBaseName, OrderOfManyIsThatOfTheFiles) {
+    cInputPaths paths;
+    std::vector<std::size_t> expected;
+    for (std::size_t file = 0; file < 400; ++file) {
+        paths.append(std::to_string(file) + (file % 3 == 0 ? "/y.pdb" : "/x.pdb"));
+        if (file % 3 != 0) {
+            expected.push_back(file);
+        }
+    }
+    EXPECT_EQ(*cSameBaseNames(paths).groupOf(1), expected);
+}
+
 TEST(SameBaseName, IsTheNameThatTheReportsGet) {
     for (const std::string_view path :
          {"1abc.pdb", "a/1abc.model1.pdb", "/a.b/c", "a/", "..", "a/..", ".hidden", "a/.hidden.pdb",
@@ -182,6 +199,22 @@ TEST(Summary, OfAStoppedRunSaysSo) {
     EXPECT_EQ(summaryMessages({"a", "b", "c"}, result, false).back().text,
               "Stopped: 1 of 3 files analysed, 1 failed, 0 reports missing");
     EXPECT_EQ(static_cast<int>(exitStatus(result)), 130);
+}
+
+TEST(OpenFiles, StructureAtOnceMayHaveEightHandles) {
+    // Its file, the directory of its reports, a document, which is open twice for a moment, and
+    // three tables that wait for it.
+    for (const rlim_t structures : {1U, 5U, 40U}) {
+        const pid_t process = ::fork();
+        if (process == 0) {
+            const rlimit limit{24 + 8 * structures + 7, 24 + 8 * structures + 7};
+            ::setrlimit(RLIMIT_NOFILE, &limit);
+            ::_exit(structuresAtOnce() == structures ? 0 : 1);
+        }
+        int status = -1;
+        ASSERT_EQ(::waitpid(process, &status, 0), process);
+        EXPECT_EQ(status, 0) << structures;
+    }
 }
 
 TEST(StopSignal, FirstSignalRaisesTheFlagAndTheHandlerGoesWithTheObject) {

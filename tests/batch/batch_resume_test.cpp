@@ -1,9 +1,14 @@
 // Resuming an interrupted run: what is whole is taken over, everything else is computed, and the
 // outcome is that of a run that was never interrupted.
+#include "batch/resume.h"
 #include "tests/batch/batch_fixture.h"
 
+#include <array>
 #include <chrono>
 #include <csignal>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace kelmo {
 
@@ -137,6 +142,20 @@ TEST_F(BatchResume, FileThatIsNewerThanAReportIsComputedAnew) {
                                       "Reports of 1a0q.pdb taken over\n"))
         << outcome.err;
     EXPECT_TRUE(contains(reports().at("own_200703141530_bound.tbl"), "pdb_id: 1A0Q"));
+}
+
+TEST_F(BatchResume, TimesAreComparedToTheNanosecond) {
+    const std::string input = directory.write("own.pdb", "x").string();
+    const std::string report = directory.write("own.tbl", "x").string();
+    const auto setTime = [](const std::string& path, long nanoseconds) {
+        const std::array<timespec, 2> times{{{1, nanoseconds}, {1, nanoseconds}}};
+        EXPECT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), 0), 0);
+    };
+    setTime(input, 500);
+    for (const auto& [time, isUpToDate] : {std::pair(499L, false), {500L, true}, {501L, true}}) {
+        setTime(report, time);
+        EXPECT_EQ(areUpToDate({QString::fromStdString(report)}, input), isUpToDate) << time;
+    }
 }
 
 TEST_F(BatchResume, FilesThatFailedAreTriedAgain) {

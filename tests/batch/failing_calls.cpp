@@ -1,8 +1,8 @@
 // A library to be preloaded: one call of the system fails, as on a full or broken disk. KELMO_FAIL
 // is "call:number:errno": the call of that number fails, counted from 1 among the calls on files of
 // one kind; with a "+" behind it all later ones fail too. Calls that write count on reports in the
-// making (.kelmo-*), "read" on PDB files. With "wait" a PDB file has nothing to say at that read,
-// as some files under /proc: who has not asked otherwise waits for ever.
+// making (.kelmo-*), "read" on PDB files, "tell" on messages. With "wait" a PDB file has nothing to
+// say at that read, as some files under /proc: who has not asked otherwise waits for ever.
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
@@ -145,6 +145,9 @@ ssize_t read(int descriptor, void* buffer, size_t size) {
 
 ssize_t write(int descriptor, const void* buffer, size_t size) {
     if (sOpenFile(descriptor).isReport() && mustFail("write")) {
+        return -1;
+    }
+    if (descriptor == STDERR_FILENO && mustFail("tell")) {
         return -1;
     }
     return next<ssize_t(int, const void*, size_t)>("write")(descriptor, buffer, size);

@@ -10,15 +10,34 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <functional>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace {
+
+/// What happens between the creation of a file and its lock.
+std::function<void()> beforeNextLock;
+
+} // namespace
+
+/// In the place of the C library's function for this whole program.
+extern "C" int flock(int descriptor, int operation) {
+    if (const auto happen = std::exchange(beforeNextLock, nullptr)) {
+        happen();
+    }
+    return static_cast<int>(::syscall(SYS_flock, descriptor, operation));
+}
 
 namespace kelmo {
 
@@ -108,6 +127,22 @@ TEST(ReportFile, AppearsUnderItsNameOnCommit) {
     EXPECT_EQ(contentOf(scratch.file(report.file.temporaryName())), "whole");
     EXPECT_TRUE(report.file.commit("1abc.xml"));
     EXPECT_EQ(filesIn(scratch.path()), (std::map<std::string, std::string>{{"1abc.xml", "whole"}}));
+}
+
+TEST(ReportFile, SweptUpBeforeItsLockIsCreatedAnew) {
+    const cScratchDirectory scratch;
+    int sweeps = 0;
+    beforeNextLock = [&] {
+        sweep(scratch);
+        ++sweeps;
+        EXPECT_TRUE(namesIn(scratch.path()).empty()) << "another start has taken it for abandoned";
+    };
+    sReport report(scratch);
+    EXPECT_EQ(sweeps, 1);
+    report.write("whole");
+    EXPECT_TRUE(report.file.commit("a.tbl"));
+    EXPECT_EQ(contentOf(scratch.file("a.tbl")), "whole");
+    EXPECT_EQ(namesIn(scratch.path()).size(), 1U);
 }
 
 TEST(ReportFile, StaysAfterTheObjectWhenCommitted) {
