@@ -17,7 +17,7 @@ class cTextSink {
 
     /// What has been written is as readers of the format rely on, but no parser of it takes that.
     void markUnparsable() { isParsable = false; }
-    bool canBeParsed() const { return isParsable; }
+    bool canBeParsed() const { return isParsable; } ///< unless that was marked
 
   protected:
     cTextSink() = default;
