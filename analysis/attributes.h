@@ -3,13 +3,14 @@
 
 #include "analysis/parameter_tables.h"
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "model/pdb_peptide.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The state in which a structure is analysed: as the complex that the file holds, or with every
 /// chain taken alone.

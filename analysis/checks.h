@@ -3,12 +3,13 @@
 
 #include "analysis/parameter_tables.h"
 #include "analysis/settings.h"
+#include "base/exported.h"
 
 #include <cstddef>
 #include <optional>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// What keeps a run from starting.
 struct sProblem {

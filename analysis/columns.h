@@ -2,11 +2,12 @@
 #pragma once
 
 #include "analysis/attributes.h"
+#include "base/exported.h"
 
 #include <string>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// A chain and which residues it has.
 struct sChainRow {

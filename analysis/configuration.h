@@ -2,12 +2,13 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "base/text_file.h"
 
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Sets what a file says, and throws cUsageError, which names file and line, at the first thing in
 /// it that cannot be used. The path is bytes of any encoding; `requester` begins the message when

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "model/contact.h"
 #include "model/pdb_peptide.h"
 
@@ -9,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 struct sCriterionInput;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "model/addition.h"
 #include "model/contact.h"
 
@@ -11,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The tables that a run goes by; those that it does not need are empty.
 struct sParameterTables {

@@ -1,6 +1,7 @@
 // The settings of an analysis: one row each, and the values that a user has chosen for them.
 #pragma once
 
+#include "base/exported.h"
 #include "model/contact.h"
 
 #include <map>
@@ -10,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The structure analyser (KEV) and the interaction analyser (VOR).
 enum class eModule { kev, vor };

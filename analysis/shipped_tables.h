@@ -1,12 +1,14 @@
 // The parameter tables that come with the program, and where they are looked for.
 #pragma once
 
+#include "base/exported.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The directories that are searched, first to last: the source tree's when the program is run
 /// where it was built, share/kelmo beside the directory of the program, the directory of the

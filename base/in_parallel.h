@@ -1,12 +1,13 @@
 // Loops over independent items on all free threads.
 #pragma once
 
+#include "base/exported.h"
 #include "base/parallel_work.h"
 #include "base/stop_request.h"
 
 #include <cstddef>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// How many residues are worth a task of their own when each costs little.
 constexpr std::size_t residuesPerTask = 128;

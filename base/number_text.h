@@ -1,11 +1,13 @@
 // Numbers as text: what a stream or printf("%.*g") writes in the C locale, only faster.
 #pragma once
 
+#include "base/exported.h"
+
 #include <array>
 #include <cstddef>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The text of a number with a fixed count of significant digits (1 to 9), in the shorter of fixed
 /// and exponent notation without trailing zeros. Infinity and not-a-number read "inf" and "nan"

@@ -1,11 +1,13 @@
 // Work shared among threads: the one place where the project meets the library that schedules it.
 #pragma once
 
+#include "base/exported.h"
+
 #include <cstddef>
 #include <functional>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Calls `work(begin, end)` for ranges that together are all of 0 <= i < count, on this thread and
 /// on those that are free, and returns when all is done. A range is split no further than to

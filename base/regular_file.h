@@ -1,10 +1,12 @@
 // Opening files of which reading comes to an end.
 #pragma once
 
+#include "base/exported.h"
+
 #include <fstream>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Opens a regular file for reading; anything else (a directory, a pipe, a device) is refused,
 /// because reading it might never end. What claims to be a regular file, as much under /proc does,

@@ -1,10 +1,12 @@
 // Names that come from outside, made fit to be shown to people.
 #pragma once
 
+#include "base/exported.h"
+
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Bytes of any encoding as UTF-8, for a log that is no terminal. What is no UTF-8 becomes the
 /// replacement character U+FFFD, byte by byte; a byte order mark, which takes no room so that two

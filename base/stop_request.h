@@ -1,10 +1,12 @@
 // A wish to stop that long calculations heed while they run.
 #pragma once
 
+#include "base/exported.h"
+
 #include <functional>
 #include <utility>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Thrown out of a calculation that was told to stop. What it was to compute is then incomplete.
 struct sStopped {};

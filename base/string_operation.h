@@ -1,12 +1,14 @@
 // String helpers of the readers: trimming, splitting, comparing and locale-free numbers.
 #pragma once
 
+#include "base/exported.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The text without leading and trailing blanks and tabs.
 std::string trimString(std::string text);

@@ -1,11 +1,13 @@
 // The lines of a small text file.
 #pragma once
 
+#include "base/exported.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Whether a text may come through a pipe or from a terminal, for which its reader waits.
 enum class eTextSource { regularFile, anyText };

@@ -1,11 +1,13 @@
 // Lines of a text that may turn out to be none, and how much of one is read.
 #pragma once
 
+#include "base/exported.h"
+
 #include <cstddef>
 #include <istream>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Far beyond any line of a table or list; more is a device or a file of zeros.
 inline constexpr std::size_t longestTextLine = std::size_t{16} << 20;

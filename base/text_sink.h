@@ -1,11 +1,13 @@
 // Where the text of a report goes, piece by piece.
 #pragma once
 
+#include "base/exported.h"
+
 #include <ostream>
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Takes text in order, from one thread at a time. Does not throw for what cannot be written: who
 /// owns the place finds out at the end.

@@ -1,11 +1,13 @@
 // Tells ThreadSanitizer of the order that libraries keep among threads, which it cannot see itself.
 #pragma once
 
+#include "base/exported.h"
+
 #if defined(__SANITIZE_THREAD__) || defined(KELMO_TELLS_THREAD_SANITIZER)
 #include <sanitizer/tsan_interface.h>
 #endif
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 // The libraries that hand work from thread to thread are not compiled for the sanitizer: it sees
 // what is handed over, but not that it was handed over. What is said here must be true of every

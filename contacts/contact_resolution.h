@@ -1,13 +1,14 @@
 // Which residues of different chains of a structure touch, by each of the criteria.
 #pragma once
 
+#include "base/exported.h"
 #include "model/asa_form.h"
 #include "model/contact.h"
 
 #include <cstdint>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 class cPdbPeptide;
 

@@ -1,6 +1,7 @@
 // The order of contacts, the table of rules that type them, and the test of two residues by it.
 #pragma once
 
+#include "base/exported.h"
 #include "model/contact.h"
 
 #include <iosfwd>
@@ -8,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 class cChainResidue;
 

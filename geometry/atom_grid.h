@@ -1,6 +1,7 @@
 // A uniform cubic grid over a set of atoms for neighbour queries in time proportional to density.
 #pragma once
 
+#include "base/exported.h"
 #include "model/residue_atom.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Widest vector that any instruction set has, in doubles.
 constexpr std::size_t widestVector = 8;

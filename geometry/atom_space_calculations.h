@@ -1,9 +1,10 @@
 // The atom-level calculations: accessible surface area, depth index and protrusion index.
 #pragma once
 
+#include "base/exported.h"
 #include "model/residue_atom.h"
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Sets `asa` (Å²) of every atom: Lee & Richards, J Mol Biol 55:379 (1971), slices of `zSlice` Å,
 /// spheres enlarged by `probeRadius` Å. The corners are those of the atoms' bounding box. The

@@ -1,9 +1,11 @@
 // Circles in a slice plane and the arcs that they cover of each other.
 #pragma once
 
+#include "base/exported.h"
+
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// An interval of angles on a circle, radians in [0, 2π].
 class cCircleSegment {

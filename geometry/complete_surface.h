@@ -1,10 +1,11 @@
 // Accessible areas in their complete form: equal slabs over every whole sphere, nothing cut.
 #pragma once
 
+#include "base/exported.h"
 #include "geometry/atom_grid.h"
 #include "geometry/complete_loops.h"
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Computes areas for the atoms of one grid; may be used by several threads, each with its scratch.
 ///

@@ -1,9 +1,11 @@
 // To how many decimals the surface calculation cuts its intermediate results.
 #pragma once
 
+#include "base/exported.h"
+
 #include <cstdint>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Radii of circles are cut to thousandths of an ångström, the last digit of a PDB coordinate.
 constexpr double circleRadiusPartsPerAngstrom = 1000.0;

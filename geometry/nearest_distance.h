@@ -1,7 +1,9 @@
 // How near the atoms of a structure stand to each other.
 #pragma once
 
-namespace kelmo {
+#include "base/exported.h"
+
+namespace KELMO_API kelmo {
 
 class cPdbPeptide;
 

@@ -1,11 +1,13 @@
 // What of a file takes no part in its analysis, or counts more than once.
 #pragma once
 
+#include "base/exported.h"
+
 #include <cstddef>
 #include <map>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Numbers of residues by their names.
 using tResidueCounts = std::map<std::string, std::size_t>;

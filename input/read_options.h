@@ -1,6 +1,7 @@
 // The options of reading as words: what settings, command lines and the headers of reports say.
 #pragma once
 
+#include "base/exported.h"
 #include "input/structure_reader.h"
 
 #include <functional>
@@ -8,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// One option that has a few values.
 struct sReadChoice {

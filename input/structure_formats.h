@@ -1,6 +1,7 @@
 // The formats that structures are read from, one row a format.
 #pragma once
 
+#include "base/exported.h"
 #include "input/structure_reader.h"
 
 #include <functional>
@@ -10,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// One format: how files of it are recognised, and how they are read.
 struct sStructureFormat {

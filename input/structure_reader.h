@@ -1,6 +1,7 @@
 // How a structure comes in: one function that reads a file of any known format.
 #pragma once
 
+#include "base/exported.h"
 #include "input/file_summary.h"
 #include "model/pdb_peptide.h"
 
@@ -10,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Which positions of an atom that a file gives several of are taken.
 enum class eAlternateLocations { all, highestOccupancy };

@@ -2,12 +2,14 @@
 // hydrophobicity).
 #pragma once
 
+#include "base/exported.h"
+
 #include <iosfwd>
 #include <map>
 #include <set>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Standard surface areas of one residue type: what relative areas are percentages of.
 struct sAsa {

@@ -1,7 +1,9 @@
 // The two forms in which accessible surface areas are computed.
 #pragma once
 
-namespace kelmo {
+#include "base/exported.h"
+
+namespace KELMO_API kelmo {
 
 /// Which planes count, and for how much.
 enum class eAsaForm {

@@ -1,10 +1,11 @@
 // The search for a pair of atoms, one of each of two residues.
 #pragma once
 
+#include "base/exported.h"
 #include "base/stop_request.h"
 #include "model/chain_residue.h"
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Whether some atom of one residue and some atom of the other pass the test. Heeds the stop
 /// request of this thread: a file may make one residue of all its atoms, and then this takes long.

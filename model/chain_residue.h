@@ -1,12 +1,13 @@
 // One residue: a window into the structure's atom list with the residue's own results.
 #pragma once
 
+#include "base/exported.h"
 #include "model/residue_atom.h"
 
 #include <map>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 struct sAsa;
 

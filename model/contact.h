@@ -1,13 +1,15 @@
 // The records of contacts between residues of two chains, and of the rules that type them.
 #pragma once
 
+#include "base/exported.h"
+
 #include <cstdint>
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// How contacts are looked for; 0 is not set.
 enum class eInteractionCriterion : std::int32_t {

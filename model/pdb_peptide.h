@@ -1,6 +1,7 @@
 // One structure as read from a PDB file: the owner of its atoms, residues, chains and contacts.
 #pragma once
 
+#include "base/exported.h"
 #include "model/contact.h"
 #include "model/protein_chain.h"
 
@@ -10,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// One structure. Owns all lists; residues, chains and atoms only point into them, and those
 /// pointers stay valid for structures of any size. Copies are deep.

@@ -1,6 +1,7 @@
 // One chain: a window into the structure's residue and atom lists with the chain's own results.
 #pragma once
 
+#include "base/exported.h"
 #include "model/asa_form.h"
 #include "model/chain_residue.h"
 
@@ -8,7 +9,7 @@
 #include <map>
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// One chain. Copies share the residues and atoms, which stay the property of the structure.
 class cProteinChain {

@@ -1,9 +1,11 @@
 // One atom of a structure, and the bounding box of a run of atoms.
 #pragma once
 
+#include "base/exported.h"
+
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 class cChainResidue;
 

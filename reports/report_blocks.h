@@ -1,6 +1,7 @@
 // Putting a report together block by block, several blocks side by side.
 #pragma once
 
+#include "base/exported.h"
 #include "base/text_sink.h"
 #include "model/pdb_peptide.h"
 
@@ -9,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Has `append(text, i)` append the text of every item 0 <= i < `count` to a block of text and
 /// hands the blocks on in order, one at a time. `append` runs on several threads at once, `handOn`

@@ -4,6 +4,7 @@
 #include "analysis/columns.h"
 #include "analysis/criteria.h"
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "base/text_sink.h"
 
 #include <array>
@@ -14,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// What a report of the structure module is written from.
 struct sAttributeReport {

@@ -1,9 +1,11 @@
 // The namespace declarations that the root element of every XML report carries.
 #pragma once
 
+#include "base/exported.h"
+
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// As attributes of an element, with a blank before each.
 inline constexpr std::string_view reportNamespaces =

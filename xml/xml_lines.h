@@ -1,10 +1,12 @@
 // XML elements as lines of text, one per line and indented, for putting reports together in memory.
 #pragma once
 
+#include "base/exported.h"
+
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// @name Lines of elements
 /// Nothing is escaped. A negative indentation is none.

@@ -1,10 +1,12 @@
 // Text values for XML reports in plain ASCII.
 #pragma once
 
+#include "base/exported.h"
+
 #include <string>
 #include <string_view>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The text with markup escaped and everything outside ASCII as character references: code points
 /// when the text is valid UTF-8, byte values otherwise. What XML 1.0 does not allow at all (control

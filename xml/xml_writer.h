@@ -1,11 +1,13 @@
 // An output file that writes indented XML elements, one per line.
 #pragma once
 
+#include "base/exported.h"
+
 #include <fstream>
 #include <string_view>
 #include <type_traits>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Keeps no stack of open elements and escapes nothing: the order of the tags and well-formed text
 /// are the caller's. Everything written with `<<` goes to the same file. Lines end in one line feed
