@@ -203,7 +203,6 @@ void addFiles(const QObject& window, const sModuleNames& names, const QStringLis
 }
 
 bool waitForEnd(const QObject& window, const sModuleNames& names) {
-    constexpr int limit = 60'000; // ms
     auto* run = widget<QPushButton>(window, names.run);
     auto* display = widget<QTextBrowser>(window, names.display);
     return QTest::qWaitFor(
@@ -212,16 +211,15 @@ bool waitForEnd(const QObject& window, const sModuleNames& names) {
             return run->isEnabled() && (text.endsWith(QLatin1String("Analysis finished")) ||
                                         text.endsWith(QLatin1String("Analysis stopped by user")));
         },
-        limit);
+        patience);
 }
 
 bool waitForStart(const QObject& window, const sModuleNames& names) {
-    constexpr int limit = 20'000; // ms
     const auto* stop = widget<QPushButton>(window, names.stop);
     QElapsedTimer clock;
     clock.start();
     // Without a pause: the run may be short.
-    while (!stop->isEnabled() && clock.elapsed() < limit) {
+    while (!stop->isEnabled() && clock.elapsed() < patience) {
         QApplication::processEvents();
     }
     return stop->isEnabled();

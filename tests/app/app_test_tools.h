@@ -133,9 +133,12 @@ sSeenDialog clickAndChoose(const QObject& window, const char* button, const QStr
 /// Fills a module's list through its dialog for adding files.
 void addFiles(const QObject& window, const sModuleNames& names, const QStringList& paths);
 
+/// How long tests wait for what must come, ms: a hang is a failure, a slow machine is none.
+constexpr int patience = 300'000;
+
 /// Waits until the window has heard that the module's worker started.
 bool waitForStart(const QObject& window, const sModuleNames& names);
-/// Waits until the module is idle again; false after a minute.
+/// Waits until the module is idle again.
 bool waitForEnd(const QObject& window, const sModuleNames& names);
 
 /// The smallest structure of two chains, and a radius for each of its atoms.

@@ -1,6 +1,7 @@
 // The input lists: dialogs, list files, dropping, removing, and the marks of repeated files.
 
 #include "tests/app/app_test_tools.h"
+#include "tests/support/processor_time.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -337,10 +338,9 @@ void cInputFilesTest::thousandsOfFilesAreRemovedInTime() {
     for (int row = 0; row < count; row += 2) {
         list().item(row)->setSelected(true);
     }
-    QElapsedTimer clock;
-    clock.start();
+    const tProcessorTime begin = processorTime();
     click(*window, kevNames.removeFiles);
-    QVERIFY(clock.elapsed() < 5'000);
+    QVERIFY(processorTime() - begin < std::chrono::seconds(5));
     QCOMPARE(list().count(), count / 2);
     QVERIFY(savedList().startsWith("1.pdb\n3.pdb\n"));
 }

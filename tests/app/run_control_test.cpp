@@ -351,12 +351,12 @@ void cRunControlTest::contactRulesThatBreakTheirColumnsAreReported() {
 
 void cRunControlTest::refusedClickLeavesTheModuleIdle() {
     for (const sModuleNames& names : {kevNames, vorNames}) {
-        const auto* worker = names.list == kevNames.list
-                                 ? static_cast<cAnalysisRun*>(window->findChild<cRunKEV*>())
-                                 : window->findChild<cRunVOR*>();
+        auto* worker = names.list == kevNames.list
+                           ? static_cast<cAnalysisRun*>(window->findChild<cRunKEV*>())
+                           : window->findChild<cRunVOR*>();
         QSignalSpy started(worker, &QThread::started);
         click(*window, names.run);
-        QTest::qWait(50);
+        QVERIFY(worker->awaitEnd());
         QCOMPARE(started.count(), 0);
         QVERIFY(widget<QPushButton>(*window, names.run)->isEnabled());
         QVERIFY(!widget<QPushButton>(*window, names.stop)->isEnabled());

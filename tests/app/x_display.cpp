@@ -1,5 +1,7 @@
 #include "tests/app/x_display.h"
 
+#include "tests/app/app_test_tools.h"
+
 #include <QElapsedTimer>
 #include <QProcessEnvironment>
 #include <QThread>
@@ -10,8 +12,7 @@ namespace kelmo {
 
 namespace {
 
-constexpr int patience = 30'000; // ms
-constexpr int interval = 50;     // ms, between two looks
+constexpr int interval = 50; // ms, between two looks
 
 } // namespace
 
@@ -41,7 +42,7 @@ QString cXDisplay::run(const QStringList& xdotool) {
     environment.insert("DISPLAY", display);
     process.setProcessEnvironment(environment);
     process.start("xdotool", xdotool);
-    process.waitForFinished();
+    process.waitForFinished(patience);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 

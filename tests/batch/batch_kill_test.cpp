@@ -5,7 +5,6 @@
 #include <chrono>
 #include <csignal>
 #include <random>
-#include <thread>
 
 namespace kelmo {
 
@@ -28,13 +27,14 @@ class BatchKill : public cBatchFixture {
         return arguments;
     }
 
-    /// Kills a run soon after it has told of the file.
-    void kill(const std::string& module, int file, std::chrono::microseconds delay) const {
+    /// Kills a run after so much work since it has told of the file.
+    void kill(const std::string& module, int file, tProcessorTime work) const {
         sProcessManner manner;
         manner.directory = directory.path();
         cBatchProcess process(command(module, "out"), manner);
         ASSERT_TRUE(process.waitForMessage("f" + std::to_string(file) + ".pdb analyzed"));
-        std::this_thread::sleep_for(delay);
+        waitForWork(
+            work, [&] { return process.processorTime(); }, [&] { return process.hasEnded(); });
         process.sendSignal(SIGKILL);
         process.finish();
     }
@@ -48,7 +48,7 @@ class BatchKill : public cBatchFixture {
         const auto whole = filesIn(wholeDirectory);
         std::mt19937 random(20070314); // NOLINT: the same moments every time
         std::uniform_int_distribution<int> file(0, fileCount / 2);
-        std::uniform_int_distribution<int> microseconds(0, 20'000);
+        std::uniform_int_distribution<int> microseconds(0, 40'000); // of two cores
         bool wasInterrupted = false;
         for (int i = 0; i < killCount; ++i) {
             kill(module, file(random), std::chrono::microseconds(microseconds(random)));

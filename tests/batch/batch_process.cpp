@@ -160,6 +160,10 @@ std::size_t cBatchProcess::peakAddressSpace() const {
     return 0;
 }
 
+tProcessorTime cBatchProcess::processorTime() const {
+    return processorTimeOf(process);
+}
+
 bool cBatchProcess::hasEnded() {
     siginfo_t end{};
     return ::waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOHANG | WNOWAIT) == 0 &&

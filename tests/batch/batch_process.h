@@ -1,6 +1,8 @@
 // Runs kelmo-batch as a user does: as a process of its own, with or without a terminal.
 #pragma once
 
+#include "tests/support/processor_time.h"
+
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
@@ -48,6 +50,8 @@ class cBatchProcess {
     std::size_t descriptorCount() const;
     /// The most address space it has used so far, bytes; 0 when it has ended.
     std::size_t peakAddressSpace() const;
+    /// What it has used of all processors; 0 when it is gone.
+    tProcessorTime processorTime() const;
     /// Whether it has ended, without waiting. Its outcome can still be taken.
     bool hasEnded();
     sProcessOutcome finish();

@@ -19,6 +19,8 @@
 #include <string>
 #include <vector>
 
+#include <pthread.h>
+
 namespace kelmo {
 
 namespace {
@@ -95,9 +97,8 @@ TEST(AnalysisRun, StopLeavesTheReportsThatAreWhole) {
     writeContent(input.file("a"), twoGlycines());
     const std::string document = output.file("a_" + fixedStamp.toStdString() + ".xml");
     cStoppingRun run(output, [&] {
-        const QDeadlineTimer patience(30'000);
-        while (!std::filesystem::exists(document) && !patience.hasExpired()) {
-            QThread::msleep(1); // another thread writes it, if this one has not
+        while (!std::filesystem::exists(document)) {
+            QThread::yieldCurrentThread(); // another thread writes it, if this one has not
         }
         throw sStopped{};
     });
@@ -156,7 +157,11 @@ TEST(AnalysisRun, IdleRunHasToldOfItsEnd) {
     QObject::connect(
         &run, &QThread::finished, &run,
         [&] {
-            QThread::msleep(50); // to the toolkit, the thread does not run any more by now
+            // To the toolkit, the thread does not run any more by now: who asks may take it for
+            // idle.
+            for (int i = 0; i < 10'000; ++i) {
+                QThread::yieldCurrentThread();
+            }
             isEndTold = true;
         },
         Qt::DirectConnection);
@@ -202,7 +207,7 @@ TEST(AnalysisRun, TerminationWaitsForTheNextSafePoint) {
         taken.push_back(path);
         QThread::currentThread()->terminate();
         // Were a termination taken here, "whole" would be missing.
-        QThread::msleep(20);
+        ::pthread_testcancel();
         taken.push_back("whole");
         return eFileOutcome::analysed;
     });
@@ -214,7 +219,8 @@ TEST(AnalysisRun, TerminationWaitsForTheNextSafePoint) {
 }
 
 TEST(AnalysisRun, TerminationWaitsFromTheVeryBeginning) {
-    // Asked for its files, before the first safe point, this worker is terminated and dawdles.
+    // Asked for its files, before the first safe point, this worker is terminated and comes to
+    // where the system would take it.
     class cDawdlingRun : public cGivenRun {
       public:
         using cGivenRun::cGivenRun;
@@ -223,7 +229,7 @@ TEST(AnalysisRun, TerminationWaitsFromTheVeryBeginning) {
       protected:
         const QStringList& pathsToAnalyse() const override {
             QThread::currentThread()->terminate();
-            QThread::msleep(20);
+            ::pthread_testcancel();
             isThrough = true;
             return cGivenRun::pathsToAnalyse();
         }

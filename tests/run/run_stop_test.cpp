@@ -2,17 +2,16 @@
 #include "tests/run/message_log.h"
 #include "tests/run/run_test_tools.h"
 #include "tests/support/pdb_lines.h"
+#include "tests/support/processor_time.h"
 #include "tests/support/test_files.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <map>
 #include <memory>
 #include <random>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace kelmo {
@@ -22,7 +21,6 @@ using enum eInteractionCriterion;
 namespace {
 
 using tFiles = std::map<std::string, std::string>;
-using tClock = std::chrono::steady_clock;
 
 enum class eStop { interruption, termination, both };
 
@@ -137,10 +135,9 @@ TEST_P(RunStop, LeavesOnlyWholeReportsAndAWorkerThatRunsAgain) {
     cMessageLog log(*run);
     ASSERT_TRUE(runToEnd(*run)); // warms up what is done only once
     clear(output.path());
-    const auto begin = tClock::now();
+    const tProcessorTime begin = processorTimeOfOthers();
     ASSERT_TRUE(runToEnd(*run));
-    const auto duration =
-        std::chrono::duration_cast<std::chrono::microseconds>(tClock::now() - begin).count();
+    const tProcessorTime work = processorTimeOfOthers() - begin;
     const tFiles expected = reportsIn(output.path());
     ASSERT_EQ(expected.size(), fileCount * (GetParam().isKev ? 4U : 6U));
 
@@ -151,8 +148,9 @@ TEST_P(RunStop, LeavesOnlyWholeReportsAndAWorkerThatRunsAgain) {
         clear(output.path());
         log.messages.clear();
         run->start();
-        const auto delay = static_cast<long>(generator() % static_cast<unsigned long>(duration));
-        std::this_thread::sleep_for(std::chrono::microseconds(delay));
+        const tProcessorTime moment(
+            static_cast<long>(generator() % static_cast<unsigned long>(work.count())));
+        waitForWork(moment, processorTimeOfOthers, [&] { return run->isIdle(); });
         ASSERT_TRUE(stopAndWait()) << "the worker hangs";
         checkReports(expected, log);
         reportCounts.insert(namesIn(output.path()).size());
