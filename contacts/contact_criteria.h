@@ -45,8 +45,9 @@ class cPrismTest {
 
     bool isHopeless(const sBounds& a, const sBounds& b) const {
         // Summed like the reach of two atoms, so that it is not below that of any of them.
-        const double probe = threshold * 0.5;
-        return areApart(a.centres, b.centres, a.maxRadius + probe + b.maxRadius + probe);
+        const double enlargement = threshold * 0.5;
+        return areApart(a.centres, b.centres,
+                        a.maxRadius + enlargement + b.maxRadius + enlargement);
     }
 
     bool operator()(const sParticipant& a, const sParticipant& b, std::set<eContactType>&) const {

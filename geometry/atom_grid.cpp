@@ -223,11 +223,11 @@ cCentreGrid::sCellBox cCentreGrid::cellsAround(double x, double y, double z, dou
             high(px, cellsX), high(py, cellsY), high(pz, cellsZ)};
 }
 
-unsigned cAtomGrid::getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe,
+unsigned cAtomGrid::getNeighboursInRangeByRadius(const cResidueAtom& atom, double enlargement,
                                                  double maxRadius, cResidueAtom* out,
                                                  [[maybe_unused]] std::size_t capacity) const {
     unsigned count = 0;
-    forEachInRangeByRadius(atom, probe, maxRadius, [&](const sEntry& entry) {
+    forEachInRangeByRadius(atom, enlargement, maxRadius, [&](const sEntry& entry) {
         assert(count < capacity);
         out[count++] = atomOf(entry);
     });

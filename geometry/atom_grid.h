@@ -90,10 +90,11 @@ class cCentreGrid {
     template <typename Visit>
     void forEachInRangeByCenter(const cResidueAtom& atom, double range, Visit visit) const;
     /// Calls `visit(entry)`, in query order, for every entry whose sphere intersects the atom's
-    /// when both are enlarged by `probe` Å, other than at its very place. The cells searched reach
-    /// `probe` + 2 `maxRadius` + 1 Å from the atom; neighbours in other cells are not found.
+    /// when both are enlarged by `enlargement` Å, other than at its very place. The cells searched
+    /// reach `enlargement` + 2 `maxRadius` + 1 Å from the atom; neighbours in other cells are not
+    /// found.
     template <typename Visit>
-    void forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
+    void forEachInRangeByRadius(const cResidueAtom& atom, double enlargement, double maxRadius,
                                 Visit visit) const;
 
     /// The entry nearest to the atom, other than at its very place; null when there is none.
@@ -165,8 +166,9 @@ class cAtomGrid : public cCentreGrid {
 
     /// Copies what forEachInRangeByRadius() visits to `out`, which must have room for it, and
     /// returns the number of atoms.
-    unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
-                                          cResidueAtom* out, std::size_t capacity = SIZE_MAX) const;
+    unsigned getNeighboursInRangeByRadius(const cResidueAtom& atom, double enlargement,
+                                          double maxRadius, cResidueAtom* out,
+                                          std::size_t capacity = SIZE_MAX) const;
     /// Copies what forEachInRangeByCenter() visits to `out`, which must have room for it, and
     /// returns the number of atoms.
     unsigned getNeighboursInRangeByCenter(const cResidueAtom& atom, double range, cResidueAtom* out,
@@ -241,13 +243,13 @@ void cCentreGrid::forEachInRangeByCenter(const cResidueAtom& atom, double range,
 }
 
 template <typename Visit>
-void cCentreGrid::forEachInRangeByRadius(const cResidueAtom& atom, double probe, double maxRadius,
-                                         Visit visit) const {
-    forEachRun(cellsAround(atom.x, atom.y, atom.z, probe + 2.0 * maxRadius + 1.0),
+void cCentreGrid::forEachInRangeByRadius(const cResidueAtom& atom, double enlargement,
+                                         double maxRadius, Visit visit) const {
+    forEachRun(cellsAround(atom.x, atom.y, atom.z, enlargement + 2.0 * maxRadius + 1.0),
                [&](const sEntry* first, const sEntry* last) {
                    for (; first != last; ++first) {
                        const double distance = centreDistance(atom, *first);
-                       if (atom.radius + probe + first->radius + probe >= distance &&
+                       if (atom.radius + enlargement + first->radius + enlargement >= distance &&
                            distance != 0.0) {
                            visit(*first);
                        }

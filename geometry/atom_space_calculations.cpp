@@ -64,9 +64,9 @@ void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& max
 }
 
 void calculateAtomAsaComplete(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
-                              const sPoint& minPoint, double probeRadius, double sliceThickness) {
+                              const sPoint& minPoint, double probeRadius, double zSlice) {
     const cCentreGrid grid(atoms, atomCount, maxPoint, minPoint, atomCount);
-    const cCompleteSurface surface(grid, probeRadius, sliceThickness);
+    const cCompleteSurface surface(grid, probeRadius, zSlice);
     tbb::enumerable_thread_specific<sCompleteScratch> scratches;
     forEveryEntry(grid, [&](const cCentreGrid::sEntry& entry) {
         atoms[entry.index].asa = surface.areaOf(entry, scratches.local());

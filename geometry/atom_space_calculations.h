@@ -13,11 +13,11 @@ void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& max
                       const sPoint& minPoint, double probeRadius, double zSlice);
 
 /// Sets `asa` (Å²) of every atom in the complete form of the surface: slabs of equal thickness, at
-/// most `sliceThickness` Å, over each sphere enlarged by `probeRadius` Å, and all that is free of
+/// most `zSlice` Å, over each sphere enlarged by `probeRadius` Å, and all that is free of
 /// them. The corners are those of the atoms' bounding box. The results are the same bits whatever
 /// the number of threads, the instruction set, the order of the atoms and who else is far away.
 void calculateAtomAsaComplete(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
-                              const sPoint& minPoint, double probeRadius, double sliceThickness);
+                              const sPoint& minPoint, double probeRadius, double zSlice);
 
 /// Sets `depthIndex` (Å): 0 for an atom with surface, otherwise the distance to the nearest atom
 /// with surface (Pintar, Carugo & Pongor, Bioinformatics 19:313, 2003). Reads `asa`, so the areas

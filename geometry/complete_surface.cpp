@@ -36,9 +36,10 @@ void sCompleteScratch::reserve(std::size_t caps) {
     }
 }
 
-cCompleteSurface::cCompleteSurface(const cCentreGrid& atomGrid, double probeRadius,
-                                   double sliceThickness)
-    : grid(atomGrid), loops(surfaceLoops().complete), probe(probeRadius), slice(sliceThickness) {
+cCompleteSurface::cCompleteSurface(const cCentreGrid& atomGrid, double givenProbeRadius,
+                                   double givenZSlice)
+    : grid(atomGrid), loops(surfaceLoops().complete), probeRadius(givenProbeRadius),
+      zSlice(givenZSlice) {
     const std::vector<cCentreGrid::sEntry>& entries = grid.entriesInCellOrder();
     for (auto* column : {&spheres.x, &spheres.y, &spheres.z}) {
         column->resize(entries.size() + widestFloats);
@@ -50,13 +51,13 @@ cCompleteSurface::cCompleteSurface(const cCentreGrid& atomGrid, double probeRadi
         spheres.y[i] = fixedCoordinate(entry.y);
         spheres.z[i] = fixedCoordinate(entry.z);
         spheres.radius[i] =
-            static_cast<float>(std::nearbyint((probe + entry.radius) * lengthUnits));
-        largestEnlarged = std::max(largestEnlarged, probe + entry.radius);
+            static_cast<float>(std::nearbyint((probeRadius + entry.radius) * lengthUnits));
+        largestEnlarged = std::max(largestEnlarged, probeRadius + entry.radius);
     }
 }
 
 double cCompleteSurface::areaOf(const cCentreGrid::sEntry& atom, sCompleteScratch& scratch) const {
-    const double enlarged = probe + atom.radius;
+    const double enlarged = probeRadius + atom.radius;
     const cCentreGrid::sEntry* const entries = grid.entriesInCellOrder().data();
     const auto place = static_cast<std::size_t>(&atom - entries);
     const sFixedSphere sphere{spheres.x[place], spheres.y[place], spheres.z[place],
@@ -79,7 +80,7 @@ double cCompleteSurface::areaOf(const cCentreGrid::sEntry& atom, sCompleteScratc
     scratch.reserve(scratch.count);
     // More slabs than that could not be told apart in single precision.
     constexpr double mostSlabs = 1 << 22;
-    const double slabs = std::clamp(std::ceil(2.0 * enlarged / slice), 1.0, mostSlabs);
+    const double slabs = std::clamp(std::ceil(2.0 * enlarged / zSlice), 1.0, mostSlabs);
     const double freeAngles =
         loops.sumOfFreeAngles(scratch, static_cast<std::size_t>(slabs), sphere.radius);
     const double area = enlarged * (2.0 * enlarged / slabs) * freeAngles;

@@ -9,7 +9,7 @@ namespace KELMO_API kelmo {
 
 /// Computes areas for the atoms of one grid; may be used by several threads, each with its scratch.
 ///
-/// The sphere of an atom, enlarged by the probe, is cut into ceil(2 R / slice) slabs of equal
+/// The sphere of an atom, enlarged by the probe, is cut into ceil(2 R / zSlice) slabs of equal
 /// thickness. Zones of a sphere of equal thickness have equal areas, so each stands for R times its
 /// thickness times the angle that is free in the plane through its middle. Spheres that merely
 /// touch cover nothing; an enclosed one has no area; equal spheres at one place share theirs
@@ -21,7 +21,7 @@ namespace KELMO_API kelmo {
 class cCompleteSurface {
   public:
     /// Å; the grid must outlive this.
-    cCompleteSurface(const cCentreGrid& atomGrid, double probeRadius, double sliceThickness);
+    cCompleteSurface(const cCentreGrid& atomGrid, double givenProbeRadius, double givenZSlice);
 
     /// Accessible area in Å² of an atom of the grid; 0 without a positive enlarged radius.
     double areaOf(const cCentreGrid::sEntry& atom, sCompleteScratch& scratch) const;
@@ -29,8 +29,8 @@ class cCompleteSurface {
   private:
     const cCentreGrid& grid;
     const sCompleteLoops& loops;
-    double probe;
-    double slice;
+    double probeRadius;
+    double zSlice;
     double largestEnlarged = 0.0; ///< radius plus probe of the grid's largest atom, Å
     sSphereColumns spheres;       ///< in the grid's order
 };

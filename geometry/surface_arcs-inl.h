@@ -75,17 +75,17 @@ HWY_INLINE void storeSelectedPlaces(D, std::size_t first, hn::Mask<D> mask, std:
 
 /// See sSurfaceLoops.
 void findTouching(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
-                  const cCentreGrid::sEntry& atom, double probe, double margin,
+                  const cCentreGrid::sEntry& atom, double probeRadius, double margin,
                   sSurfaceScratch& scratch) {
     const cDoubles d;
     const auto zero = hn::Zero(d);
-    const auto enlargedWithMargin = hn::Set(d, atom.radius + probe + margin);
+    const auto enlargedWithMargin = hn::Set(d, atom.radius + probeRadius + margin);
     for (std::size_t i = first; i < last; i += hn::Lanes(d)) {
         const auto towardsX = hn::Sub(hn::LoadU(d, &columns.x[i]), hn::Set(d, atom.x));
         const auto towardsY = hn::Sub(hn::LoadU(d, &columns.y[i]), hn::Set(d, atom.y));
         const auto z = hn::LoadU(d, &columns.z[i]);
         const auto dz = hn::Sub(z, hn::Set(d, atom.z));
-        const auto enlarged = hn::Add(hn::LoadU(d, &columns.radius[i]), hn::Set(d, probe));
+        const auto enlarged = hn::Add(hn::LoadU(d, &columns.radius[i]), hn::Set(d, probeRadius));
         const auto squared = hn::Add(
             hn::Add(hn::Mul(towardsX, towardsX), hn::Mul(towardsY, towardsY)), hn::Mul(dz, dz));
         const auto touching = hn::Max(zero, hn::Add(enlargedWithMargin, enlarged));

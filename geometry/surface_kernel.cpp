@@ -77,9 +77,9 @@ void setCoaxialAside(sSurfaceScratch& scratch) {
 
 /// How a neighbour covers the atom's circle: wholly, not at all, or neither for sure.
 eSlice sliceByOne(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
-                  const cCentreGrid::sEntry& other, double probe) {
+                  const cCentreGrid::sEntry& other, double probeRadius) {
     double squaredRadius = 0.0;
-    if (!plane.meets(other, probe, &squaredRadius)) {
+    if (!plane.meets(other, probeRadius, &squaredRadius)) {
         return eSlice::untouched;
     }
     const double radius = std::sqrt(squaredRadius);
@@ -114,21 +114,21 @@ unsigned countInRange(const cCentreGrid::sColumns& columns, std::size_t first, s
     return surfaceLoops().countRun(columns, first, last, point, squaredRange);
 }
 
-cSurfaceKernel::cSurfaceKernel(const cCentreGrid& atomGrid, double probeRadius, double zSlice,
-                               std::size_t atomsOfCrowd)
-    : grid(atomGrid), loops(surfaceLoops()), probe(probeRadius), sliceThickness(zSlice),
+cSurfaceKernel::cSurfaceKernel(const cCentreGrid& atomGrid, double givenProbeRadius,
+                               double givenZSlice, std::size_t atomsOfCrowd)
+    : grid(atomGrid), loops(surfaceLoops()), probeRadius(givenProbeRadius), zSlice(givenZSlice),
       crowd(atomsOfCrowd), queryReach(2.0 * probeRadius + 2.0 * largestRadius + 1.0) {
     for (const cCentreGrid::sEntry& entry : grid.entriesInCellOrder()) {
-        largestEnlarged = std::max(largestEnlarged, probe + entry.radius);
+        largestEnlarged = std::max(largestEnlarged, probeRadius + entry.radius);
     }
 }
 
 bool cSurfaceKernel::isProbeTiny() const {
-    return 4.0 * probe < 2.0 * touchingMargin;
+    return 4.0 * probeRadius < 2.0 * touchingMargin;
 }
 
 double cSurfaceKernel::touchingReachOf(const cCentreGrid::sEntry& atom) const {
-    return probe + atom.radius + largestEnlarged + cellMargin;
+    return probeRadius + atom.radius + largestEnlarged + cellMargin;
 }
 
 /// Gathers the atoms, among those in cells within `cellReach` Å, whose enlarged spheres come as
@@ -144,7 +144,8 @@ void cSurfaceKernel::gather(const cCentreGrid::sEntry& atom, double cellReach, d
     grid.forEachRun(box, [&](const cCentreGrid::sEntry* first, const cCentreGrid::sEntry* last) {
         scratch.reserve(scratch.count + static_cast<std::size_t>(last - first));
         loops.findTouching(grid.columnsInCellOrder(), static_cast<std::size_t>(first - entries),
-                           static_cast<std::size_t>(last - entries), atom, probe, margin, scratch);
+                           static_cast<std::size_t>(last - entries), atom, probeRadius, margin,
+                           scratch);
     });
     scratch.reserve(scratch.count);
     if (isProbeTiny()) {
@@ -172,13 +173,12 @@ template <typename Visit>
 void cSurfaceKernel::forEachOpenPlane(const cCentreGrid::sEntry& atom, int planes,
                                       const sSurfaceScratch& scratch, Visit visit) const {
     const int count = planes;
-    forEachPlane(planes, atom.z, probe + atom.radius, sliceThickness,
-                 [&](const sSlicePlane& plane) {
-                     const auto number = static_cast<std::size_t>(count - planes);
-                     if (scratch.coveredPlanes.empty() || !scratch.coveredPlanes[number]) {
-                         visit(plane, number);
-                     }
-                 });
+    forEachPlane(planes, atom.z, probeRadius + atom.radius, zSlice, [&](const sSlicePlane& plane) {
+        const auto number = static_cast<std::size_t>(count - planes);
+        if (scratch.coveredPlanes.empty() || !scratch.coveredPlanes[number]) {
+            visit(plane, number);
+        }
+    });
 }
 
 /// Finds out in a crowd which planes are covered already by the neighbours that reach deepest into
@@ -203,7 +203,7 @@ void cSurfaceKernel::markPlanesCoveredByFew(const cCentreGrid::sEntry& atom, int
     for (bool isAnyLeft = true; isAnyLeft && range < 0.5 * touchingReach; range *= 2.0) {
         // The largest atoms are found from as far as the range, others from nearer: they cover
         // less.
-        gather(atom, range, range - (probe + atom.radius) - largestEnlarged, scratch);
+        gather(atom, range, range - (probeRadius + atom.radius) - largestEnlarged, scratch);
         isAnyLeft = false;
         forEachOpenPlane(atom, planes, scratch, [&](const sSlicePlane& plane, std::size_t number) {
             const bool isCovered = sliceOf(plane, atom, scratch).slice == eSlice::covered;
@@ -217,13 +217,13 @@ void cSurfaceKernel::markPlanesCoveredByFew(const cCentreGrid::sEntry& atom, int
 /// that range is no neighbour, however near it comes to touching.
 void cSurfaceKernel::dropNonNeighbours(const cCentreGrid::sEntry& atom,
                                        sSurfaceScratch& scratch) const {
-    const double queryProbe = 2.0 * probe;
+    const double queryEnlargement = 2.0 * probeRadius;
     keepNeighbours(scratch, [&](std::size_t i) {
         const cCentreGrid::sEntry& other = grid.entriesInCellOrder()[scratch.position[i]];
         const double dx = atom.x - other.x;
         const double dy = atom.y - other.y;
         const double dz = atom.z - other.z;
-        return atom.radius + queryProbe + other.radius + queryProbe >=
+        return atom.radius + queryEnlargement + other.radius + queryEnlargement >=
                std::sqrt(dx * dx + dy * dy + dz * dz);
     });
 }
@@ -238,7 +238,7 @@ cSurfaceKernel::allNeighbours(const cCentreGrid::sEntry& atom, sSurfaceScratch& 
         query.z = atom.z;
         query.radius = atom.radius;
         grid.forEachInRangeByRadius(
-            query, 2.0 * probe, largestRadius,
+            query, 2.0 * probeRadius, largestRadius,
             [&](const cCentreGrid::sEntry& entry) { scratch.allNeighbours.push_back(entry); });
         scratch.allNeighboursAreKnown = true;
     }
@@ -249,26 +249,28 @@ bool cSurfaceKernel::meetsAnyNeighbour(const sSlicePlane& plane, const cCentreGr
                                        sSurfaceScratch& scratch) const {
     double squaredRadius = 0.0;
     for (std::size_t i = 0; i < scratch.count; ++i) {
-        if (plane.meets(grid.entriesInCellOrder()[scratch.position[i]], probe, &squaredRadius)) {
+        if (plane.meets(grid.entriesInCellOrder()[scratch.position[i]], probeRadius,
+                        &squaredRadius)) {
             return true;
         }
     }
     const auto& all = allNeighbours(atom, scratch);
     return std::any_of(all.begin(), all.end(), [&](const cCentreGrid::sEntry& entry) {
-        return plane.meets(entry, probe, &squaredRadius);
+        return plane.meets(entry, probeRadius, &squaredRadius);
     });
 }
 
 double cSurfaceKernel::plainArea(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                  sSurfaceScratch& scratch) const {
     const auto& all = allNeighbours(atom, scratch);
-    return plainSliceArea(plane, atom.x, atom.y, all.data(), all.size(), probe, scratch.circles);
+    return plainSliceArea(plane, atom.x, atom.y, all.data(), all.size(), probeRadius,
+                          scratch.circles);
 }
 
 bool cSurfaceKernel::isEnclosed(const sSlicePlane& plane, const cCentreGrid::sEntry& atom,
                                 const sSurfaceScratch& scratch) const {
     const auto encloses = [&](std::uint64_t position) {
-        return sliceByOne(plane, atom, grid.entriesInCellOrder()[position], probe) ==
+        return sliceByOne(plane, atom, grid.entriesInCellOrder()[position], probeRadius) ==
                eSlice::covered;
     };
     const auto first = scratch.position.begin();
@@ -281,7 +283,8 @@ eSlice cSurfaceKernel::sliceByCoaxial(const sSlicePlane& plane, const cCentreGri
                                       const sSurfaceScratch& scratch) const {
     eSlice found = eSlice::untouched;
     for (const std::uint64_t position : scratch.coaxial) {
-        const eSlice byOne = sliceByOne(plane, atom, grid.entriesInCellOrder()[position], probe);
+        const eSlice byOne =
+            sliceByOne(plane, atom, grid.entriesInCellOrder()[position], probeRadius);
         if (byOne == eSlice::covered) {
             return byOne;
         }
@@ -326,7 +329,7 @@ double cSurfaceKernel::sliceArea(const sSlicePlane& plane, const cCentreGrid::sE
 }
 
 double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const {
-    const int planes = slicesBelow(probe + atom.zMax, atom.z, sliceThickness);
+    const int planes = slicesBelow(probeRadius + atom.zMax, atom.z, zSlice);
     markPlanesCoveredByFew(atom, planes, scratch);
     scratch.allNeighboursAreKnown = false;
     bool isGathered = false;

@@ -26,7 +26,7 @@ class cSurfaceKernel {
     static constexpr std::size_t usualCrowd = 1500;
 
     /// Å; the grid must outlive the kernel. What is taken for a crowd does not change the results.
-    cSurfaceKernel(const cCentreGrid& atomGrid, double probeRadius, double zSlice,
+    cSurfaceKernel(const cCentreGrid& atomGrid, double givenProbeRadius, double givenZSlice,
                    std::size_t atomsOfCrowd = usualCrowd);
 
     /// Accessible area in Å² of an atom of the grid whose enlarged radius is not 0.
@@ -64,8 +64,8 @@ class cSurfaceKernel {
 
     const cCentreGrid& grid;
     const sSurfaceLoops& loops;
-    double probe;
-    double sliceThickness;        ///< Å
+    double probeRadius;
+    double zSlice;                ///< Å
     std::size_t crowd;            ///< number of atoms
     double queryReach;            ///< of a neighbour query, Å
     double largestEnlarged = 0.0; ///< radius plus probe of the grid's largest atom, Å

@@ -94,7 +94,7 @@ struct sSurfaceLoops {
     /// (Å), or reach as deep into it if that is negative, to the scratch arrays, which have room
     /// for the whole run.
     void (*findTouching)(const cCentreGrid::sColumns& columns, std::size_t first, std::size_t last,
-                         const cCentreGrid::sEntry& atom, double probe, double margin,
+                         const cCentreGrid::sEntry& atom, double probeRadius, double margin,
                          sSurfaceScratch& scratch);
     /// Computes what does not change from plane to plane. Returns the smallest planar distance, Å.
     double (*prepareNeighbours)(sSurfaceScratch& scratch);

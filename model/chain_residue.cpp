@@ -18,9 +18,9 @@ bool cChainResidue::isWithinRange(const cChainResidue& other, double range) cons
 }
 
 bool cChainResidue::isWithinRangeFromRadius(const cChainResidue& other, double value) const {
-    const double probe = value * 0.5;
-    return isAnyAtomPair(*this, other, [probe](const cResidueAtom& a, const cResidueAtom& b) {
-        return a.doesIntersect(b, probe);
+    const double enlargement = value * 0.5;
+    return isAnyAtomPair(*this, other, [enlargement](const cResidueAtom& a, const cResidueAtom& b) {
+        return a.doesIntersect(b, enlargement);
     });
 }
 

@@ -23,9 +23,9 @@ bool cResidueAtom::isInRangeByCenter(const cResidueAtom& other, double range) co
     return range >= distance && distance != 0.0;
 }
 
-bool cResidueAtom::doesIntersect(const cResidueAtom& other, double probe) const {
+bool cResidueAtom::doesIntersect(const cResidueAtom& other, double enlargement) const {
     const double distance = centreDistance(*this, other);
-    return radius + probe + other.radius + probe >= distance && distance != 0.0;
+    return radius + enlargement + other.radius + enlargement >= distance && distance != 0.0;
 }
 
 void setMinMaxPoints(const cResidueAtom* atoms, unsigned n, sPoint* maxPoint, sPoint* minPoint) {

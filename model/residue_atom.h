@@ -28,9 +28,9 @@ class cResidueAtom {
     /// is never its own neighbour.
     bool isInRangeByCenter(const cResidueAtom& other, double range) const;
 
-    /// True when the spheres, each enlarged by `probe` Å, touch or overlap and the centres are not
-    /// at the same place.
-    bool doesIntersect(const cResidueAtom& other, double probe) const;
+    /// True when the spheres, each enlarged by `enlargement` Å, touch or overlap and the centres
+    /// are not at the same place.
+    bool doesIntersect(const cResidueAtom& other, double enlargement) const;
 
     /// Sets `sliceCount` to the number of planes, `zSlice` Å apart and symmetric about the centre,
     /// that cut the sphere enlarged by `probeRadius` Å; -1 when the enlarged radius is not

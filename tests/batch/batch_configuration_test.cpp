@@ -230,15 +230,15 @@ TEST_F(BatchConfiguration, WhatAStreamWritesIsReadBack) {
     std::bernoulli_distribution coin;
     for (int i = 0; i < 200; ++i) {
         const double zSlice = hundredths(random) / 100.0;
-        const double rSolvent = hundredths(random) / 50.0;
+        const double probeRadius = hundredths(random) / 50.0;
         const double threshold = tenths(random) / 10.0;
         const bool isCalculated = coin(random);
         std::ostringstream content;
-        content << "z_slice:\t" << zSlice << "\nr_solvent:\t" << rSolvent << "\ncx_threshold:\t"
+        content << "z_slice:\t" << zSlice << "\nr_solvent:\t" << probeRadius << "\ncx_threshold:\t"
                 << threshold << "\ncalc_dpx:\t" << isCalculated << '\n';
         const cSettings configuration = read(content.str());
         EXPECT_EQ(configuration.number("z_slice"), zSlice);
-        EXPECT_EQ(configuration.number("r_solvent"), rSolvent);
+        EXPECT_EQ(configuration.number("r_solvent"), probeRadius);
         EXPECT_EQ(configuration.number("cx_threshold"), threshold);
         EXPECT_EQ(configuration.flag("calc_dpx"), isCalculated);
     }

@@ -80,11 +80,11 @@ std::string described(double value) {
 
 TEST_P(ParameterLimits, ProbesAndSlices) {
     reference::sKevSettings settings = kevSettings();
-    for (const double probe : {smallestProbe, largestProbe}) {
-        for (const double slice : {finestSlice, 0.1, thickestSlice}) {
-            SCOPED_TRACE(described(probe) + described(slice));
-            settings.probeRadius = probe;
-            settings.zSlice = slice;
+    for (const double probeRadius : {smallestProbe, largestProbe}) {
+        for (const double zSlice : {finestSlice, 0.1, thickestSlice}) {
+            SCOPED_TRACE(described(probeRadius) + described(zSlice));
+            settings.probeRadius = probeRadius;
+            settings.zSlice = zSlice;
             expectReferenceReports(settings);
         }
     }
@@ -108,12 +108,12 @@ TEST_P(ParameterLimits, RadiiOfATable) {
     // ones, which with the probe come to nothing or to less.
     for (const std::vector<double>& radii :
          {std::vector{0.0}, {10.0}, {0.0, 10.0, 1.7}, {-1.4, 1.7}, {-5.0, -0.5, 1.7}}) {
-        for (const auto& [probe, slice] :
+        for (const auto& [probeRadius, zSlice] :
              {std::tuple{smallestProbe, 0.25}, {1.4, thickestSlice}, {largestProbe, 0.1}}) {
-            SCOPED_TRACE(described(radii.front()) + described(probe));
+            SCOPED_TRACE(described(radii.front()) + described(probeRadius));
             settings.radii = radiiOf(radii);
-            settings.probeRadius = probe;
-            settings.zSlice = slice;
+            settings.probeRadius = probeRadius;
+            settings.zSlice = zSlice;
             expectReferenceReports(settings);
         }
     }
@@ -132,12 +132,13 @@ TEST_P(ParameterLimits, ThresholdsOfTheCriteria) {
         settings.criterion = criterion;
         settings.threshold = threshold;
         for (const std::vector<double>& radii : {std::vector{1.7}, {0.0}, {10.0}, {-2.0, 1.7}}) {
-            for (const double probe : {smallestProbe, largestProbe}) {
+            for (const double probeRadius : {smallestProbe, largestProbe}) {
                 SCOPED_TRACE(std::to_string(static_cast<int>(criterion)) + ' ' +
-                             described(threshold) + described(radii.front()) + described(probe));
+                             described(threshold) + described(radii.front()) +
+                             described(probeRadius));
                 settings.radii = radiiOf(radii);
-                settings.probeRadius = probe;
-                settings.zSlice = probe == smallestProbe ? 0.1 : thickestSlice;
+                settings.probeRadius = probeRadius;
+                settings.zSlice = probeRadius == smallestProbe ? 0.1 : thickestSlice;
                 expectReferenceReports(settings);
             }
         }

@@ -127,9 +127,10 @@ bool anyAtomPair(const cChainResidue& a, const cChainResidue& b, Pair isTouching
 
 bool areSpheresWithin(const cChainResidue& a, const cChainResidue& b, double gap) {
     return anyAtomPair(a, b, [gap](const cResidueAtom& one, const cResidueAtom& other) {
-        const double probe = gap * 0.5;
+        const double enlargement = gap * 0.5;
         const double distance = distanceOf(one, other);
-        return distance <= probe + (one.radius + probe + other.radius) && distance != 0.0;
+        return distance <= enlargement + (one.radius + enlargement + other.radius) &&
+               distance != 0.0;
     });
 }
 

@@ -124,13 +124,13 @@ std::vector<unsigned> bondsFrom(const std::vector<std::vector<unsigned>>& graph,
 
 /// Area of one residue, Å², by points spread evenly over each sphere (Shrake & Rupley 1973): a
 /// method that shares nothing with slicing.
-double areaByPoints(const cPdbPeptide& peptide, const cChainResidue& residue, double probe) {
+double areaByPoints(const cPdbPeptide& peptide, const cChainResidue& residue, double probeRadius) {
     constexpr int pointCount = 4000;
     const double goldenAngle = std::numbers::pi * (3.0 - std::sqrt(5.0));
     double area = 0.0;
     for (const cResidueAtom* atom = residue.atoms; atom != residue.atoms + residue.atomCount;
          ++atom) {
-        const double reach = atom->radius + probe;
+        const double reach = atom->radius + probeRadius;
         int freePoints = 0;
         for (int i = 0; i < pointCount; ++i) {
             const double height = 1.0 - (2.0 * i + 1.0) / pointCount;
@@ -140,7 +140,8 @@ double areaByPoints(const cPdbPeptide& peptide, const cChainResidue& residue, do
                                      atom->z + reach * height, 0.0);
             const bool isCovered = std::any_of(
                 peptide.atoms.begin(), peptide.atoms.end(), [&](const cResidueAtom& other) {
-                    return &other != atom && centreDistance(other, point) < other.radius + probe;
+                    return &other != atom &&
+                           centreDistance(other, point) < other.radius + probeRadius;
                 });
             freePoints += isCovered ? 0 : 1;
         }

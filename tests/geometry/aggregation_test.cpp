@@ -17,7 +17,7 @@ namespace kelmo {
 
 namespace {
 
-constexpr double probe = 1.4;
+constexpr double usualProbeRadius = 1.4;
 constexpr double slice = 0.25;
 
 /// Areas of a residue, chain or structure in their fixed order.
@@ -212,14 +212,14 @@ tAreas added(tAreas a, const tAreas& b) {
 
 TEST(BoundAreas, AtomsOfAllChainsCoverEachOther) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
-    EXPECT_EQ(atomAreas(peptide), areasOfAtomsAlone(peptide.atoms, probe, slice));
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
+    EXPECT_EQ(atomAreas(peptide), areasOfAtomsAlone(peptide.atoms, usualProbeRadius, slice));
     EXPECT_GT(peptide.totalAsa, 100.0);
 }
 
 TEST(BoundAreas, StructureIsTheSumOfItsKnownResidues) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     tAreas expected(5, 0.0);
     for (const std::size_t i : {0U, 2U, 3U}) {
         cChainResidue residue = peptide.residues[i];
@@ -232,7 +232,7 @@ TEST(BoundAreas, StructureIsTheSumOfItsKnownResidues) {
 
 TEST(BoundAreas, SkippedResidueKeepsItsSumsAndTheChainCountsThem) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_EQ(areasOf(peptide.residues[1]), notComputed);
     EXPECT_GT(peptide.atoms[6].asa, 0.0) << "though its atoms have areas";
     EXPECT_EQ(areasOf(peptide.chains[0]),
@@ -243,20 +243,21 @@ TEST(BoundAreas, SkippedResidueKeepsItsSumsAndTheChainCountsThem) {
 
 TEST(BoundAreas, SkippedResidueKeepsTheSumsOfAnUnboundCalculation) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const tAreas alone = areasOf(peptide.residues[1]);
     EXPECT_GT(alone[0], 0.0);
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_EQ(areasOf(peptide.residues[1]), alone);
     EXPECT_EQ(areasOf(peptide.chains[0]), added(areasOf(peptide.residues[0]), alone));
 }
 
 TEST(UnboundAreas, EveryChainIsComputedByItself) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     for (const cProteinChain& chain : peptide.chains) {
         const tAtoms alone(chain.atoms, chain.atoms + chain.atomCount);
-        EXPECT_EQ(atomAreas(chain.atoms, chain.atomCount), areasOfAtomsAlone(alone, probe, slice));
+        EXPECT_EQ(atomAreas(chain.atoms, chain.atomCount),
+                  areasOfAtomsAlone(alone, usualProbeRadius, slice));
         tAreas sum(5, 0.0);
         for (unsigned i = 0; i < chain.residueCount; ++i) {
             cChainResidue residue = chain.residues[i];
@@ -271,10 +272,10 @@ TEST(UnboundAreas, EveryChainIsComputedByItself) {
 
 TEST(UnboundAreas, StructureHasNone) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_GT(peptide.totalAsa, 0.0);
     for (int call = 0; call < 2; ++call) {
-        peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+        peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
         EXPECT_EQ(areasOf(peptide), tAreas(5, 0.0));
         peptide.totalAsa = peptide.polarAsa = 3.0;
     }
@@ -282,26 +283,26 @@ TEST(UnboundAreas, StructureHasNone) {
 
 TEST(UnboundAreas, AreNotSmallerThanBoundOnes) {
     cPdbPeptide peptide = samplePeptide("1a0q");
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     const double bound = peptide.totalAsa;
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const double unbound = peptide.chains[0].totalAsa + peptide.chains[1].totalAsa;
     EXPECT_GT(unbound, bound + 1000.0) << "the interface of the two chains";
 }
 
 TEST(UnboundAreas, LastCalculationIsWhatAtomsAndResiduesHold) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     const tAreas bound = atomAreas(peptide);
     const tAreas boundResidue = areasOf(peptide.residues[2]);
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const tAreas unbound = atomAreas(peptide);
     EXPECT_NE(unbound, bound);
     EXPECT_NE(areasOf(peptide.residues[2]), boundResidue);
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(peptide), bound);
     EXPECT_EQ(areasOf(peptide.residues[2]), boundResidue);
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(peptide), unbound);
 }
 
@@ -320,17 +321,17 @@ TEST(ChainAreas, SummingTakesTheResiduesAsTheyStand) {
 
 TEST(ChainAreas, ChainAloneLeavesTheOtherChainsAndTheStructureAlone) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     const tAreas structure = areasOf(peptide);
     const tAreas other = areasOf(peptide.chains[1]);
-    peptide.chains[0].setAccessibleSurfaceArea(probe, slice);
+    peptide.chains[0].setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_EQ(areasOf(peptide), structure);
     EXPECT_EQ(areasOf(peptide.chains[1]), other);
 }
 
 TEST(StructureTables, ResiduesOfNoKnownTypeAreLeftOut) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const std::map<std::string, sAsa> standards{{"ALA", {100, 100, 100, 100, 100}},
                                                 {"LIG", {100, 100, 100, 100, 100}},
                                                 {"A", {100, 100, 100, 100, 100}}};
@@ -352,10 +353,10 @@ TEST(StructureTables, ResiduesOfNoKnownTypeAreLeftOut) {
 TEST(StructureAreas, EmptyStructureIsNoWork) {
     cPdbPeptide peptide;
     peptide.totalAsa = 5.0;
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_EQ(areasOf(peptide), tAreas(5, 0.0));
     peptide.totalAsa = 5.0;
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(areasOf(peptide), tAreas(5, 0.0));
 }
 
@@ -367,7 +368,7 @@ constexpr double foreign = 12345.0;
 /// A complex with current unbound areas and a foreign value in the first atom of either chain.
 cPdbPeptide tamperedComplex() {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     peptide.chains[0].atoms[0].asa = foreign;
     peptide.chains[1].atoms[0].asa = foreign;
     return peptide;
@@ -381,7 +382,7 @@ TEST(CurrentUnboundAreas, AreNotComputedAgain) {
     cPdbPeptide peptide = tamperedComplex();
     const tAreas chainAreas = areasOf(peptide.chains[0]);
     for (int call = 0; call < 3; ++call) {
-        peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+        peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
         EXPECT_TRUE(isForeign(peptide, 0));
         EXPECT_TRUE(isForeign(peptide, 1));
         EXPECT_EQ(areasOf(peptide.chains[0]), chainAreas);
@@ -392,12 +393,12 @@ TEST(CurrentUnboundAreas, AreStaleAfterABoundCalculation) {
     cPdbPeptide peptide = tamperedComplex();
     const cPdbPeptide fresh = [] {
         cPdbPeptide other = smallComplex();
-        other.setAccessibleSurfaceAreaUnbound(probe, slice);
+        other.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
         return other;
     }();
-    peptide.setAccessibleSurfaceArea(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_FALSE(isForeign(peptide, 0));
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(peptide), atomAreas(fresh));
     EXPECT_EQ(areasOf(peptide.residues[1]), areasOf(fresh.residues[1]));
     EXPECT_EQ(areasOf(peptide.chains[1]), areasOf(fresh.chains[1]));
@@ -409,15 +410,15 @@ TEST(CurrentUnboundAreas, AreStaleForOtherParameters) {
     EXPECT_FALSE(isForeign(peptide, 0));
     EXPECT_FALSE(isForeign(peptide, 1));
     peptide = tamperedComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, 0.1);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, 0.1);
     EXPECT_FALSE(isForeign(peptide, 0));
     peptide = tamperedComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice, eAsaForm::complete);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice, eAsaForm::complete);
     EXPECT_FALSE(isForeign(peptide, 0));
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const tAreas back = atomAreas(peptide);
     peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(peptide), back) << "and stale again on the way back";
 }
 
@@ -426,17 +427,17 @@ TEST(CurrentUnboundAreas, AreKeptChainByChain) {
     peptide.chains[0].setAccessibleSurfaceArea(2.0, slice);
     EXPECT_FALSE(isForeign(peptide, 0));
     const double withLargerProbe = peptide.chains[0].atoms[0].asa;
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_NE(peptide.chains[0].atoms[0].asa, withLargerProbe);
     EXPECT_TRUE(isForeign(peptide, 1)) << "the other chain was current";
 }
 
 TEST(CurrentUnboundAreas, ChainItselfAlwaysComputes) {
     cPdbPeptide peptide = tamperedComplex();
-    peptide.chains[0].setAccessibleSurfaceArea(probe, slice);
+    peptide.chains[0].setAccessibleSurfaceArea(usualProbeRadius, slice);
     EXPECT_FALSE(isForeign(peptide, 0));
     peptide.chains[0].atoms[0].asa = foreign;
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_TRUE(isForeign(peptide, 0)) << "and what it computed is current";
 }
 
@@ -445,20 +446,20 @@ TEST(CurrentUnboundAreas, AreUnknownAfterLoading) {
     const cPdbPeptide loaded = smallComplex();
     peptide = loaded;
     peptide.atoms[0].asa = foreign;
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_FALSE(isForeign(peptide, 0));
 }
 
 TEST(CurrentUnboundAreas, OfACopyAreItsOwn) {
     cPdbPeptide peptide = smallComplex();
-    peptide.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     const tAreas unbound = atomAreas(peptide);
     cPdbPeptide copy(peptide);
-    peptide.setAccessibleSurfaceArea(probe, slice);
-    copy.setAccessibleSurfaceAreaUnbound(probe, slice);
+    peptide.setAccessibleSurfaceArea(usualProbeRadius, slice);
+    copy.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(copy), unbound);
     cPdbPeptide boundCopy(peptide);
-    boundCopy.setAccessibleSurfaceAreaUnbound(probe, slice);
+    boundCopy.setAccessibleSurfaceAreaUnbound(usualProbeRadius, slice);
     EXPECT_EQ(atomAreas(boundCopy), unbound);
     EXPECT_NE(atomAreas(peptide), unbound);
 }

@@ -41,11 +41,11 @@ tSerials byCenter(const cAtomGrid& grid, const cResidueAtom& query, double range
     return serialsOf(out.data(), grid.getNeighboursInRangeByCenter(query, range, out.data(), room));
 }
 
-tSerials byRadius(const cAtomGrid& grid, const cResidueAtom& query, double probe, double maxRadius,
-                  std::size_t room = 2000) {
+tSerials byRadius(const cAtomGrid& grid, const cResidueAtom& query, double enlargement,
+                  double maxRadius, std::size_t room = 2000) {
     tAtoms out(room);
-    return serialsOf(out.data(),
-                     grid.getNeighboursInRangeByRadius(query, probe, maxRadius, out.data(), room));
+    return serialsOf(out.data(), grid.getNeighboursInRangeByRadius(query, enlargement, maxRadius,
+                                                                   out.data(), room));
 }
 
 /// The same grid as a list of atoms with their cells, asked one by one.
@@ -98,9 +98,10 @@ class cListedCells {
             return query.isInRangeByCenter(atom, range);
         });
     }
-    tSerials byRadius(const cResidueAtom& query, double probe, double maxRadius) const {
-        return search(query, probe + 2.0 * maxRadius + 1.0,
-                      [&](const cResidueAtom& atom) { return query.doesIntersect(atom, probe); });
+    tSerials byRadius(const cResidueAtom& query, double enlargement, double maxRadius) const {
+        return search(query, enlargement + 2.0 * maxRadius + 1.0, [&](const cResidueAtom& atom) {
+            return query.doesIntersect(atom, enlargement);
+        });
     }
     tSerials everything() const {
         return search(atoms[0], infinity, [](const cResidueAtom&) { return true; });
@@ -443,10 +444,10 @@ TEST(AtomGrid, NeighboursByRadiusAreThoseOfTheListedCellsInTheirOrder) {
         const cAtomGrid grid = gridOf(cloud);
         const cListedCells listed(cloud);
         for (const cResidueAtom& query : queriesFor(cloud)) {
-            for (const double probe : {0.0, 1.4, 2.8, -1.0, 20.0}) {
+            for (const double enlargement : {0.0, 1.4, 2.8, -1.0, 20.0}) {
                 for (const double maxRadius : {0.0, 2.0, 4.0}) {
-                    const tSerials found = byRadius(grid, query, probe, maxRadius);
-                    ASSERT_EQ(found, listed.byRadius(query, probe, maxRadius)) << probe;
+                    const tSerials found = byRadius(grid, query, enlargement, maxRadius);
+                    ASSERT_EQ(found, listed.byRadius(query, enlargement, maxRadius)) << enlargement;
                     neighbours += found.size();
                 }
             }

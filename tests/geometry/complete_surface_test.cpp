@@ -26,14 +26,14 @@ namespace kelmo {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double probe = 1.4;
+constexpr double usualProbeRadius = 1.4;
 
 using tAreas = std::vector<double>;
 
-tAreas completeAreas(tAtoms atoms, double probeRadius, double slice) {
+tAreas completeAreas(tAtoms atoms, double probeRadius, double zSlice) {
     const sCorners box(atoms);
     calculateAtomAsaComplete(atoms.data(), static_cast<unsigned>(atoms.size()), box.maxPoint,
-                             box.minPoint, probeRadius, slice);
+                             box.minPoint, probeRadius, zSlice);
     tAreas areas;
     for (const cResidueAtom& atom : atoms) {
         areas.push_back(atom.asa);
@@ -48,12 +48,12 @@ struct sBall {
     double enlarged; ///< radius with probe, Å
 };
 
-tAreas exposedAreas(const std::vector<sBall>& balls, double slice) {
+tAreas exposedAreas(const std::vector<sBall>& balls, double zSlice) {
     tAtoms atoms;
     for (const sBall& ball : balls) {
-        atoms.push_back(atomAt(ball.x, ball.y, ball.z, ball.enlarged - probe));
+        atoms.push_back(atomAt(ball.x, ball.y, ball.z, ball.enlarged - usualProbeRadius));
     }
-    return completeAreas(atoms, probe, slice);
+    return completeAreas(atoms, usualProbeRadius, zSlice);
 }
 
 double sphereArea(double enlarged) {
@@ -92,10 +92,10 @@ TEST(CompleteBodies, TwoHemispheresShareALune) {
 
 TEST(CompleteBodies, SphereAloneIsWhollyExposed) {
     for (const double enlarged : {0.01, 1.5, 2.6, 2.82, 3.0, 3.28, 90.0}) {
-        for (const double slice : {0.02, 0.05, 0.25, 1.0, 50.0, 1000.0}) {
-            EXPECT_NEAR(exposedAreas({{0.3, 0.2, 0.1, enlarged}}, slice)[0], sphereArea(enlarged),
+        for (const double zSlice : {0.02, 0.05, 0.25, 1.0, 50.0, 1000.0}) {
+            EXPECT_NEAR(exposedAreas({{0.3, 0.2, 0.1, enlarged}}, zSlice)[0], sphereArea(enlarged),
                         1e-7 * sphereArea(enlarged))
-                << enlarged << " in slices of " << slice;
+                << enlarged << " in slices of " << zSlice;
         }
     }
     const tAreas far = exposedAreas({{0, 0, 0, 3.0}, {0, 0, 100, 2.0}}, 0.25);
@@ -147,12 +147,12 @@ TEST(CompleteBodies, RimAlongAPlaneIsOffByHalfASlabAtMost) {
     for (const sPoint& direction : {sPoint{0, 0, 1}, sPoint{0, 0, -1}}) {
         for (const double d : {1.5, 2.5, 4.0, 5.2}) {
             for (const auto& [first, second] : pairsOfRadii()) {
-                for (const double slice : {0.25, 0.05, 0.01}) {
+                for (const double zSlice : {0.25, 0.05, 0.01}) {
                     const tAreas areas =
-                        exposedAreas(pairAlong(direction, first, second, d), slice);
+                        exposedAreas(pairAlong(direction, first, second, d), zSlice);
                     const std::array<double, 2> expected = areasOfPair(first, second, d);
-                    EXPECT_NEAR(areas[0], expected[0], pi * first * slice + 1e-4);
-                    EXPECT_NEAR(areas[1], expected[1], pi * second * slice + 1e-4);
+                    EXPECT_NEAR(areas[0], expected[0], pi * first * zSlice + 1e-4);
+                    EXPECT_NEAR(areas[1], expected[1], pi * second * zSlice + 1e-4);
                 }
             }
         }
@@ -265,7 +265,7 @@ TEST(CompleteBodies, SphereWithoutRadiusHasNoAreaAndCoversNothing) {
     for (cResidueAtom& atom : atoms) {
         atom.asa = 7.5;
     }
-    const tAreas areas = completeAreas(atoms, probe, 0.25);
+    const tAreas areas = completeAreas(atoms, usualProbeRadius, 0.25);
     EXPECT_EQ(areas[0], 0.0);
     EXPECT_NEAR(areas[1], sphereArea(2.9), 1e-5);
     EXPECT_EQ(areas[2], 0.0);
@@ -274,7 +274,7 @@ TEST(CompleteBodies, SphereWithoutRadiusHasNoAreaAndCoversNothing) {
 }
 
 TEST(CompleteBodies, NoAtomsAreNoWork) {
-    calculateAtomAsaComplete(nullptr, 0, sPoint{}, sPoint{}, probe, 0.25);
+    calculateAtomAsaComplete(nullptr, 0, sPoint{}, sPoint{}, usualProbeRadius, 0.25);
     SUCCEED();
 }
 
@@ -282,8 +282,9 @@ TEST(CompleteBodies, WildCoordinatesEndWithoutNonsense) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     for (const double wild :
          {1e6, 1e12, 1e300, infinity, -infinity, std::numeric_limits<double>::quiet_NaN()}) {
-        const tAreas areas = completeAreas(
-            {atomAt(0, 0, 0, 1.5), atomAt(1, 0, 0, 1.5), atomAt(wild, 0, 0, 1.5)}, probe, 0.25);
+        const tAreas areas =
+            completeAreas({atomAt(0, 0, 0, 1.5), atomAt(1, 0, 0, 1.5), atomAt(wild, 0, 0, 1.5)},
+                          usualProbeRadius, 0.25);
         for (const double area : areas) {
             EXPECT_TRUE(area >= 0.0 && area <= sphereArea(2.9) * 1.001) << wild;
         }
@@ -332,22 +333,22 @@ std::vector<tAtoms> examples() {
 
 TEST(CompleteSurface, OrderOfTheAtomsDoesNotMatter) {
     for (const tAtoms& atoms : examples()) {
-        const tAreas areas = completeAreas(atoms, probe, 0.25);
+        const tAreas areas = completeAreas(atoms, usualProbeRadius, 0.25);
         for (unsigned seed = 1; seed < 6; ++seed) {
             const tAtoms others = shuffled(atoms, seed);
-            EXPECT_EQ(bySerial(others, completeAreas(others, probe, 0.25)), areas);
+            EXPECT_EQ(bySerial(others, completeAreas(others, usualProbeRadius, 0.25)), areas);
         }
     }
 }
 
 TEST(CompleteSurface, DistantAtomDoesNotMatter) {
     for (const tAtoms& atoms : examples()) {
-        const tAreas areas = completeAreas(atoms, probe, 0.25);
+        const tAreas areas = completeAreas(atoms, usualProbeRadius, 0.25);
         for (const sPoint& place : {sPoint{150, 0, 0}, sPoint{0, -150, 0}, sPoint{30, 40, 150},
                                     sPoint{-9999, 9999, 9999}}) {
             tAtoms more = atoms;
             more.insert(more.begin(), atomAt(place.x, place.y, place.z));
-            tAreas found = completeAreas(more, probe, 0.25);
+            tAreas found = completeAreas(more, usualProbeRadius, 0.25);
             found.erase(found.begin());
             EXPECT_EQ(found, areas);
         }
@@ -356,22 +357,22 @@ TEST(CompleteSurface, DistantAtomDoesNotMatter) {
 
 TEST(CompleteSurface, MovingByWholeAngstromsDoesNotMatter) {
     const tAtoms atoms = samplePeptide("1ubq").atoms;
-    const tAreas areas = completeAreas(atoms, probe, 0.25);
+    const tAreas areas = completeAreas(atoms, usualProbeRadius, 0.25);
     for (const sPoint& by : {sPoint{1, 1, 1}, sPoint{-500, 300, -200}, sPoint{0, 0, 7000}}) {
         tAtoms moved;
         for (const cResidueAtom& atom : atoms) {
             moved.push_back(atomAt(atom.x + by.x, atom.y + by.y, atom.z + by.z, atom.radius));
         }
-        EXPECT_EQ(completeAreas(moved, probe, 0.25), areas);
+        EXPECT_EQ(completeAreas(moved, usualProbeRadius, 0.25), areas);
     }
 }
 
 TEST(CompleteSurface, NumberOfThreadsDoesNotMatter) {
     const tAtoms atoms = samplePeptide("1a0q").atoms;
-    const tAreas areas = completeAreas(atoms, probe, 0.25);
+    const tAreas areas = completeAreas(atoms, usualProbeRadius, 0.25);
     for (const std::size_t threads : {1U, 2U, 4U}) {
         const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, threads);
-        EXPECT_EQ(completeAreas(atoms, probe, 0.25), areas) << threads;
+        EXPECT_EQ(completeAreas(atoms, usualProbeRadius, 0.25), areas) << threads;
     }
 }
 
@@ -383,11 +384,11 @@ TEST(CompleteSurface, EveryInstructionSetGivesTheSameBits) {
             randomCloud(seed, 60, 4.0 + seed % 20, {0.0, 1.4, 1.75, 2.0, 3.5, 20.0, -1.4}));
     }
     for (const tAtoms& atoms : all) {
-        for (const double slice : {0.25, 0.07, 3.0}) {
-            const tAreas areas = completeAreas(atoms, probe, slice);
+        for (const double zSlice : {0.25, 0.07, 3.0}) {
+            const tAreas areas = completeAreas(atoms, usualProbeRadius, zSlice);
             for (std::size_t place = 1; place < availableSurfaceLoops().size(); ++place) {
                 const cOnlyLoops only(place);
-                ASSERT_EQ(completeAreas(atoms, probe, slice), areas) << only.name();
+                ASSERT_EQ(completeAreas(atoms, usualProbeRadius, zSlice), areas) << only.name();
             }
         }
     }
@@ -398,12 +399,12 @@ TEST(CompleteSurface, EveryInstructionSetGivesTheSameBits) {
 TEST(CompleteSurface, NoAtomGainsAreaInTheComplex) {
     for (const char* const name : {"1a0q", "2hhb"}) {
         cPdbPeptide peptide = samplePeptide(name);
-        peptide.setAccessibleSurfaceArea(probe, 0.25, eAsaForm::complete);
+        peptide.setAccessibleSurfaceArea(usualProbeRadius, 0.25, eAsaForm::complete);
         tAreas bound;
         for (const cResidueAtom& atom : peptide.atoms) {
             bound.push_back(atom.asa);
         }
-        peptide.setAccessibleSurfaceAreaUnbound(probe, 0.25, eAsaForm::complete);
+        peptide.setAccessibleSurfaceAreaUnbound(usualProbeRadius, 0.25, eAsaForm::complete);
         std::size_t less = 0;
         for (std::size_t i = 0; i < bound.size(); ++i) {
             EXPECT_LE(bound[i], peptide.atoms[i].asa) << name << " atom " << i;
@@ -456,66 +457,68 @@ tAtoms turned(const tAtoms& atoms, const sPoint& axis, double angle) {
 TEST(CompleteSurface, NoiseOfOrientationShrinksWithTheSlice) {
     const cPdbPeptide peptide = samplePeptide("1ubq");
     double former = 3.0;
-    for (const double slice : {0.5, 0.25, 0.1, 0.05, 0.02}) {
+    for (const double zSlice : {0.5, 0.25, 0.1, 0.05, 0.02}) {
         const tResidueAreas before =
-            residueAreas(peptide, completeAreas(peptide.atoms, probe, slice));
+            residueAreas(peptide, completeAreas(peptide.atoms, usualProbeRadius, zSlice));
         double worst = 0.0;
         for (const auto& [axis, angle] : {std::pair{sPoint{1, 0, 0}, 0.5 * pi},
                                           {sPoint{0, 1, 0}, 0.5 * pi},
                                           {sPoint{0.6, 0, 0.8}, 1.0},
                                           {sPoint{2.0 / 3, -1.0 / 3, 2.0 / 3}, 2.5}}) {
-            const tResidueAreas after = residueAreas(
-                peptide, completeAreas(turned(peptide.atoms, axis, angle), probe, slice));
+            const tResidueAreas after =
+                residueAreas(peptide, completeAreas(turned(peptide.atoms, axis, angle),
+                                                    usualProbeRadius, zSlice));
             worst = std::max(worst, rootMeanSquare(before, after));
         }
-        EXPECT_LT(worst, 0.7 * former) << "slice " << slice;
-        EXPECT_LT(worst, 3.0 * slice) << "slice " << slice;
+        EXPECT_LT(worst, 0.7 * former) << "slice " << zSlice;
+        EXPECT_LT(worst, 3.0 * zSlice) << "slice " << zSlice;
         former = worst;
     }
 }
 
 TEST(CompleteSurface, FinerSlicesConverge) {
     const cPdbPeptide peptide = samplePeptide("1ubq");
-    const tResidueAreas finest = residueAreas(peptide, completeAreas(peptide.atoms, probe, 0.002));
-    for (const auto& [slice, bound] :
+    const tResidueAreas finest =
+        residueAreas(peptide, completeAreas(peptide.atoms, usualProbeRadius, 0.002));
+    for (const auto& [zSlice, bound] :
          {std::pair{0.25, 0.4}, {0.1, 0.2}, {0.05, 0.07}, {0.01, 0.01}}) {
         const tResidueAreas areas =
-            residueAreas(peptide, completeAreas(peptide.atoms, probe, slice));
-        EXPECT_LT(rootMeanSquare(areas, finest), bound) << slice;
+            residueAreas(peptide, completeAreas(peptide.atoms, usualProbeRadius, zSlice));
+        EXPECT_LT(rootMeanSquare(areas, finest), bound) << zSlice;
     }
 }
 
 // Against the slow implementation that shares no code
 
-tAreas referenceAreas(const tAtoms& atoms, double probeRadius, double slice) {
+tAreas referenceAreas(const tAtoms& atoms, double probeRadius, double zSlice) {
     std::vector<reference::sAtom> copies;
     for (const cResidueAtom& atom : atoms) {
         copies.push_back(
             reference::makeAtom(atom.atomName, atom.serial, atom.x, atom.y, atom.z, atom.radius));
     }
-    return reference::completeAtomAreas(copies, probeRadius, slice);
+    return reference::completeAtomAreas(copies, probeRadius, zSlice);
 }
 
 /// Single precision may shift the ends of an arc that barely reaches a plane by some 0.001 rad.
-void expectReferenceAreas(const tAtoms& atoms, double probeRadius, double slice) {
-    const tAreas areas = completeAreas(atoms, probeRadius, slice);
-    const tAreas expected = referenceAreas(atoms, probeRadius, slice);
+void expectReferenceAreas(const tAtoms& atoms, double probeRadius, double zSlice) {
+    const tAreas areas = completeAreas(atoms, probeRadius, zSlice);
+    const tAreas expected = referenceAreas(atoms, probeRadius, zSlice);
     for (std::size_t i = 0; i < atoms.size(); ++i) {
         const double enlarged = std::max(0.0, atoms[i].radius + probeRadius);
         const double allowance =
-            1e-6 * sphereArea(enlarged) + 0.005 * enlarged * std::min(slice, enlarged);
+            1e-6 * sphereArea(enlarged) + 0.005 * enlarged * std::min(zSlice, enlarged);
         EXPECT_NEAR(areas[i], expected[i], allowance)
             << "atom " << i << " of " << atoms.size() << ", probe " << probeRadius << ", slice "
-            << slice;
+            << zSlice;
     }
 }
 
 TEST(CompleteSurface, AgreesWithTheIndependentImplementationOnSamples) {
     for (const std::string& name : sampleCodes()) {
-        expectReferenceAreas(samplePeptide(name).atoms, probe, 0.25);
+        expectReferenceAreas(samplePeptide(name).atoms, usualProbeRadius, 0.25);
     }
-    for (const double slice : {0.05, 0.1, 1.0, 10.0}) {
-        expectReferenceAreas(samplePeptide("1ubq").atoms, probe, slice);
+    for (const double zSlice : {0.05, 0.1, 1.0, 10.0}) {
+        expectReferenceAreas(samplePeptide("1ubq").atoms, usualProbeRadius, zSlice);
     }
 }
 
@@ -534,7 +537,7 @@ TEST(CompleteSurface, AgreesWithTheIndependentImplementationOnRandomAtoms) {
 
 TEST(CompleteSurface, AgreesOnExactTouchesAndAlignments) {
     for (const tAtoms& atoms : examples()) {
-        expectReferenceAreas(atoms, probe, 0.25);
+        expectReferenceAreas(atoms, usualProbeRadius, 0.25);
         expectReferenceAreas(atoms, 0.0, 0.25);
     }
 }
@@ -542,15 +545,15 @@ TEST(CompleteSurface, AgreesOnExactTouchesAndAlignments) {
 // Depth asks for areas of exactly 0.
 TEST(CompleteSurface, BuriedMeansExactlyNothing) {
     const tAtoms lattice = examples()[3];
-    const tAreas areas = completeAreas(lattice, probe, 0.25);
+    const tAreas areas = completeAreas(lattice, usualProbeRadius, 0.25);
     for (int i = 0; i < 343; ++i) {
         const auto isInner = [](int place) { return place > 0 && place < 6; };
         const bool isBuried = isInner(i % 7) && isInner(i / 7 % 7) && isInner(i / 49);
         EXPECT_EQ(areas[static_cast<std::size_t>(i)] == 0.0, isBuried) << i;
     }
     const tAtoms atoms = samplePeptide("2hhb").atoms;
-    const tAreas found = completeAreas(atoms, probe, 0.25);
-    const tAreas expected = referenceAreas(atoms, probe, 0.25);
+    const tAreas found = completeAreas(atoms, usualProbeRadius, 0.25);
+    const tAreas expected = referenceAreas(atoms, usualProbeRadius, 0.25);
     std::size_t buried = 0;
     for (std::size_t i = 0; i < atoms.size(); ++i) {
         EXPECT_TRUE(found[i] == 0.0 || expected[i] > 0.0) << i;

@@ -29,7 +29,7 @@ namespace kelmo {
 namespace {
 
 constexpr double pi = std::numbers::pi;
-constexpr double probe = 1.4;
+constexpr double usualProbeRadius = 1.4;
 
 using tAreas = std::vector<double>;
 
@@ -140,10 +140,10 @@ TEST(SliceCount, TopIsTakenFromTheAtom) {
 
 TEST(FreeSurface, SlicesAreCountedDown) {
     cResidueAtom atom = atomAt(0.0, 0.0, 0.0, 1.0);
-    atom.setFreeSurface(nullptr, 0, 0.25, probe);
+    atom.setFreeSurface(nullptr, 0, 0.25, usualProbeRadius);
     EXPECT_EQ(atom.sliceCount, 0);
     cResidueAtom negative = atomAt(0.0, 0.0, 0.0, -2.0);
-    negative.setFreeSurface(nullptr, 0, 0.25, probe);
+    negative.setFreeSurface(nullptr, 0, 0.25, usualProbeRadius);
     EXPECT_EQ(negative.sliceCount, -1);
 }
 
@@ -152,8 +152,9 @@ TEST(FreeSurface, SlicesAreCountedDown) {
 TEST(FreeSurface, IsolatedAtomHasNone) {
     tAtoms atoms{atomAt(1.0, 2.0, 3.0)};
     atoms[0].asa = 55.0;
-    EXPECT_EQ(areasEveryWay(atoms, probe, 0.25), tAreas{0.0});
-    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0), atomAt(0, 0, 100)}, probe, 0.25), (tAreas{0.0, 0.0}));
+    EXPECT_EQ(areasEveryWay(atoms, usualProbeRadius, 0.25), tAreas{0.0});
+    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0), atomAt(0, 0, 100)}, usualProbeRadius, 0.25),
+              (tAreas{0.0, 0.0}));
 }
 
 TEST(FreeSurface, NoAtomsAreNoWork) {
@@ -161,9 +162,9 @@ TEST(FreeSurface, NoAtomsAreNoWork) {
     atoms[0].asa = 55.0;
     atoms[1].asa = 66.0;
     const sCorners box(atoms);
-    calculateAtomASA(atoms.data(), 0, box.maxPoint, box.minPoint, probe, 0.25);
+    calculateAtomASA(atoms.data(), 0, box.maxPoint, box.minPoint, usualProbeRadius, 0.25);
     EXPECT_EQ(areasOf(atoms), (tAreas{55.0, 66.0})) << "atoms beyond the count are not touched";
-    EXPECT_NO_THROW(calculateAtomASA(nullptr, 0, sPoint{}, sPoint{}, probe, 0.25));
+    EXPECT_NO_THROW(calculateAtomASA(nullptr, 0, sPoint{}, sPoint{}, usualProbeRadius, 0.25));
 }
 
 // Two spheres of 2 Å, 5.2 Å apart: they do not touch, but each turns those planes of the other that
@@ -217,7 +218,9 @@ TEST(FreeSurface, EnclosedAtomHasNone) {
     EXPECT_EQ(areas[0], 0.0);
     // Of the larger one, the planes at -0.5, 0 and 0.5 meet the smaller one, which covers nothing.
     EXPECT_NEAR(areas[1], 3 * 6.283 * 3.0 * 0.5, 4e-4);
-    EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(0, 0, 0.5, 3.0)}, probe, 0.25)[0], 0.0)
+    EXPECT_EQ(
+        areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(0, 0, 0.5, 3.0)}, usualProbeRadius, 0.25)[0],
+        0.0)
         << "one above the other";
     EXPECT_EQ(areasEveryWay({atomAt(0, 0, 0, 1.0), atomAt(1, 0, 0, 2.0)}, 0.0, 0.25)[0], 0.0)
         << "touching from inside";
@@ -225,18 +228,19 @@ TEST(FreeSurface, EnclosedAtomHasNone) {
 
 TEST(FreeSurface, SecondNeighbourAtTheSamePlaceChangesNothing) {
     tAtoms atoms{atomAt(0.0, 0.0, 0.0, 1.5), atomAt(2.0, 1.0, 0.5, 1.7)};
-    const double area = areasEveryWay(atoms, probe, 0.25)[0];
+    const double area = areasEveryWay(atoms, usualProbeRadius, 0.25)[0];
     EXPECT_GT(area, 10.0);
     atoms.push_back(atoms[1]);
-    EXPECT_EQ(areasEveryWay(atoms, probe, 0.25)[0], area);
+    EXPECT_EQ(areasEveryWay(atoms, usualProbeRadius, 0.25)[0], area);
 }
 
 TEST(FreeSurface, AtomsAtOnePlaceDoNotCoverEachOther) {
     const tAtoms pair(2, atomAt(1.0, 1.0, 1.0));
-    EXPECT_EQ(areasEveryWay(pair, probe, 0.25), (tAreas{0.0, 0.0})) << "no neighbours at all";
+    EXPECT_EQ(areasEveryWay(pair, usualProbeRadius, 0.25), (tAreas{0.0, 0.0}))
+        << "no neighbours at all";
     const tAtoms withThird{pair[0], pair[1], atomAt(3.0, 1.0, 1.0)};
-    const tAreas areas = areasEveryWay(withThird, probe, 0.25);
-    EXPECT_EQ(areas[0], areasEveryWay({pair[0], withThird[2]}, probe, 0.25)[0]);
+    const tAreas areas = areasEveryWay(withThird, usualProbeRadius, 0.25);
+    EXPECT_EQ(areas[0], areasEveryWay({pair[0], withThird[2]}, usualProbeRadius, 0.25)[0]);
     EXPECT_EQ(areas[0], areas[1]);
 }
 
@@ -273,7 +277,7 @@ TEST(FreeSurface, NegativeAreaIsReportedWithTheSerial) {
 
 TEST(FreeSurface, AreasOfSpheresAreReportedByNobody) {
     testing::internal::CaptureStdout();
-    areasEveryWay(randomCloud(1, 100, 10.0), probe, 0.25);
+    areasEveryWay(randomCloud(1, 100, 10.0), usualProbeRadius, 0.25);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
@@ -291,8 +295,8 @@ TEST(SurfaceNeighbours, CountUpToFourProbesBetweenTheSpheres) {
 // The cells that are searched reach 2 * 1.4 + 2 * 2.0 + 1 = 7.8 Å, which is less than the range of
 // large atoms; so at 8 Å only the one with the larger coordinate sees the other.
 TEST(SurfaceNeighbours, AreSoughtWithinTheBoxOfCells) {
-    const tAreas areas =
-        areasEveryWay({atomAt(0.0, 0.0, 0.0, 2.0), atomAt(8.0, 0.0, 0.0, 2.0)}, probe, 0.25);
+    const tAreas areas = areasEveryWay({atomAt(0.0, 0.0, 0.0, 2.0), atomAt(8.0, 0.0, 0.0, 2.0)},
+                                       usualProbeRadius, 0.25);
     EXPECT_EQ(areas[0], 0.0);
     EXPECT_GT(areas[1], 100.0);
 }
@@ -304,10 +308,10 @@ TEST(SurfaceNeighbours, LargeSpheresBeyondTheBoxOfCellsDoNotCover) {
 
 TEST(SurfaceNeighbours, OrderOfTheAtomsDoesNotMatter) {
     tAtoms atoms = randomCloud(2, 300, 14.0);
-    tAreas areas = fastAreas(atoms, probe, 0.25);
+    tAreas areas = fastAreas(atoms, usualProbeRadius, 0.25);
     std::reverse(atoms.begin(), atoms.end());
     std::reverse(areas.begin(), areas.end());
-    EXPECT_EQ(fastAreas(atoms, probe, 0.25), areas);
+    EXPECT_EQ(fastAreas(atoms, usualProbeRadius, 0.25), areas);
 }
 
 // Bodies of known area. A slice that meets no circle counts for nothing, so every sphere gets a
@@ -329,7 +333,7 @@ cResidueAtom companionOf(const sBall& ball, const std::vector<sBall>& balls) {
                    companionRadius);
         if (std::all_of(balls.begin(), balls.end(), [&](const sBall& other) {
                 return centreDistance(companion, atomAt(other.x, other.y, other.z)) >
-                       companionRadius + probe + other.enlarged;
+                       companionRadius + usualProbeRadius + other.enlarged;
             })) {
             return companion;
         }
@@ -344,12 +348,12 @@ cResidueAtom companionOf(const sBall& ball, const std::vector<sBall>& balls) {
 tAreas exposedAreas(const std::vector<sBall>& balls) {
     tAtoms atoms;
     for (const sBall& ball : balls) {
-        atoms.push_back(atomAt(ball.x, ball.y, ball.z, ball.enlarged - probe));
+        atoms.push_back(atomAt(ball.x, ball.y, ball.z, ball.enlarged - usualProbeRadius));
     }
     for (const sBall& ball : balls) {
         atoms.push_back(companionOf(ball, balls));
     }
-    tAreas areas = areasEveryWay(atoms, probe, 0.02);
+    tAreas areas = areasEveryWay(atoms, usualProbeRadius, 0.02);
     areas.resize(balls.size());
     return areas;
 }
@@ -484,10 +488,10 @@ std::string shown(double value, int digits) {
 TEST(SurfaceOfSamples, MovingByWholeAngstromsChangesNoDigitOfAReport) {
     for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
-        const tAreas areas = fastAreas(atoms, probe, 0.25);
+        const tAreas areas = fastAreas(atoms, usualProbeRadius, 0.25);
         for (const sPoint& by :
              {sPoint{1, 1, 1}, sPoint{10, -20, 30}, sPoint{0, 0, 7}, sPoint{-500, 300, -200}}) {
-            const tAreas after = fastAreas(moved(atoms, by.x, by.y, by.z), probe, 0.25);
+            const tAreas after = fastAreas(moved(atoms, by.x, by.y, by.z), usualProbeRadius, 0.25);
             std::size_t changed = 0;
             for (std::size_t i = 0; i < areas.size(); ++i) {
                 changed += shown(areas[i], 6) != shown(after[i], 6) ||
@@ -514,12 +518,12 @@ tAtoms turned(const tAtoms& atoms, sPoint (*turn)(const cResidueAtom&)) {
 TEST(SurfaceOfSamples, QuarterTurnAboutTheSliceAxisKeepsEveryArea) {
     for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
-        const tAreas areas = fastAreas(atoms, probe, 0.25);
+        const tAreas areas = fastAreas(atoms, usualProbeRadius, 0.25);
         const tAreas after = fastAreas(turned(atoms,
                                               [](const cResidueAtom& a) {
                                                   return sPoint{-a.y, a.x, a.z};
                                               }),
-                                       probe, 0.25);
+                                       usualProbeRadius, 0.25);
         EXPECT_NEAR(sumOf(after), sumOf(areas), 1e-4 * sumOf(areas)) << name;
         for (std::size_t i = 0; i < areas.size(); ++i) {
             EXPECT_NEAR(after[i], areas[i], 0.05) << name << " atom " << i;
@@ -530,12 +534,12 @@ TEST(SurfaceOfSamples, QuarterTurnAboutTheSliceAxisKeepsEveryArea) {
 TEST(SurfaceOfSamples, SlicingAlongAnotherAxisGivesNearlyTheSameTotal) {
     for (const std::string& name : sampleCodes()) {
         const tAtoms atoms = samplePeptide(name).atoms;
-        const double total = sumOf(fastAreas(atoms, probe, 0.05));
+        const double total = sumOf(fastAreas(atoms, usualProbeRadius, 0.05));
         const double alongX = sumOf(fastAreas(turned(atoms,
                                                      [](const cResidueAtom& a) {
                                                          return sPoint{a.z, a.y, -a.x};
                                                      }),
-                                              probe, 0.05));
+                                              usualProbeRadius, 0.05));
         EXPECT_NEAR(alongX, total, 0.005 * total) << name;
     }
 }
@@ -605,7 +609,8 @@ TEST(FastSurface, AgreesOnPlanesLinesAndColumns) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         for (const sPoint& edges : {sPoint{15, 15, 0}, sPoint{0, 15, 15}, sPoint{30, 0, 0},
                                     sPoint{0, 0, 30}, sPoint{0.02, 0.02, 30}, sPoint{1e5, 4, 4}}) {
-            areasEveryWay(randomCloud(seed, 40, edges, {1.4, 1.5, 1.75, 2.0}), probe, 0.25);
+            areasEveryWay(randomCloud(seed, 40, edges, {1.4, 1.5, 1.75, 2.0}), usualProbeRadius,
+                          0.25);
         }
         if (HasFailure()) {
             FAIL() << "seed " << seed;
@@ -619,7 +624,7 @@ TEST(FastSurface, AgreesWhereAtomsShareTheirPlaces) {
         const tAtoms once = atoms;
         atoms.insert(atoms.end(), once.begin(), once.begin() + 30);
         atoms.insert(atoms.end(), once.begin(), once.begin() + 5);
-        areasEveryWay(atoms, probe, 0.25);
+        areasEveryWay(atoms, usualProbeRadius, 0.25);
         if (HasFailure()) {
             FAIL() << "seed " << seed;
         }
@@ -791,9 +796,9 @@ TEST(FreeSurface, SquareOfARadiusThatRoundsToNothingIsNoCircle) {
         const cResidueAtom neighbour =
             atomAt(0.5, 0.25, random.coordinate(-50.0, 50.0), random.coordinate(0.5, 2.0));
         const bool isAbove = i % 2 == 0;
-        const double height = isAbove ? std::nextafter(probe + neighbour.zMax, -infinity)
-                                      : std::nextafter(neighbour.zMin - probe, infinity);
-        const double sphere = probe + neighbour.radius;
+        const double height = isAbove ? std::nextafter(usualProbeRadius + neighbour.zMax, -infinity)
+                                      : std::nextafter(neighbour.zMin - usualProbeRadius, infinity);
+        const double sphere = usualProbeRadius + neighbour.radius;
         const double square = sphere * sphere - (height - neighbour.z) * (height - neighbour.z);
         if (square > 0.0) {
             continue;
@@ -806,9 +811,9 @@ TEST(FreeSurface, SquareOfARadiusThatRoundsToNothingIsNoCircle) {
             continue;
         }
         // Slices of 100 Å: one plane, through the centre.
-        EXPECT_EQ(areasEveryWay({atom, neighbour}, probe, 100.0)[0], 0.0);
-        const double enlarged = probe + radius;
-        EXPECT_NEAR(areasEveryWay({atom, neighbour, companion}, probe, 100.0)[0],
+        EXPECT_EQ(areasEveryWay({atom, neighbour}, usualProbeRadius, 100.0)[0], 0.0);
+        const double enlarged = usualProbeRadius + radius;
+        EXPECT_NEAR(areasEveryWay({atom, neighbour, companion}, usualProbeRadius, 100.0)[0],
                     6.283 * enlarged * (50.0 + enlarged), 2e-4);
     }
     EXPECT_GT(found, 300U);
@@ -822,13 +827,14 @@ TEST(FreeSurface, PlaneExactlyAtAPoleIsNotMet) {
     for (int i = 0; i < 20000; ++i) {
         const cResidueAtom neighbour =
             atomAt(0.5, 0.25, random.coordinate(-50.0, 50.0), random.coordinate(0.5, 2.0));
-        const double height = i % 2 == 0 ? probe + neighbour.zMax : neighbour.zMin - probe;
-        const double sphere = probe + neighbour.radius;
+        const double height =
+            i % 2 == 0 ? usualProbeRadius + neighbour.zMax : neighbour.zMin - usualProbeRadius;
+        const double sphere = usualProbeRadius + neighbour.radius;
         const double square = sphere * sphere - (height - neighbour.z) * (height - neighbour.z);
         if (square > 0.0 && found < 300) {
             ++found;
             const cResidueAtom atom = atomAt(0.0, 0.0, height, 1.5);
-            EXPECT_EQ(areasEveryWay({atom, neighbour}, probe, 100.0)[0], 0.0);
+            EXPECT_EQ(areasEveryWay({atom, neighbour}, usualProbeRadius, 100.0)[0], 0.0);
         }
     }
     EXPECT_EQ(found, 300U);
@@ -892,7 +898,7 @@ TEST(CrowdedSurface, AgreesInBoxesPlanesAndLines) {
     unsigned seed = 0;
     for (const sPoint& edges : {sPoint{3, 3, 3}, sPoint{0.2, 0.2, 0.2}, sPoint{4, 4, 0},
                                 sPoint{4, 0, 0}, sPoint{0, 0, 4}, sPoint{7, 3, 3}}) {
-        expectPlainAreasOfSome(randomCloud(++seed, atoms, edges, radii), probe, 0.5,
+        expectPlainAreasOfSome(randomCloud(++seed, atoms, edges, radii), usualProbeRadius, 0.5,
                                "edges " + std::to_string(edges.x) + " " + std::to_string(edges.y) +
                                    " " + std::to_string(edges.z));
     }
@@ -911,15 +917,15 @@ TEST(CrowdedSurface, AgreesWithRadiiOfEverySize) {
 
 TEST(CrowdedSurface, AgreesOnShells) {
     for (const double radius : {0.5, 2.0, 4.0}) {
-        expectPlainAreasOfSome(shell(1, 2 * cSurfaceKernel::usualCrowd, radius), probe, 0.25,
-                               "shell of " + std::to_string(radius));
+        expectPlainAreasOfSome(shell(1, 2 * cSurfaceKernel::usualCrowd, radius), usualProbeRadius,
+                               0.25, "shell of " + std::to_string(radius));
     }
 }
 
 TEST(CrowdedSurface, AgreesOnAProteinInNanometres) {
     tAtoms atoms = samplePeptide("2hhb").atoms;
     scale(atoms, 0.1);
-    expectPlainAreasOfSome(atoms, probe, 0.25, "2hhb");
+    expectPlainAreasOfSome(atoms, usualProbeRadius, 0.25, "2hhb");
 }
 
 TEST(CrowdedSurface, AgreesInACrowdWithinAProteinAndWithOneAtomFarAway) {
@@ -928,9 +934,9 @@ TEST(CrowdedSurface, AgreesInACrowdWithinAProteinAndWithOneAtomFarAway) {
         atoms.push_back(atomAt(atoms[100].x + atom.x, atoms[100].y + atom.y, atoms[100].z + atom.z,
                                atom.radius));
     }
-    expectPlainAreasOfSome(atoms, probe, 0.5, "crowd within");
+    expectPlainAreasOfSome(atoms, usualProbeRadius, 0.5, "crowd within");
     atoms.push_back(atomAt(9999.0, 9999.0, 9999.0, 1.8));
-    expectPlainAreasOfSome(atoms, probe, 0.5, "one far away");
+    expectPlainAreasOfSome(atoms, usualProbeRadius, 0.5, "one far away");
 }
 
 TEST(CrowdedSurface, AgreesWhereManyShareTheirPlaces) {
@@ -940,7 +946,7 @@ TEST(CrowdedSurface, AgreesWhereManyShareTheirPlaces) {
             atoms.push_back(atom);
         }
     }
-    expectPlainAreasOfSome(atoms, probe, 0.5, "places shared");
+    expectPlainAreasOfSome(atoms, usualProbeRadius, 0.5, "places shared");
 }
 
 // Instruction sets and threads
@@ -948,13 +954,13 @@ TEST(CrowdedSurface, AgreesWhereManyShareTheirPlaces) {
 TEST(FastSurface, EveryInstructionSetGivesTheSameBits) {
     const tAtoms sample = samplePeptide("1ubq").atoms;
     const tAtoms cloud = randomCloud(3, 500, 18.0);
-    const tAreas sampleAreas = plainAreas(sample, probe, 0.25);
-    const tAreas cloudAreas = plainAreas(cloud, probe, 0.25);
+    const tAreas sampleAreas = plainAreas(sample, usualProbeRadius, 0.25);
+    const tAreas cloudAreas = plainAreas(cloud, usualProbeRadius, 0.25);
     ASSERT_FALSE(availableSurfaceLoops().empty());
     for (std::size_t place = 0; place < availableSurfaceLoops().size(); ++place) {
         const cOnlyLoops only(place);
-        EXPECT_EQ(fastAreas(sample, probe, 0.25), sampleAreas) << only.name();
-        EXPECT_EQ(fastAreas(cloud, probe, 0.25), cloudAreas) << only.name();
+        EXPECT_EQ(fastAreas(sample, usualProbeRadius, 0.25), sampleAreas) << only.name();
+        EXPECT_EQ(fastAreas(cloud, usualProbeRadius, 0.25), cloudAreas) << only.name();
         for (unsigned seed = 0; seed < 500; ++seed) {
             areasEveryWay(nearlyTouching(seed, 0.5), 0.0, 0.5);
         }
@@ -969,11 +975,11 @@ TEST(FastSurface, NumberOfThreadsDoesNotMatter) {
     tAreas areas;
     for (const std::size_t threads : {1U, 2U, 4U}) {
         const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, threads);
-        const tAreas found = fastAreas(atoms, probe, 0.25);
+        const tAreas found = fastAreas(atoms, usualProbeRadius, 0.25);
         EXPECT_TRUE(areas.empty() || found == areas) << threads;
         areas = found;
     }
-    EXPECT_EQ(areas, plainAreas(atoms, probe, 0.25));
+    EXPECT_EQ(areas, plainAreas(atoms, usualProbeRadius, 0.25));
 }
 
 // Against the slow implementation that shares no code with either
@@ -994,8 +1000,8 @@ tAreas referenceAreas(const tAtoms& atoms, double probeRadius, double zSlice) {
 }
 
 TEST(PlainSurface, AgreesWithTheIndependentImplementation) {
-    EXPECT_EQ(plainAreas(samplePeptide("1ubq").atoms, probe, 0.25),
-              referenceAreas(samplePeptide("1ubq").atoms, probe, 0.25));
+    EXPECT_EQ(plainAreas(samplePeptide("1ubq").atoms, usualProbeRadius, 0.25),
+              referenceAreas(samplePeptide("1ubq").atoms, usualProbeRadius, 0.25));
     for (unsigned seed = 0; seed < 40; ++seed) {
         const tAtoms atoms =
             randomCloud(seed, 60, 4.0 + seed % 20, {0.0, 1.4, 1.75, 2.0, 3.5, -1.4});

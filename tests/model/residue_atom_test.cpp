@@ -137,16 +137,16 @@ TEST(ResidueAtom, IntersectionAddsInAFixedOrder) {
     for (int i = 0; i < 20000; ++i) {
         const double radius = thousandths(4000);
         const double otherRadius = thousandths(4000);
-        const double probe = thousandths(3000);
-        const double sum = radius + probe + otherRadius + probe;
+        const double enlargement = thousandths(3000);
+        const double sum = radius + enlargement + otherRadius + enlargement;
         if (sum == 0.0) {
             continue;
         }
-        differing += sum != radius + otherRadius + 2.0 * probe ? 1U : 0U;
+        differing += sum != radius + otherRadius + 2.0 * enlargement ? 1U : 0U;
         const cResidueAtom a = atomAt(0, 0, 0, radius);
-        ASSERT_TRUE(a.doesIntersect(atomAt(sum, 0, 0, otherRadius), probe));
+        ASSERT_TRUE(a.doesIntersect(atomAt(sum, 0, 0, otherRadius), enlargement));
         ASSERT_FALSE(
-            a.doesIntersect(atomAt(std::nextafter(sum, infinity), 0, 0, otherRadius), probe));
+            a.doesIntersect(atomAt(std::nextafter(sum, infinity), 0, 0, otherRadius), enlargement));
     }
     EXPECT_GT(differing, 1000U);
 }

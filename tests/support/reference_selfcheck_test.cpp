@@ -21,7 +21,7 @@ namespace {
 using namespace reference;
 
 constexpr double pi = 3.141592653589793;
-constexpr double probe = 1.4;
+constexpr double usualProbeRadius = 1.4;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 sAtom sphere(double x, double y, double z, double radius) {
@@ -107,20 +107,21 @@ TEST(ReferenceReader, FileWithoutAtomsIsEmpty) {
 // Surface
 
 TEST(ReferenceSurface, IsolatedAtomHasNoArea) {
-    EXPECT_EQ(atomAreas({sphere(0, 0, 0, 1.7)}, probe, 0.1), std::vector<double>{0.0});
+    EXPECT_EQ(atomAreas({sphere(0, 0, 0, 1.7)}, usualProbeRadius, 0.1), std::vector<double>{0.0});
 }
 
 TEST(ReferenceSurface, CoincidentAtomsDoNotSeeEachOther) {
-    EXPECT_EQ(atomAreas({sphere(1, 2, 3, 1.7), sphere(1, 2, 3, 1.7)}, probe, 0.1),
+    EXPECT_EQ(atomAreas({sphere(1, 2, 3, 1.7), sphere(1, 2, 3, 1.7)}, usualProbeRadius, 0.1),
               (std::vector<double>{0.0, 0.0}));
 }
 
 TEST(ReferenceSurface, EqualSpheresMatchTheCapFormula) {
-    const double enlarged = 1.7 + probe;
+    const double enlarged = 1.7 + usualProbeRadius;
     for (const double distance : {1.0, 2.5, 4.0, 6.0}) {
         for (const auto& [x, y] : {std::pair{1.0, 0.0}, {0.0, -1.0}, {-0.6, 0.8}}) {
-            const auto areas = atomAreas(
-                {sphere(0, 0, 0, 1.7), sphere(x * distance, y * distance, 0, 1.7)}, probe, 0.01);
+            const auto areas =
+                atomAreas({sphere(0, 0, 0, 1.7), sphere(x * distance, y * distance, 0, 1.7)},
+                          usualProbeRadius, 0.01);
             const double expected = exposedArea(enlarged, enlarged, distance);
             EXPECT_NEAR(areas[0], expected, 0.005 * expected) << distance;
             EXPECT_NEAR(areas[1], expected, 0.005 * expected) << distance;
@@ -135,20 +136,23 @@ TEST(ReferenceSurface, SmallerSphereAtAnyHeightMatchesTheCapFormula) {
         const auto areas =
             atomAreas({sphere(0, 0, 0, 1.9), sphere(distance * side, 0, distance * tilt, 1.4),
                        distantNeighbour(0.0)},
-                      probe, 0.01);
-        const double expected = exposedArea(1.9 + probe, 1.4 + probe, distance);
+                      usualProbeRadius, 0.01);
+        const double expected =
+            exposedArea(1.9 + usualProbeRadius, 1.4 + usualProbeRadius, distance);
         EXPECT_NEAR(areas[0], expected, 0.005 * expected) << tilt;
     }
 }
 
 TEST(ReferenceSurface, SphereWithinAnotherHasNoArea) {
-    const auto areas = atomAreas({sphere(0, 0, 0, 1.0), sphere(0.2, 0, 0, 1.9)}, probe, 0.05);
+    const auto areas =
+        atomAreas({sphere(0, 0, 0, 1.0), sphere(0.2, 0, 0, 1.9)}, usualProbeRadius, 0.05);
     EXPECT_EQ(areas[0], 0.0);
     EXPECT_GT(areas[1], 0.0);
 }
 
 TEST(ReferenceSurface, DistantNeighbourExposesTheWholeSphere) {
-    const auto areas = atomAreas({sphere(0, 0, 0, 1.9), distantNeighbour(0.0)}, probe, 0.01);
+    const auto areas =
+        atomAreas({sphere(0, 0, 0, 1.9), distantNeighbour(0.0)}, usualProbeRadius, 0.01);
     const double expected = 4 * pi * 3.3 * 3.3;
     EXPECT_NEAR(areas[0], expected, 0.005 * expected);
 }
@@ -158,13 +162,13 @@ TEST(ReferenceSurface, ScannedBoxLosesNeighboursBeyondItsReach) {
     // the second atom, the first lies in the lowest cell that the reach touches; not so backwards.
     const double whole = 4 * pi * 3.3 * 3.3;
     const std::vector<sAtom> atoms{sphere(0, 0, 0, 1.9), sphere(8.5, 0, 0, 1.9)};
-    const auto scanned = atomAreas(atoms, probe, 0.1);
+    const auto scanned = atomAreas(atoms, usualProbeRadius, 0.1);
     EXPECT_EQ(scanned[0], 0.0);
     EXPECT_NEAR(scanned[1], whole, 0.02 * whole);
-    const auto every = atomAreas(atoms, probe, 0.1, eNeighbourSearch::everyPair);
+    const auto every = atomAreas(atoms, usualProbeRadius, 0.1, eNeighbourSearch::everyPair);
     EXPECT_NEAR(every[0], whole, 0.02 * whole);
     EXPECT_EQ(every[1], scanned[1]);
-    EXPECT_EQ(atomAreas({sphere(0, 0, 0, 1.9), sphere(9, 0, 0, 1.9)}, probe, 0.1),
+    EXPECT_EQ(atomAreas({sphere(0, 0, 0, 1.9), sphere(9, 0, 0, 1.9)}, usualProbeRadius, 0.1),
               (std::vector<double>{0.0, 0.0}));
 }
 
@@ -172,8 +176,9 @@ TEST(ReferenceSurface, ScannedBoxIsASubsetOfEveryPair) {
     const std::vector<sAtom> atoms = randomAtoms(7, 300, 30.0);
     std::size_t lost = 0;
     for (std::size_t i = 0; i < atoms.size(); ++i) {
-        const auto scanned = surfaceNeighbours(atoms, i, probe);
-        const auto every = surfaceNeighbours(atoms, i, probe, eNeighbourSearch::everyPair);
+        const auto scanned = surfaceNeighbours(atoms, i, usualProbeRadius);
+        const auto every =
+            surfaceNeighbours(atoms, i, usualProbeRadius, eNeighbourSearch::everyPair);
         EXPECT_TRUE(std::includes(every.begin(), every.end(), scanned.begin(), scanned.end()));
         lost += every.size() - scanned.size();
         for (const std::size_t n : every) {
@@ -187,7 +192,8 @@ TEST(ReferenceSurface, ScannedBoxIsASubsetOfEveryPair) {
 }
 
 TEST(ReferenceSurface, ThickSliceGivesOneSliceThroughTheCentre) {
-    const auto slices = atomSlices(sphere(0, 0, 5, 1.6), {distantNeighbour(5.0)}, probe, 4.0);
+    const auto slices =
+        atomSlices(sphere(0, 0, 5, 1.6), {distantNeighbour(5.0)}, usualProbeRadius, 4.0);
     ASSERT_EQ(slices.size(), 1u);
     EXPECT_EQ(slices[0].height, 5.0);
     EXPECT_EQ(slices[0].radius, 3.0);
@@ -197,17 +203,17 @@ TEST(ReferenceSurface, ThickSliceGivesOneSliceThroughTheCentre) {
 }
 
 TEST(ReferenceSurface, ZeroRadiusKeepsItsArea) {
-    std::vector<sAtom> atoms{sphere(0, 0, 0, -probe), sphere(1, 0, 0, 1.6)};
+    std::vector<sAtom> atoms{sphere(0, 0, 0, -usualProbeRadius), sphere(1, 0, 0, 1.6)};
     atoms[0].asa = 12.5;
-    EXPECT_EQ(atomAreas(atoms, probe, 0.1)[0], 12.5);
+    EXPECT_EQ(atomAreas(atoms, usualProbeRadius, 0.1)[0], 12.5);
 }
 
 TEST(ReferenceSurface, AreasAreFiniteAndBoundedForEveryShape) {
     for (unsigned seed = 0; seed < 60; ++seed) {
         sStructure structure = read(randomStructureText(seed, randomStructureOptions(seed)));
-        setAtomAreas(structure.atoms, probe, 0.5);
+        setAtomAreas(structure.atoms, usualProbeRadius, 0.5);
         for (const sAtom& atom : structure.atoms) {
-            const double enlarged = atom.radius + probe;
+            const double enlarged = atom.radius + usualProbeRadius;
             EXPECT_TRUE(std::isfinite(atom.asa));
             EXPECT_GE(atom.asa, 0.0);
             EXPECT_LE(atom.asa, 4 * pi * enlarged * enlarged * 1.2);
@@ -300,11 +306,11 @@ TEST(ReferenceAreas, AtomNamesDecideTheSplit) {
 TEST(ReferenceAreas, UnknownResiduesEnterBoundChainSumsAsTheyStand) {
     sStructure structure =
         read(atomLine("CA", "ALA", 'A', "1", 0, 0, 0) + atomLine("CA", "LIG", 'A', "2", 2, 0, 0));
-    setBoundAreas(structure, probe, 0.1);
+    setBoundAreas(structure, usualProbeRadius, 0.1);
     EXPECT_EQ(structure.residues[1].areas.total, -1.0);
     EXPECT_GT(structure.areas.total, 0.0);
     EXPECT_EQ(structure.chains[0].areas.total, structure.areas.total - 1.0);
-    setUnboundAreas(structure, probe, 0.1);
+    setUnboundAreas(structure, usualProbeRadius, 0.1);
     EXPECT_GT(structure.residues[1].areas.total, 0.0);
     EXPECT_EQ(structure.areas.total, 0.0);
 }

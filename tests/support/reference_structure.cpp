@@ -55,9 +55,9 @@ bool isInRangeByCentre(const sAtom& a, const sAtom& b, double range) {
     return range >= distance && distance != 0.0;
 }
 
-bool doSpheresIntersect(const sAtom& a, const sAtom& b, double probe) {
+bool doSpheresIntersect(const sAtom& a, const sAtom& b, double enlargement) {
     const double distance = centreDistance(a, b);
-    return a.radius + probe + b.radius + probe >= distance && distance != 0.0;
+    return a.radius + enlargement + b.radius + enlargement >= distance && distance != 0.0;
 }
 
 std::string trimmed(const std::string& text) {

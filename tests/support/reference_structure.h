@@ -110,7 +110,7 @@ double centreDistance(const sAtom& a, const sAtom& b);
 bool isInRangeByCentre(const sAtom& a, const sAtom& b, double range);
 
 // True when spheres enlarged by probe touch or overlap and the centres are not at the same place.
-bool doSpheresIntersect(const sAtom& a, const sAtom& b, double probe);
+bool doSpheresIntersect(const sAtom& a, const sAtom& b, double enlargement);
 
 // Removes leading and trailing blanks and tabs, nothing else.
 std::string trimmed(const std::string& text);

@@ -97,12 +97,12 @@ std::vector<std::size_t> neighboursIn(const cScannedBox& box, std::span<const sA
                                       std::size_t index, double probeRadius,
                                       eNeighbourSearch search) {
     const sAtom& atom = atoms[index];
-    const double probe = 2 * probeRadius;
-    const double reach = probe + 2 * largestRadius + 1;
+    const double enlargement = 2 * probeRadius;
+    const double reach = enlargement + 2 * largestRadius + 1;
     std::vector<std::size_t> found;
     for (std::size_t i = 0; i < atoms.size(); ++i) {
         // A single coordinate difference above the range already decides; this only saves time.
-        const double range = atom.radius + probe + atoms[i].radius + probe;
+        const double range = atom.radius + enlargement + atoms[i].radius + enlargement;
         if (std::fabs(atom.x - atoms[i].x) > range || std::fabs(atom.y - atoms[i].y) > range ||
             std::fabs(atom.z - atoms[i].z) > range) {
             continue;
@@ -110,7 +110,7 @@ std::vector<std::size_t> neighboursIn(const cScannedBox& box, std::span<const sA
         if (search == eNeighbourSearch::scannedBox && !box.isScanned(atom, reach, i)) {
             continue;
         }
-        if (doSpheresIntersect(atom, atoms[i], probe)) {
+        if (doSpheresIntersect(atom, atoms[i], enlargement)) {
             found.push_back(i);
         }
     }
