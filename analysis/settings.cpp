@@ -2,6 +2,7 @@
 
 #include "analysis/attributes.h"
 #include "analysis/criteria.h"
+#include "analysis/input_settings.h"
 #include "base/number_text.h"
 #include "base/shown_text.h"
 
@@ -105,8 +106,15 @@ std::vector<sSetting> vorSettings() {
         outputSetting()};
 }
 
+std::vector<sSetting> withInputSettings(std::vector<sSetting> settings) {
+    const std::vector<sSetting> further = inputSettings();
+    settings.insert(settings.end(), further.begin(), further.end());
+    return settings;
+}
+
 std::vector<sSetting>& table(eModule module) {
-    static std::array<std::vector<sSetting>, 2> tables{kevSettings(), vorSettings()};
+    static std::array<std::vector<sSetting>, 2> tables{withInputSettings(kevSettings()),
+                                                       withInputSettings(vorSettings())};
     return tables[module == eModule::kev ? 0 : 1];
 }
 
@@ -178,11 +186,27 @@ std::string faultOf(const sSetting& setting, std::string_view value) {
                    shownText(value) + '"';
         }
         break;
+    case eSettingKind::word:
+        if (value.empty() || value.find_first_of(" \t\r\n") != std::string_view::npos) {
+            return setting.key + " must be a word without blanks, not \"" + shownText(value) + '"';
+        }
+        break;
     case eSettingKind::table:
     case eSettingKind::directory:
         break;
     }
     return {};
+}
+
+/// The values that the key may have if it is one of a short form, none otherwise.
+std::vector<std::string> shortFormValues(std::string_view key) {
+    std::vector<std::string> values;
+    for (const sShortForm& form : inputShortForms()) {
+        if (form.key == key) {
+            values.push_back(form.value);
+        }
+    }
+    return values;
 }
 
 std::variant<bool, double, std::string> valueFrom(const sSetting& setting, std::string_view text) {
@@ -193,6 +217,7 @@ std::variant<bool, double, std::string> valueFrom(const sSetting& setting, std::
     case eSettingKind::criterion:
         return numberFrom(text).value_or(0.0);
     case eSettingKind::choice:
+    case eSettingKind::word:
     case eSettingKind::table:
     case eSettingKind::directory:
         break;
@@ -273,6 +298,9 @@ cSettings::cSettings(eModule ofModule) : whichModule(ofModule) {
 }
 
 std::string cSettings::set(std::string_view key, std::string_view value, std::string origin) {
+    if (const auto words = shortFormValues(key); !words.empty()) {
+        return setAll(key, value, words, origin);
+    }
     const sSetting* const setting = findSetting(whichModule, key);
     if (setting == nullptr) {
         return '"' + shownText(key) + "\" is no key of a " + std::string(nameOf(whichModule)) +
@@ -285,6 +313,20 @@ std::string cSettings::set(std::string_view key, std::string_view value, std::st
     place.value = valueFrom(*setting, value);
     place.origin = std::move(origin);
     return {};
+}
+
+std::string cSettings::setAll(std::string_view key, std::string_view value,
+                              const std::vector<std::string>& words, const std::string& origin) {
+    for (const sShortForm& form : inputShortForms()) {
+        if (form.key == key && form.value == value) {
+            for (const auto& [part, itsValue] : form.meaning) {
+                set(part, itsValue, origin);
+            }
+            return {};
+        }
+    }
+    return std::string(key) + " must be " + alternatives(words) + ", not \"" + shownText(value) +
+           '"';
 }
 
 void cSettings::setFlag(std::string_view key, bool value) {
@@ -356,6 +398,16 @@ std::string cSettings::valueText(std::string_view key) const {
         return *flag ? "1" : "0";
     }
     return std::holds_alternative<double>(value) ? numberText(number(key)) : text(key);
+}
+
+std::vector<std::string> cSettings::statedKeys() const {
+    std::vector<std::string> keys;
+    for (const sSetting& setting : settingsOf(whichModule)) {
+        if (setting.isStatedIfChanged && valueText(setting.key) != setting.byDefault) {
+            keys.push_back(setting.key);
+        }
+    }
+    return keys;
 }
 
 cSettings cSettings::resolved() const {

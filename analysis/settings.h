@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -24,13 +25,14 @@ enum class eSettingKind {
     flag,      ///< on or off
     number,    ///< within a range
     choice,    ///< one of some words
+    word,      ///< a text without blanks
     criterion, ///< the number of a contact criterion
     table,     ///< path of a parameter table
     directory  ///< path of a directory
 };
 
 /// Where a setting stands among those of its module, in configuration files and forms.
-enum class eSettingGroup { calculation, tables, reports, formats, output };
+enum class eSettingGroup { calculation, tables, reports, formats, output, input };
 
 /// One setting: all that window, command line, configuration files, checks and the headers of
 /// reports know of it.
@@ -59,11 +61,20 @@ struct sSetting {
     std::string suffix = {}; ///< of a table's file: ".radii"
     /// Whether configuration files leave it out while it has its default.
     bool isWrittenOnlyIfChanged = false;
+    /// Whether the headers of all reports name it, unless it has its default.
+    bool isStatedIfChanged = false;
 
     /// The smallest number that the form offers.
     double smallestInForm() const { return smallestOffered.value_or(minimum); }
     /// The default of a number.
     double defaultNumber() const;
+};
+
+/// A key and a value that stand for the values of several settings.
+struct sShortForm {
+    std::string key = {};                                          ///< in the place of a setting's
+    std::string value = {};                                        ///< one of those it may have
+    std::vector<std::pair<std::string, std::string>> meaning = {}; ///< keys with their values
 };
 
 /// The row of the thickness of slices, which both modules have.
@@ -89,8 +100,8 @@ class cSettings {
     eModule module() const { return whichModule; }
 
     /// Takes a value in the form that configuration files have. `origin` says where it comes from,
-    /// for messages. Returns an empty text, or what is wrong: an unknown key, a value that is none
-    /// or out of its range.
+    /// for messages. A short form sets all that it stands for. Returns an empty text, or what is
+    /// wrong: an unknown key, a value that is none or out of its range.
     std::string set(std::string_view key, std::string_view value, std::string origin = {});
     /// Sets a flag without any check or origin, for a value that a form or a program has made sure
     /// of. The setting must be of this kind; a key that the module has not throws std::logic_error.
@@ -117,6 +128,8 @@ class cSettings {
     const std::string& origin(std::string_view key) const;
     /// The value as configuration files have it; numbers with six significant digits.
     std::string valueText(std::string_view key) const;
+    /// Keys of the settings that the headers of reports name.
+    std::vector<std::string> statedKeys() const;
 
     /// With what follows from other settings: flags that others need are on, those that depend on a
     /// flag that is off are off, and a criterion that makes no contact records asks for no report
@@ -130,6 +143,8 @@ class cSettings {
         std::string origin;
     };
 
+    std::string setAll(std::string_view key, std::string_view value,
+                       const std::vector<std::string>& words, const std::string& origin);
     const sValue& valueOf(std::string_view key) const;
     sValue& change(std::string_view key);
 

@@ -118,7 +118,7 @@ void kelmo::connectWorker(cModulePage& page, void (kelmo::*receive)(cStatusMessa
     });
     connect(worker, &cAnalysisRun::fileEnded, this, [&page](const sFileEnded& file) {
         takeOver(&file);
-        page.takeEnded(file.outcome);
+        page.takeEnded(file);
     });
     connect(worker, &cAnalysisRun::reportWasLost, this, [&page](const sReportLost& report) {
         takeOver(&report);

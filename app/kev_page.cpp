@@ -17,6 +17,8 @@ sPageWidgets widgetsOf(const Ui_kelmoMainWindow& form) {
             .progressLabel = form.labelKEVProgress,
             .fileList = form.listWidgetKEVFileListDisplay,
             .fileCount = form.labelKEVFileCount,
+            .preparationButton = form.pushButtonKEVPreparation,
+            .preparationSummary = form.labelKEVPreparation,
             .settingsColumn = form.verticalLayoutKEVSettings};
 }
 

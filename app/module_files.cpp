@@ -297,6 +297,7 @@ void cModulePage::loadFurtherSettings() {
             fields.show(kept, key);
         }
     }
+    showPreparation();
 }
 
 } // namespace kelmo

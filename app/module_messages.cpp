@@ -32,6 +32,13 @@ bool cModulePage::take(const cStatusMessage& message) {
     return ++messagesInInterval <= shownOneByOne;
 }
 
+void cModulePage::takeEnded(const sFileEnded& file) {
+    progress.endFile(file.outcome);
+    if (file.outcome == eFileOutcome::analysed && file.findings.has_value()) {
+        progress.add(*file.findings);
+    }
+}
+
 void cModulePage::showQueued() {
     appendMessages(*widgets.display, std::exchange(messages, {}));
 }

@@ -3,11 +3,13 @@
 #include "app/file_drop.h"
 #include "app/message_pane.h"
 
+#include <QAbstractButton>
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTextBrowser>
@@ -38,6 +40,10 @@ void cModulePage::bindPath(const std::string& key, QLineEdit* edit) {
 }
 
 void cModulePage::addFurtherSettings() {
+    preparation = new cPreparationDialog(module, fields, window);
+    QObject::connect(widgets.preparationButton, &QAbstractButton::clicked, window,
+                     [this] { choosePreparation(); });
+    showPreparation();
     auto* box = new QGroupBox(QCoreApplication::translate("kelmo", "Further settings"));
     auto* layout = new QFormLayout(box);
     if (fields.addMissing(*layout) == 0) {
@@ -45,6 +51,16 @@ void cModulePage::addFurtherSettings() {
         return;
     }
     widgets.settingsColumn->addWidget(box);
+}
+
+void cModulePage::choosePreparation() {
+    preparation->exec();
+    showPreparation();
+}
+
+void cModulePage::showPreparation() {
+    widgets.preparationSummary->setText(preparation->summary());
+    widgets.preparationSummary->setToolTip(preparation->details());
 }
 
 cSettings cModulePage::settings() const {

@@ -4,6 +4,7 @@
 #include "analysis/parameter_tables.h"
 #include "app/form_fields.h"
 #include "app/input_list.h"
+#include "app/preparation_dialog.h"
 #include "app/run_progress.h"
 #include "app/setting_fields.h"
 #include "app/status_message.h"
@@ -16,6 +17,7 @@
 #include <string>
 #include <vector>
 
+class QAbstractButton;
 class QBoxLayout;
 class QLabel;
 class QLineEdit;
@@ -46,6 +48,8 @@ struct sPageWidgets {
     QLabel* progressLabel = nullptr;
     QListWidget* fileList = nullptr;
     QLabel* fileCount = nullptr;
+    QAbstractButton* preparationButton = nullptr;
+    QLabel* preparationSummary = nullptr;
     QBoxLayout* settingsColumn = nullptr; ///< where further settings go
 };
 
@@ -67,7 +71,7 @@ class cModulePage {
     /// next refresh.
     bool take(const cStatusMessage& message);
     void takeBegun(const QString& path) { progress.beginFile(path); }
-    void takeEnded(eFileOutcome outcome) { progress.endFile(outcome); }
+    void takeEnded(const sFileEnded& file);
     void takeLost() { progress.countLostReport(); }
     bool hasQueuedMessages() const { return !messages.empty(); }
     void showQueued();
@@ -112,7 +116,8 @@ class cModulePage {
 
     /// Lets a line edit show a setting.
     void bindPath(const std::string& key, QLineEdit* edit);
-    /// Gives every setting that has no field one of its own. To be called when all are bound.
+    /// Gives every setting that has no field one of its own, those of the input in a dialog. To be
+    /// called when all are bound.
     void addFurtherSettings();
     void refuse(const QString& problem);
     /// Fields that a shortcut leaves as they are must count as they show.
@@ -141,14 +146,17 @@ class cModulePage {
     void loadFurtherSettings();
     void start();
     void deliverPendingMessages();
+    void choosePreparation();
+    void showPreparation();
     void showProgress();
     void showSummary(const QString& ending);
 
     const eModule module;
     cAnalysisRun* const analysis;
     cInputList files;
-    std::vector<cStatusMessage> messages; ///< received and not yet shown, in order
-    int messagesInInterval = 0;           ///< received since the last refresh
+    cPreparationDialog* preparation = nullptr; ///< owned by the window
+    std::vector<cStatusMessage> messages;      ///< received and not yet shown, in order
+    int messagesInInterval = 0;                ///< received since the last refresh
     cRunProgress progress;
     sRememberedDirectories directories;
     bool isStoppedByUser = false;

@@ -87,6 +87,10 @@ void cModulePage::runFinished() {
         isStoppedByUser = false;
         return;
     }
+    if (progress.findings().has_value()) {
+        showMessage(Qt::black,
+                    "Found: " + QString::fromStdString(findingsText(*progress.findings())));
+    }
     showMessage(Qt::green, QStringLiteral("Analysis finished"));
     showSummary(QCoreApplication::translate("kelmo", "Finished"));
 }

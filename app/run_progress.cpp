@@ -10,6 +10,16 @@ void cRunProgress::begin(qsizetype numberOfFiles) {
 void cRunProgress::beginFile(const QString& path) {
     current = path;
     currentLacksReport = false;
+    isCurrentWarnedOf = false;
+}
+
+void cRunProgress::countWarning() {
+    warned += isCurrentWarnedOf ? 0 : 1;
+    isCurrentWarnedOf = true;
+}
+
+void cRunProgress::add(const sFindings& newFindings) {
+    found = found.value_or(sFindings{}) += newFindings;
 }
 
 void cRunProgress::endFile(eFileOutcome outcome) {

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace kelmo {
 
 /// Counts the files of one run.
@@ -18,14 +20,17 @@ class cRunProgress {
     void endFile(eFileOutcome outcome);
     /// Of the file at hand.
     void countLostReport() { currentLacksReport = true; }
-    void countWarning() { ++warned; }
+    void countWarning();
+    void add(const sFindings& newFindings);
 
     qsizetype fileCount() const { return files; }
     qsizetype filesDone() const { return done; }
     /// Files that were given up, or of which a report is missing.
     qsizetype filesWithErrors() const { return failed; }
-    /// Files of which some atoms had no radius.
+    /// Files of which the user was warned.
     qsizetype filesWithWarnings() const { return warned; }
+    /// In the files that are done; none in the structure module.
+    const std::optional<sFindings>& findings() const { return found; }
     /// The file that is being analysed; empty between files.
     const QString& currentFile() const { return current; }
 
@@ -36,6 +41,8 @@ class cRunProgress {
     qsizetype warned = 0;
     QString current;
     bool currentLacksReport = false;
+    bool isCurrentWarnedOf = false;
+    std::optional<sFindings> found;
 };
 
 } // namespace kelmo

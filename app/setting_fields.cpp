@@ -48,6 +48,7 @@ QWidget* newField(const sSetting& setting) {
         box->setCurrentText(text(setting.byDefault));
         return box;
     }
+    case eSettingKind::word:
     case eSettingKind::table:
     case eSettingKind::directory:
     case eSettingKind::criterion:
@@ -67,9 +68,11 @@ void cSettingFields::bind(const std::string& key, QWidget* widget) {
     }
 }
 
-int cSettingFields::addMissing(QFormLayout& layout) {
+int cSettingFields::addMissing(QFormLayout& layout, std::optional<eSettingGroup> group) {
+    int count = 0;
     for (const sSetting& setting : settingsOf(module)) {
-        if (setting.kind == eSettingKind::criterion || widgets.contains(setting.key)) {
+        if (setting.kind == eSettingKind::criterion || widgets.contains(setting.key) ||
+            setting.group != group.value_or(setting.group)) {
             continue;
         }
         QWidget* const field = newField(setting);
@@ -81,8 +84,9 @@ int cSettingFields::addMissing(QFormLayout& layout) {
             layout.addRow(labelOf(setting), field);
         }
         added.push_back(setting.key);
+        ++count;
     }
-    return static_cast<int>(added.size());
+    return count;
 }
 
 QWidget* cSettingFields::widget(const std::string& key) const {
@@ -109,7 +113,9 @@ void cSettingFields::read(cSettings& settings) const {
         } else if (const auto* choice = qobject_cast<QComboBox*>(shown); choice != nullptr) {
             settings.setText(key, choice->currentText().toStdString());
         } else if (const auto* edit = qobject_cast<QLineEdit*>(shown); edit != nullptr) {
-            settings.setText(key, pathToBytes(edit->text()));
+            const sSetting& setting = *findSetting(module, key);
+            const bool isLeftEmpty = setting.kind == eSettingKind::word && edit->text().isEmpty();
+            settings.setText(key, isLeftEmpty ? setting.byDefault : pathToBytes(edit->text()));
         }
     }
 }

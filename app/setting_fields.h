@@ -5,6 +5,7 @@
 #include "app/form_fields.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,9 @@ class cSettingFields {
 
     /// Lets the widget show the setting.
     void bind(const std::string& key, QWidget* widget);
-    /// Makes a field, in the layout, for every setting that has none; returns their number.
-    int addMissing(QFormLayout& layout);
+    /// Makes a field, in the layout, for every setting of a group, or of all, that has none;
+    /// returns their number.
+    int addMissing(QFormLayout& layout, std::optional<eSettingGroup> group = std::nullopt);
 
     QWidget* widget(const std::string& key) const;
     /// The same widget for a settings file, which keeps flags, numbers and texts.

@@ -29,6 +29,8 @@ sPageWidgets widgetsOf(const Ui_kelmoMainWindow& form) {
             .progressLabel = form.labelVORProgress,
             .fileList = form.listWidgetVORFileListDisplay,
             .fileCount = form.labelVORFileCount,
+            .preparationButton = form.pushButtonVORPreparation,
+            .preparationSummary = form.labelVORPreparation,
             .settingsColumn = form.verticalLayoutVORSettings};
 }
 

@@ -55,6 +55,8 @@ class cBatchRun::cPump {
                          [this](const sMessage& message) { relay.take(message); });
         QObject::connect(worker.get(), &cAnalysisRun::reportWasLost,
                          [this](const sReportLost& report) { takeLost(report); });
+        QObject::connect(worker.get(), &cAnalysisRun::fileEnded,
+                         [this](const sFileEnded& file) { takeFindings(file); });
     }
 
     void takeFiles() {
@@ -99,9 +101,9 @@ class cBatchRun::cPump {
 
     /// Which of several files with the same name the reports are of, nobody can tell.
     bool mayTakeOver(std::size_t file, const QString& path) {
-        return run.sameNames.groupOf(file) == nullptr &&
-               areUpToDate(worker->reportNames(path, run.manner.timeStamp),
-                           std::string(run.paths[file]));
+        const QStringList reports = worker->reportNames(path, run.manner.timeStamp);
+        return run.sameNames.groupOf(file) == nullptr && !reports.isEmpty() &&
+               areUpToDate(reports, std::string(run.paths[file]));
     }
 
     /// Tells of those about which the worker was silent.
@@ -112,6 +114,13 @@ class cBatchRun::cPump {
                                               report.reason});
         }
         missing.push_back(report.fileName);
+    }
+
+    void takeFindings(const sFileEnded& file) {
+        if (file.outcome == eFileOutcome::analysed && file.findings.has_value()) {
+            const std::lock_guard lock(run.mutex);
+            run.result.findings = run.result.findings.value_or(sFindings{}) += *file.findings;
+        }
     }
 
     void record(std::size_t file, eFileOutcome outcome) {

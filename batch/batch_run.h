@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct sBatchResult {
     std::size_t takenOver = 0; ///< by a resumed run from the interrupted one
     std::size_t failed = 0;
     std::vector<sFileFault> faults; ///< in the order of the files
+    /// What the interaction module found in the files that were analysed.
+    std::optional<sFindings> findings = {};
 
     /// Files that were given up or never begun because of a stop.
     std::size_t stopped() const { return files - analysed - takenOver - failed; }

@@ -17,6 +17,9 @@ Options:
                          all attributes and reports; for vor by maximum
                          distance, 4.5 A)
   --set KEY=VALUE        override one setting of the configuration; repeatable
+  --prepare standard     one conformation, no hydrogens, modified residues as
+                         their parents, modern names understood (default:
+                         as-is); --set changes single parts of it
   --output-dir DIR       write the reports to DIR, which must exist (default:
                          the configuration's output_dir, else the current
                          directory)

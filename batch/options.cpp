@@ -24,6 +24,7 @@ enum eOptionCode : int {
     pathCode = 1, // given by getopt_long() itself
     configCode = 256,
     setCode,
+    prepareCode,
     outputDirCode,
     listCode,
     contactRulesCode,
@@ -36,9 +37,10 @@ enum eOptionCode : int {
     versionCode
 };
 
-constexpr std::array<option, 13> longOptions{{
+constexpr std::array<option, 14> longOptions{{
     {"config", required_argument, nullptr, configCode},
     {"set", required_argument, nullptr, setCode},
+    {"prepare", required_argument, nullptr, prepareCode},
     {"output-dir", required_argument, nullptr, outputDirCode},
     {"list", required_argument, nullptr, listCode},
     {"contact-rules", required_argument, nullptr, contactRulesCode},
@@ -111,6 +113,9 @@ void take(int code, sOptions& options) {
         break;
     case setCode:
         options.overrides.emplace_back(optarg);
+        break;
+    case prepareCode:
+        setOnce(options.preparation, "prepare");
         break;
     case outputDirCode:
         setOnce(options.outputDirectory, "output-dir");

@@ -24,6 +24,7 @@ struct sOptions {
     eRequest request = eRequest::analysis;
     eModule module = eModule::kev;
     std::optional<std::string> configuration;
+    std::optional<std::string> preparation;
     std::vector<std::string> overrides; ///< "KEY=VALUE", in order
     std::optional<std::string> outputDirectory;
     std::optional<std::string> contactRules;

@@ -82,6 +82,13 @@ cSettings settingsFrom(const sOptions& options) {
     if (options.configuration.has_value()) {
         readConfiguration(*options.configuration, "--config", settings);
     }
+    if (options.preparation.has_value()) {
+        const std::string origin = "--prepare " + shownText(*options.preparation);
+        if (const std::string fault = settings.set("prepare", *options.preparation, origin);
+            !fault.empty()) {
+            throw cUsageError(origin + ": " + fault);
+        }
+    }
     for (const std::string& assignment : options.overrides) {
         assign(assignment, settings);
     }

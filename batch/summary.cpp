@@ -45,6 +45,9 @@ sMessage totals(const sBatchResult& result, bool isResumed) {
 std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
                                       bool isResumed) {
     std::vector<sMessage> messages;
+    if (result.findings.has_value()) {
+        messages.emplace_back(eSeverity::progress, "Found: " + findingsText(*result.findings));
+    }
     for (const sFileFault& fault : result.faults) {
         if (fault.hasFailed) {
             messages.emplace_back(eSeverity::error, "Failed: " + shownText(paths[fault.file]));

@@ -13,8 +13,9 @@ enum class eExitStatus : int {
     stoppedBySignal = 130 ///< as shells give it for Ctrl-C
 };
 
-/// One line for every file that failed and every report that is missing, and one for the whole;
-/// that of a resumed run counts the files that were taken over.
+/// One line for what the interaction module found, one for every file that failed and every report
+/// that is missing, and one for the whole; that of a resumed run counts the files that
+/// were taken over.
 std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
                                       bool isResumed);
 

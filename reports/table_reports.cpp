@@ -5,6 +5,7 @@
 #include "reports/report_formats.h"
 #include "reports/table_number.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace kelmo {
@@ -43,6 +44,13 @@ void appendSetting(std::string& text, std::string_view label, const std::string&
     appendParameter(text, label, inOneLine(value, "\n\r\v\f"));
 }
 
+/// The settings that differ from what readers of a report would take for granted.
+void appendStatedSettings(std::string& text, const cSettings& settings) {
+    for (const std::string& key : settings.statedKeys()) {
+        appendSetting(text, key + ": ", settings.valueText(key));
+    }
+}
+
 void appendHeader(std::string& text, const sAttributeReport& report) {
     const cSettings& settings = report.settings;
     appendParameter(text, "pdb_id: ", report.columns.structureName);
@@ -60,6 +68,7 @@ void appendHeader(std::string& text, const sAttributeReport& report) {
             }
         }
     }
+    appendStatedSettings(text, settings);
     for (const sAttributeValues& values : report.columns.attributes) {
         for (const sColumnValues& column : values.columns) {
             if (column.column->ofStructure != nullptr) {
@@ -127,8 +136,27 @@ std::string interactionHeader(const sInteractionReport& report) {
             text.append(parameter.reportName).append(": ").append(value.view()) += '\n';
         }
     }
+    appendStatedSettings(text, report.settings);
     return text;
 }
+
+/// Widths of the columns that name a residue. Ids, numbers and names of PDB text fit into the least
+/// ones; those of other formats may be longer and widen their columns.
+struct sNameWidths {
+    std::size_t chain = 1;
+    std::size_t number = 6;
+    std::size_t name = 5;
+
+    explicit sNameWidths(const cPdbPeptide& structure) {
+        for (const cProteinChain& one : structure.chains) {
+            chain = std::max(chain, one.chainId.size());
+        }
+        for (const cChainResidue& residue : structure.residues) {
+            number = std::max(number, residue.residueNumber.size() + 1);
+            name = std::max(name, residue.residueName.size() + 1);
+        }
+    }
+};
 
 /// A line for every residue that is wanted.
 template <typename IsWanted, typename AppendMore>
@@ -136,15 +164,16 @@ void writeResidueLines(cTextSink& out, const sInteractionReport& report, IsWante
                        AppendMore appendMore) {
     out.write(interactionHeader(report));
     const std::string criterion = criterionName(report.settings.criterion());
+    const sNameWidths widths(report.structure);
     writeResidueBlocks(
         out, report.structure,
         [&](std::string& text, const cProteinChain& chain, const cChainResidue& residue) {
             if (!isWanted(residue)) {
                 return;
             }
-            text += chain.chainId;
-            appendField(text, residue.residueNumber, 6);
-            appendField(text, residue.residueName, 5);
+            appendField(text, chain.chainId, widths.chain);
+            appendField(text, residue.residueNumber, widths.number);
+            appendField(text, residue.residueName, widths.name);
             appendMore(text, residue);
             appendField(text, criterion, 18);
             text += '\n';
@@ -173,16 +202,17 @@ void writeAttributeTable(cTextSink& out, const sAttributeReport& report) {
 
 void writeContactTable(cTextSink& out, const sInteractionReport& report) {
     out.write(interactionHeader(report));
+    const sNameWidths widths(report.structure);
     inBlocks(
         report.contactCount,
         [&](std::string& text, std::size_t i) {
             const sContactView contact = report.contactAt(i);
-            text += contact.chain1;
-            appendField(text, contact.residueNumber1, 6);
-            appendField(text, contact.residueName1, 5);
-            appendField(text, contact.chain2, 3);
-            appendField(text, contact.residueNumber2, 6);
-            appendField(text, contact.residueName2, 5);
+            appendField(text, contact.chain1, widths.chain);
+            appendField(text, contact.residueNumber1, widths.number);
+            appendField(text, contact.residueName1, widths.name);
+            appendField(text, contact.chain2, widths.chain + 2);
+            appendField(text, contact.residueNumber2, widths.number);
+            appendField(text, contact.residueName2, widths.name);
             appendField(text, criterionName(contact.criterion), 20);
             for (const eContactType type : *contact.types) {
                 appendField(text, contactTypeName(type), 18);

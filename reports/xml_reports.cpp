@@ -54,6 +54,13 @@ void appendParameter(std::string& text, const cSettings& settings,
     }
 }
 
+/// The settings that differ from what readers of a report would take for granted.
+void appendStatedSettings(std::string& text, const cSettings& settings) {
+    for (const std::string& key : settings.statedKeys()) {
+        appendText(text, key, settings.valueText(key), 2);
+    }
+}
+
 /// The parameters of all attributes that were computed; in the document of a single chain, fewer.
 void appendParameters(std::string& text, const cSettings& settings, bool isChainDocument) {
     for (const sAttribute& attribute : attributes()) {
@@ -64,6 +71,7 @@ void appendParameters(std::string& text, const cSettings& settings, bool isChain
             }
         }
     }
+    appendStatedSettings(text, settings);
 }
 
 void appendResidue(std::string& text, const sStateColumns& columns, std::size_t residue,
@@ -147,6 +155,7 @@ std::string interactionHead(const sInteractionReport& report, const char* root, 
             appendXmlElement(text, parameter.reportName, report.settings.number(parameter.key), 2);
         }
     }
+    appendStatedSettings(text, report.settings);
     appendXmlStart(text, list, 2);
     return text;
 }

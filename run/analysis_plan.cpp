@@ -71,6 +71,15 @@ std::optional<std::string> readingProblem(const sReadResult& result, const std::
     return std::nullopt;
 }
 
+void tellSummary(const sFileSummary& summary, const std::string& fileName,
+                 cPlanFollower& follower) {
+    const std::string line = summaryLine(summary, fileName);
+    if (!line.empty()) {
+        follower.tell(
+            {isWarning(summary) ? eSeverity::warning : eSeverity::progress, displayedText(line)});
+    }
+}
+
 /// Writes the reports of a stage: each format by itself, at the same time, but the reports get
 /// their final names in order, each as soon as it and those before it are whole: a stop takes none
 /// of them away.
@@ -190,6 +199,9 @@ void carryOutStages(const sAnalysisPlan& plan, cPdbPeptide& structure, const std
         safePoint();
         stage.calculate(structure, safePoint);
         safePoint();
+        if (stage.tell) {
+            stage.tell(follower);
+        }
         cStageReports(stage.reports, base, follower, unparsable).write();
         safePoint();
     }
@@ -202,11 +214,18 @@ std::string directoryOf(const std::string& fileName) {
     return slash == std::string::npos ? "./" : fileName.substr(0, slash + 1);
 }
 
-std::vector<std::string> reportNames(const sAnalysisPlan& plan, const std::string& reportBase) {
+std::string sReportBase::ofModel(std::size_t model) const {
+    return file + (model == 0 ? "" : "_model" + std::to_string(model)) + stamp;
+}
+
+std::vector<std::string> reportNames(const sAnalysisPlan& plan, const sReportBase& reportBase) {
     std::vector<std::string> names;
+    if (plan.reading.models == eModels::each) {
+        return names;
+    }
     for (const sPlannedStage& stage : plan.stages) {
         for (const sPlannedReport& report : stage.reports) {
-            names.push_back(reportBase + report.fileNameEnd);
+            names.push_back(reportBase.ofModel(0) + report.fileNameEnd);
         }
     }
     return names;
@@ -223,7 +242,7 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
         follower.tell({eSeverity::error, "Could not open file " + path});
         return eFileOutcome::failed;
     }
-    sReadResult result = readStructure(in, job.radii);
+    sReadResult result = readStructure(in, job.radii, plan.reading);
     if (const auto problem = readingProblem(result, path)) {
         follower.tell({eSeverity::error, *problem});
         return eFileOutcome::failed;
@@ -235,9 +254,13 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
     if (const auto warning = densityWarning(result.structures, path)) {
         follower.tell({eSeverity::warning, *warning});
     }
+    tellSummary(result.summary, fileNameOf(path), follower);
     std::vector<std::string> unparsable;
-    for (cPdbPeptide& structure : result.structures) {
-        carryOutStages(plan, structure, job.reportBase, follower, unparsable);
+    std::size_t model = 0;
+    for (cPdbPeptide& read : result.structures) {
+        cPdbPeptide structure = std::move(read); // and goes when its reports are written
+        model += plan.reading.models == eModels::each ? 1 : 0;
+        carryOutStages(plan, structure, job.reportBase.ofModel(model), follower, unparsable);
     }
     if (!unparsable.empty()) {
         follower.tell({eSeverity::warning, unparsableText(unparsable)});

@@ -23,11 +23,26 @@ struct sPlannedReport {
     std::function<void(cTextSink& out)> write = {};
 };
 
+/// Who follows the work on a file.
+class cPlanFollower {
+  public:
+    virtual ~cPlanFollower() = default;
+
+    virtual void tell(sMessage message) = 0;
+    virtual void reportWritten(sReportWritten report) = 0;
+    virtual void reportLost(sReportLost report) = 0;
+    virtual void found(const sFindings& findings) = 0;
+    /// Between two steps on the thread of the work: throws sStopped when it is to be given up.
+    virtual void safePoint() = 0;
+};
+
 /// Calculations, and the reports of what they find.
 struct sPlannedStage {
     /// Calls `safePoint` between its steps; throws sStopped when that does.
     std::function<void(cPdbPeptide& structure, const std::function<void()>& safePoint)> calculate =
         {};
+    /// Tells of what was found, before the reports are written; may be empty.
+    std::function<void(cPlanFollower& follower)> tell = {};
     std::vector<sPlannedReport> reports = {}; ///< in the order in which they get their names
 };
 
@@ -39,30 +54,29 @@ struct sAnalysisPlan {
     bool isAnnouncedUnopened = false;
     /// Whether each name in the list of missing radii is followed by a separator, the last too.
     bool isListClosed = false;
+    sReadOptions reading = {};
     std::vector<sPlannedStage> stages = {};
 };
 
-/// Who follows the work on a file.
-class cPlanFollower {
-  public:
-    virtual ~cPlanFollower() = default;
+/// What the names of a file's reports begin with.
+struct sReportBase {
+    std::string file = {};  ///< directory and base name of the file
+    std::string stamp = {}; ///< "_200703141530"
 
-    virtual void tell(sMessage message) = 0;
-    virtual void reportWritten(sReportWritten report) = 0;
-    virtual void reportLost(sReportLost report) = 0;
-    /// Between two steps on the thread of the work: throws sStopped when it is to be given up.
-    virtual void safePoint() = 0;
+    /// With the number of a model, from 1, between the two; 0 for none.
+    std::string ofModel(std::size_t model) const;
 };
 
 /// One file of a run.
 struct sFileJob {
-    std::string path = {};       ///< bytes of any encoding
-    std::string reportBase = {}; ///< directory and beginning of the names of its reports
+    std::string path = {}; ///< bytes of any encoding
+    sReportBase reportBase = {};
     const std::map<std::string, double>& radii;
 };
 
-/// Final names of the reports that the plan writes for a file, in the order of writing.
-std::vector<std::string> reportNames(const sAnalysisPlan& plan, const std::string& reportBase);
+/// Final names of the reports that the plan writes for a file, in the order of writing; none when
+/// they depend on the models that the file has.
+std::vector<std::string> reportNames(const sAnalysisPlan& plan, const sReportBase& reportBase);
 
 /// Reads the file, calculates and writes the reports, and tells of it. Heeds the stop request of
 /// this thread. Throws std::bad_alloc.

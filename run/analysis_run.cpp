@@ -63,16 +63,17 @@ void cAnalysisRun::run() {
 eFileOutcome cAnalysisRun::analyseFile(const QString& path, const QString& timeStamp) {
     const std::string bytes = pathToBytes(path);
     emit fileBegun(sFileBegun(bytes));
+    findings.reset();
     const eFileOutcome outcome = analyseOrStop(bytes, reportBase(path, timeStamp));
-    emit fileEnded(sFileEnded(bytes, outcome));
+    emit fileEnded(sFileEnded(bytes, outcome, findings));
     return outcome;
 }
 
-eFileOutcome cAnalysisRun::analyse(const std::string& path, const std::string& base) {
+eFileOutcome cAnalysisRun::analyse(const std::string& path, const sReportBase& base) {
     return carryOut(plan(), {path, base, radiiTable()}, *this);
 }
 
-eFileOutcome cAnalysisRun::analyseOrStop(const std::string& path, const std::string& base) {
+eFileOutcome cAnalysisRun::analyseOrStop(const std::string& path, const sReportBase& base) {
     const cStopRequest request([this] { return isStopWanted(); });
     try {
         return analyse(path, base);
@@ -84,8 +85,8 @@ eFileOutcome cAnalysisRun::analyseOrStop(const std::string& path, const std::str
     }
 }
 
-std::string cAnalysisRun::reportBase(const QString& path, const QString& timeStamp) const {
-    return pathToBytes(reportDirectory() + baseNameOf(path) + '_' + timeStamp);
+sReportBase cAnalysisRun::reportBase(const QString& path, const QString& timeStamp) const {
+    return {pathToBytes(reportDirectory() + baseNameOf(path)), pathToBytes('_' + timeStamp)};
 }
 
 QStringList cAnalysisRun::reportNames(const QString& path, const QString& timeStamp) const {
@@ -126,6 +127,10 @@ void cAnalysisRun::safePoint() {
 
 void cAnalysisRun::tell(sMessage message) {
     emit messageSent(message);
+}
+
+void cAnalysisRun::found(const sFindings& newFindings) {
+    findings = findings.value_or(sFindings{}) += newFindings;
 }
 
 void cAnalysisRun::reportWritten(sReportWritten report) {

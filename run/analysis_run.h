@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,7 +41,8 @@ class cAnalysisRun : public QThread, private cPlanFollower {
     /// calling thread. Several threads may work at once, each through a worker object of its own.
     eFileOutcome analyseFile(const QString& path, const QString& timeStamp);
 
-    /// Final names of the reports that analyseFile() would write, in the order of writing.
+    /// Final names of the reports that analyseFile() would write, in the order of writing; none
+    /// when they depend on the models that the file has.
     QStringList reportNames(const QString& path, const QString& timeStamp) const;
 
     /// Final names of the reports that were asked for but not written since the run began.
@@ -73,13 +75,14 @@ class cAnalysisRun : public QThread, private cPlanFollower {
     /// What is to be done with every file by the settings, which the plan may refer to.
     virtual sAnalysisPlan plan() const = 0;
     virtual const std::map<std::string, double>& radiiTable() const = 0;
-    /// The work on one file, whose reports' names begin with `base`: carries out the plan.
-    virtual eFileOutcome analyse(const std::string& path, const std::string& base);
+    /// The work on one file: carries out the plan.
+    virtual eFileOutcome analyse(const std::string& path, const sReportBase& base);
 
   private:
     void tell(sMessage message) override;
     void reportWritten(sReportWritten report) override;
     void reportLost(sReportLost report) override;
+    void found(const sFindings& findings) override;
     void safePoint() override;
 
     /// False when the work is to be given up at once. On the worker thread a pending termination
@@ -87,10 +90,11 @@ class cAnalysisRun : public QThread, private cPlanFollower {
     bool mayGoOn();
     /// Whether a stop was asked for; unlike a safe point this may be asked from any thread.
     bool isStopWanted() const;
-    std::string reportBase(const QString& path, const QString& timeStamp) const;
-    eFileOutcome analyseOrStop(const std::string& path, const std::string& base);
+    sReportBase reportBase(const QString& path, const QString& timeStamp) const;
+    eFileOutcome analyseOrStop(const std::string& path, const sReportBase& base);
 
     QStringList unwritten;
+    std::optional<sFindings> findings; ///< in the file at hand
     const std::atomic<bool>* stopFlag = nullptr;
 };
 

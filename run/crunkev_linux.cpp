@@ -2,6 +2,7 @@
 
 #include "analysis/attributes.h"
 #include "analysis/columns.h"
+#include "analysis/input_settings.h"
 #include "reports/report_formats.h"
 #include "run/file_path.h"
 
@@ -23,7 +24,7 @@ cSettings allOff() {
             settings.setFlag(setting.key, false);
         } else if (setting.kind == eSettingKind::number) {
             settings.setNumber(setting.key, 0.0);
-        } else if (setting.kind != eSettingKind::choice) {
+        } else if (setting.kind == eSettingKind::table || setting.kind == eSettingKind::directory) {
             settings.setText(setting.key, {});
         }
     }
@@ -123,7 +124,8 @@ QString cRunKEV::reportDirectory() const {
 sAnalysisPlan cRunKEV::plan() const {
     sAnalysisPlan plan{.announcement = "Analysing structure of peptide from ",
                        .conclusion = "Structure of peptide from ",
-                       .isListClosed = true};
+                       .isListClosed = true,
+                       .reading = readOptionsOf(settings)};
     if (settings.flag("analyze_bound")) {
         plan.stages.push_back(stageOf(eState::bound));
     }

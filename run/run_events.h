@@ -5,7 +5,10 @@
 
 #include <QMetaType>
 
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace kelmo {
 
@@ -15,6 +18,17 @@ enum class eFileOutcome {
     failed,   ///< reported as an error; at most reports exist that were whole before
     stopped   ///< a stop was asked for; only reports that were whole before it exist
 };
+
+/// What was found in the interactions of one file, or of several.
+struct sFindings {
+    std::optional<std::size_t> contacts = {}; ///< none when the criterion finds no pairs
+    std::size_t bindingResidues = 0;
+
+    sFindings& operator+=(const sFindings& other);
+};
+
+/// "38 contacts, 57 binding residues".
+std::string findingsText(const sFindings& findings);
 
 /// What a message is to the user.
 enum class eSeverity {
@@ -54,11 +68,13 @@ struct sFileBegun : sHandedOver {
 /// The work on a file has ended.
 struct sFileEnded : sHandedOver {
     sFileEnded() = default;
-    sFileEnded(std::string itsPath, eFileOutcome itsOutcome)
-        : path(std::move(itsPath)), outcome(itsOutcome) {}
+    sFileEnded(std::string itsPath, eFileOutcome itsOutcome,
+               std::optional<sFindings> itsFindings = {})
+        : path(std::move(itsPath)), outcome(itsOutcome), findings(itsFindings) {}
 
     std::string path;
     eFileOutcome outcome = eFileOutcome::analysed;
+    std::optional<sFindings> findings; ///< of an analysed file in the interaction module
 };
 
 /// A report stands whole under its final name.

@@ -1,9 +1,12 @@
 #include "run/run_vor_linux.h"
 
 #include "analysis/criteria.h"
+#include "analysis/input_settings.h"
+#include "base/shown_text.h"
 #include "reports/report_formats.h"
 #include "run/file_path.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -12,10 +15,32 @@ namespace kelmo {
 namespace {
 
 /// What the search of a file has found, for its reports.
-struct sFindings {
+struct sSearchResult {
     const cPdbPeptide* structure = nullptr;
     sContactList contacts;
 };
+
+sFindings findingsOf(const sSearchResult& search, const sCriterion* criterion) {
+    sFindings findings;
+    if (criterion != nullptr && criterion->makesContacts) {
+        findings.contacts = search.contacts.contacts.size() / 2; // each is held in both directions
+    }
+    findings.bindingResidues = static_cast<std::size_t>(
+        std::ranges::count(search.structure->residues, true, &cChainResidue::isBinding));
+    return findings;
+}
+
+std::string oneChainText(const cPdbPeptide& structure) {
+    return "There is one chain, " + displayedText(structure.chains.front().chainId) +
+           ": no contacts between chains are possible";
+}
+
+void tellOf(const sSearchResult& search, const sCriterion* criterion, cPlanFollower& follower) {
+    if (search.structure->chains.size() == 1) {
+        follower.tell({eSeverity::progress, oneChainText(*search.structure)});
+    }
+    follower.found(findingsOf(search, criterion));
+}
 
 } // namespace
 
@@ -69,15 +94,18 @@ QString cRunVOR::reportDirectory() const {
 
 sAnalysisPlan cRunVOR::plan() const {
     const auto current = std::make_shared<const cSettings>(currentSettings());
-    const auto findings = std::make_shared<sFindings>();
+    const auto search = std::make_shared<sSearchResult>();
     sPlannedStage stage;
-    stage.calculate = [this, current, findings](cPdbPeptide& structure,
-                                                const std::function<void()>&) {
-        findings->structure = &structure;
-        findings->contacts = {};
+    stage.calculate = [this, current, search](cPdbPeptide& structure,
+                                              const std::function<void()>&) {
+        search->structure = &structure;
+        search->contacts = {};
         if (const sCriterion* const chosen = findCriterion(criterion)) {
-            findings->contacts = chosen->find(structure, {*current, contactRules});
+            search->contacts = chosen->find(structure, {*current, contactRules});
         }
+    };
+    stage.tell = [search, chosen = findCriterion(criterion)](auto& follower) {
+        tellOf(*search, chosen, follower);
     };
     for (std::size_t i = 0; i < reportFormats().size(); ++i) {
         const sReportFormat& format = reportFormats()[i];
@@ -87,10 +115,10 @@ sAnalysisPlan cRunVOR::plan() const {
                 writeReport == nullptr) {
                 continue;
             }
-            const auto write = [current, findings, &format, writeReport](cTextSink& out) {
+            const auto write = [current, search, &format, writeReport](cTextSink& out) {
                 out.write(format.prologue);
-                writeReport(
-                    out, interactionReportOf(*findings->structure, *current, findings->contacts));
+                writeReport(out,
+                            interactionReportOf(*search->structure, *current, search->contacts));
             };
             stage.reports.push_back({kind.fileNameEnd + format.suffix, i, write});
         }
@@ -98,6 +126,7 @@ sAnalysisPlan cRunVOR::plan() const {
     return {.announcement = "Analysing contacts of peptide from ",
             .conclusion = "Contacts of peptide from ",
             .isAnnouncedUnopened = true,
+            .reading = readOptionsOf(*current),
             .stages = {std::move(stage)}};
 }
 

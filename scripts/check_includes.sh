@@ -15,7 +15,7 @@ input     base model
 geometry  base model
 xml       base
 contacts  base model geometry
-analysis  base model geometry contacts
+analysis  base model input geometry contacts
 reports   base model geometry contacts analysis xml
 run       base model geometry contacts analysis xml reports input
 app       base model geometry contacts analysis xml reports input run

@@ -517,7 +517,7 @@ void cRunControlTest::messagesOfARunComeInOrder() {
     click(*window, vorNames.run);
     QVERIFY(waitForEnd(*window, vorNames));
     const QStringList lines = log(vorNames);
-    QCOMPARE(lines.size(), 7);
+    QCOMPARE(lines.size(), 8);
     QCOMPARE(lines[0], coloured(Qt::blue, "Analysis started"));
     QCOMPARE(lines[1], coloured(Qt::black, "Analysing contacts of peptide from " + a + "..."));
     QVERIFY(lines[2].startsWith(
@@ -525,7 +525,8 @@ void cRunControlTest::messagesOfARunComeInOrder() {
     QCOMPARE(lines[3], coloured(Qt::black, "Contacts of peptide from " + a + " analyzed"));
     QCOMPARE(lines[4], coloured(Qt::black, "Analysing contacts of peptide from " + b + "..."));
     QCOMPARE(lines[5], coloured(Qt::red, "There was an error in PDB file " + b + " at line 1"));
-    QCOMPARE(lines[6], coloured(Qt::green, "Analysis finished"));
+    QCOMPARE(lines[6], coloured(Qt::black, "Found: 1 contact, 2 binding residues"));
+    QCOMPARE(lines[7], coloured(Qt::green, "Analysis finished"));
 }
 
 void cRunControlTest::clickWhileRunningIsIgnored() {

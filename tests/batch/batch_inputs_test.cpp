@@ -132,6 +132,7 @@ TEST_F(BatchInputs, FailedFilesDoNotStopTheOthers) {
                            "Analysing structure of peptide from " +
                                ubiquitin +
                                "...\n"
+                               "Not analysed in 1ubq.pdb: 58 waters. See preparation.\n"
                                "Structure of peptide from " +
                                ubiquitin +
                                " analyzed\n"

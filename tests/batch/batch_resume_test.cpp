@@ -56,6 +56,7 @@ TEST_F(BatchResume, WithoutReportsEverythingIsComputed) {
     const sProcessOutcome outcome = resume("kev", {"1ubq.pdb"});
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_EQ(outcome.err, "Analysing structure of peptide from 1ubq.pdb...\n"
+                           "Not analysed in 1ubq.pdb: 58 waters. See preparation.\n"
                            "Structure of peptide from 1ubq.pdb analyzed\n"
                            "1 of 1 file analysed, 0 taken over, 0 failed, 0 reports missing\n");
     EXPECT_EQ(reports().size(), 4U);

@@ -85,10 +85,12 @@ tOddInputs recordsOfAFile() {
         {"no atom", "HEADER    EMPTY" + std::string(47, ' ') + "1ABC\nREMARK\nEND\n"},
         {"END before the atoms", "END\n" + glycines()},
         {"a word that begins with END", "ENDING\n" + glycines()},
-        {"nothing behind END counts", glycines() + "END\nATOM  bad\n", 0, 8, 2, "LH"},
+        {"nothing behind END counts", glycines() + "END\nATOM  bad\n", 0, 8, 2, "LH", "", false, "",
+         "black: Not analysed in odd.pdb: 1 later model. See preparation."},
         {"MODEL without ENDMDL", "MODEL        1\n" + glycines() + "MODEL        2\n" + glycines(),
          0, 16, 4, "LHLH"},
-        {"ENDMDL without MODEL", glycines() + "ENDMDL\n" + glycines(), 0, 8, 2, "LH"},
+        {"ENDMDL without MODEL", glycines() + "ENDMDL\n" + glycines(), 0, 8, 2, "LH", "", false, "",
+         "black: Not analysed in odd.pdb: 1 later model. See preparation."},
         {"HEADER cut to 5 columns", header(5), 0, 8, 2, "LH"},
         {"HEADER of 6 columns", header(6), 1},
         {"HEADER of 40 columns", header(40), 1},
@@ -97,7 +99,8 @@ tOddInputs recordsOfAFile() {
         {"HEADER behind the atoms", glycines() + header(66), 0, 16, 4, "LHLH"},
         {"hetero atom of 53 columns",
          glycines() + sAtomLine{.record = "HETATM", .name = "ZN"}.text().substr(0, 53) + '\n', 9},
-        {"metal at no number", glycines() + replaced(metals, "0.000", "  nan"), 0, 8, 2, "LH"},
+        {"metal at no number", glycines() + replaced(metals, "0.000", "  nan"), 0, 8, 2, "LH", "",
+         false, "", "black: Not analysed in odd.pdb: 1 ligand (ALA). See preparation."},
         {"metals and no atom", metals + metals},
         {"water and no atom", replaced(metals, "ZN ", "O  ")},
     };
@@ -136,11 +139,13 @@ tOddInputs chainsAndNumbers() {
          1},
         {"alternate locations",
          withAtom({.alternate = 'A'}) + sAtomLine{.alternate = 'B', .x = "0.500"}.line(), 0, 10, 3,
-         "LHA"},
+         "LHA", "", false, "",
+         "yellow: In odd.pdb: 1 residue with alternate locations, all counted. See preparation."},
         {"alternate locations of two residues under one number",
          withAtom({.name = "CB", .alternate = 'A', .residue = "SER"}) +
              sAtomLine{.name = "CB", .alternate = 'B', .residue = "CYS"}.line(),
-         0, 10, 3, "LHA"},
+         0, 10, 3, "LHA", "", false, "",
+         "yellow: In odd.pdb: 1 residue with alternate locations, all counted. See preparation."},
     };
 }
 
@@ -188,25 +193,34 @@ tOddInputs textsAndEncodings() {
         {"UTF-8 cut in two by the column", withAtom({.name = "CAA\xCE"}), 0, 9, 3, "LHA",
          "ALA_CAA\xCE "},
         {"Latin-1 in names", withAtom({.name = "C\xE4", .residue = "\xDC\xDF"}), 0, 9, 3, "LHA",
-         "\xDC\xDF_C\xE4 ", true},
+         "\xDC\xDF_C\xE4 ", true, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (\xEF\xBF\xBD\xEF\xBF\xBD). "
+         "See preparation."},
         {"Latin-1 as chain id", withAtom({.chain = '\xE9'}), 0, 9, 3, "LH\xE9", "", true},
         {"UTF-16", utf16(glycines())},
         {"byte order mark before the first atom", "\xEF\xBB\xBF" + glycines(), 0, 7, 2, "LH"},
         {"byte order mark before HEADER", "\xEF\xBB\xBF" + header(66), 0, 8, 2, "LH"},
         {"markup in names",
          withAtom({.name = "<&>", .residue = "\"'<", .chain = '&', .number = "<!-- "}), 0, 9, 3,
-         "LH&", "\"'<_<&> ", true},
+         "LH&", "\"'<_<&> ", true, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (\"'<). See preparation."},
         {"end of a CDATA section in names", withAtom({.name = "]]>", .residue = "]]>"}), 0, 9, 3,
-         "LHA", "]]>_]]> ", true},
+         "LHA", "]]>_]]> ", true, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (]]>). See preparation."},
         {"control characters in names",
          withAtom({.name = "\x1B[1", .residue = "\x01\x7F\b", .chain = '\x0B'}), 0, 9, 3, "LH\x0B",
-         "\x01\x7F\b_\x1B[1 ", true},
+         "\x01\x7F\b_\x1B[1 ", true, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (\x01\x7F\b). See "
+         "preparation."},
         {"bar, the separator of tables, in names",
          withAtom({.name = "|", .residue = "|||", .chain = '|', .number = "|"}), 0, 9, 3, "LH|",
-         "|||_| "},
-        {"blank names", withAtom({.name = "", .residue = ""}), 0, 9, 3, "LHA", "_ "},
+         "|||_| ", false, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (|||). See preparation."},
+        {"blank names", withAtom({.name = "", .residue = ""}), 0, 9, 3, "LHA", "_ ", false, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type. See preparation."},
         {"name that is itself a key", withAtom({.name = "Y_N", .residue = "GL"}), 0, 9, 3, "LHA",
-         "GL_Y_N "},
+         "GL_Y_N ", false, "",
+         "yellow: Not analysed in odd.pdb: 1 residue of no known type (GL). See preparation."},
         {"gzip",
          "\x1F\x8B\x08\0\0\0\0\0\0\x03\x73\x0C\xF1\xF7\x55\x30\x54\xF0\x53\x70\xE4\x02\0\x9A\xE6"s,
          0, 0, 0, "", "", false, "Could not read PDB file %: The compressed data breaks off"},
@@ -259,6 +273,8 @@ sOddInput unknownNames(std::size_t count) {
                            .line();
         input.unknown += "UNK_" + name + ' ';
     }
+    input.told =
+        "yellow: Not analysed in odd.pdb: 300 residues of no known type (UNK). See preparation.";
     return input;
 }
 

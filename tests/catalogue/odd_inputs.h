@@ -24,6 +24,8 @@ struct sOddInput {
     /// not read as PDB text, of which the rest speaks.
     std::string refusal = {};
     bool isDense = false; ///< atoms a thousandth of an ångström apart
+    /// What is told of the rest of its content, with the colour; empty for nothing.
+    std::string told = {};
 };
 
 /// All odd files of up to about a megabyte, in a fixed order with fixed bytes: also seeds for

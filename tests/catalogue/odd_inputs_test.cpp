@@ -57,6 +57,13 @@ class OddInput : public testing::TestWithParam<sOddInput> {
             lines.push_back("yellow: Mean distance to the nearest atom in PDB file " + file +
                             " is 0.001 Å: are the coordinates in nanometres?");
         }
+        if (!input().told.empty()) {
+            lines.push_back(input().told);
+        }
+        if (subject == "contacts" && input().chains.size() == 1) {
+            lines.push_back("black: There is one chain, " + input().chains +
+                            ": no contacts between chains are possible");
+        }
         std::string end = subject + " of peptide from " + file + " analyzed";
         end.front() = static_cast<char>(std::toupper(end.front()));
         lines.push_back("black: " + end);

@@ -57,8 +57,8 @@ class cGivenRun : public cBareRun {
     std::vector<std::string> stamps;
 
   protected:
-    eFileOutcome analyse(const std::string& path, const std::string& base) override {
-        stamps.push_back(base.substr(base.rfind('_') + 1));
+    eFileOutcome analyse(const std::string& path, const sReportBase& base) override {
+        stamps.push_back(base.stamp.substr(1));
         return work(path);
     }
 
@@ -77,8 +77,9 @@ class cStoppingRun : public cBareRun {
     QString reportDirectory() const override { return directory; }
     sAnalysisPlan plan() const override {
         const auto document = [](cTextSink& out) { out.write("<whole>yes</whole>\n"); };
-        sPlannedStage stage{[](cPdbPeptide&, const std::function<void()>&) {},
-                            {{".xml", 0, document}, {".tbl", 1, [this](cTextSink&) { table(); }}}};
+        sPlannedStage stage;
+        stage.calculate = [](cPdbPeptide&, const std::function<void()>&) {};
+        stage.reports = {{".xml", 0, document}, {".tbl", 1, [this](cTextSink&) { table(); }}};
         sAnalysisPlan plan;
         plan.stages.push_back(std::move(stage));
         return plan;

@@ -28,7 +28,7 @@ class cTalkingRun : public cAnalysisRun {
     QString reportDirectory() const override { return QStringLiteral("missing/"); }
     sAnalysisPlan plan() const override { return {}; }
     const std::map<std::string, double>& radiiTable() const override { return radii; }
-    eFileOutcome analyse(const std::string&, const std::string&) override {
+    eFileOutcome analyse(const std::string&, const sReportBase&) override {
         sMessage message;
         for (int i = 0; i < messageCount; ++i) {
             message.severity = static_cast<eSeverity>(i % 3);
