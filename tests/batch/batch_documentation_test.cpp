@@ -97,7 +97,9 @@ TEST_F(BatchDocumentation, EveryDocumentedKeyIsTaken) {
     // Rows of the two tables: the keys stand in backquotes in the first column.
     const std::string text = sourceText("docs/formats/configuration.md");
     const auto vorBegins = text.find("## Keys of the interaction module");
+    const auto bothBegin = text.find("## Keys of both modules");
     ASSERT_NE(vorBegins, std::string::npos);
+    ASSERT_NE(bothBegin, std::string::npos);
     const auto expectKeysAreTaken = [&](const std::string& module, const std::string& table) {
         std::size_t keys = 0;
         for (const std::string& cell : matchesIn(table, R"(^\| (`[^|]+) \|)")) {
@@ -112,7 +114,10 @@ TEST_F(BatchDocumentation, EveryDocumentedKeyIsTaken) {
         return keys;
     };
     EXPECT_EQ(expectKeysAreTaken("kev", text.substr(0, vorBegins)), 18U);
-    EXPECT_EQ(expectKeysAreTaken("vor", text.substr(vorBegins)), 13U);
+    EXPECT_EQ(expectKeysAreTaken("vor", text.substr(vorBegins, bothBegin - vorBegins)), 13U);
+    for (const char* module : {"kev", "vor"}) {
+        EXPECT_EQ(expectKeysAreTaken(module, text.substr(bothBegin)), 7U);
+    }
 }
 
 } // namespace kelmo

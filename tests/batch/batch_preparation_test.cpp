@@ -57,10 +57,8 @@ TEST_F(BatchPreparation, WhatTakesNoPartIsToldOnceAndBeforeTheAnalysis) {
 
 TEST_F(BatchPreparation, QuietRunsKeepTheWarningsAlone) {
     directory.write("warned.pdb", twoConformations);
-    directory.write(
-        "water.pdb",
-        twoGlycines() +
-            sAtomLine{.record = "HETATM", .name = "O", .residue = "HOH", .number = "9"}.line());
+    const sAtomLine water{.record = "HETATM", .name = "O", .residue = "HOH", .number = "9"};
+    directory.write("water.pdb", glycine('A', "1", 0) + glycine('B', "2", 4) + water.line());
     EXPECT_TRUE(contains(messagesOf("vor", "water.pdb"), "Not analysed in water.pdb: 1 water."));
     EXPECT_EQ(messagesOf("vor", "water.pdb", {"--quiet"}), "");
     EXPECT_TRUE(contains(messagesOf("kev", "warned.pdb", {"--quiet"}),
@@ -202,10 +200,10 @@ TEST_F(BatchPreparation, ContactsFoundAreTheLinesOfTheReports) {
         const std::vector<std::string> all = linesOf(content);
         if (name.ends_with("_contacts.tbl")) {
             lines += static_cast<std::size_t>(std::ranges::count_if(
-                all, [](const std::string& line) { return contains(line, "Maximum Distance"); }));
+                all, [](const std::string& line) { return contains(line, "MaximumDistance"); }));
         } else if (name.ends_with("_binding_residues.tbl")) {
             bindingLines += static_cast<std::size_t>(std::ranges::count_if(
-                all, [](const std::string& line) { return contains(line, "Maximum Distance"); }));
+                all, [](const std::string& line) { return contains(line, "MaximumDistance"); }));
         }
     }
     ASSERT_GT(lines, 0U);

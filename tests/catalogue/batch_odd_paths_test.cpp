@@ -76,8 +76,8 @@ TEST_P(BatchOddPaths, AreTakenFromOptionsAndWrittenToReports) {
     EXPECT_FALSE(reportThere("contacts.tbl").empty());
     EXPECT_EQ(filesIn(directory.path() / name / "out").size(), 10U);
     // Whatever the names are, every message is a line of its own.
-    EXPECT_EQ(std::count(kev.err.begin(), kev.err.end(), '\n'), 3) << kev.err;
-    EXPECT_EQ(std::count(vor.err.begin(), vor.err.end(), '\n'), 4) << vor.err;
+    EXPECT_EQ(std::count(kev.err.begin(), kev.err.end(), '\n'), 4) << kev.err;
+    EXPECT_EQ(std::count(vor.err.begin(), vor.err.end(), '\n'), 6) << vor.err;
     EXPECT_FALSE(contains(kev.err, "\x1B")) << kev.err;
 }
 

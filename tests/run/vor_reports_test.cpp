@@ -315,7 +315,7 @@ TEST_F(VorReports, LongTextsAreNotCut) {
     peptide.residues[0].residueNumber = "1234567";
     peptide.residues[0].residueName = "RESIDUE";
     EXPECT_NE(tableOf(run, &cRunVOR::writeResidueBindingStatusTable, peptide)
-                  .find("\nchain1234567RESIDUE  1   MaximumDistance\n"),
+                  .find("\nchain 1234567 RESIDUE  1   MaximumDistance\n"),
               std::string::npos);
 }
 
