@@ -23,9 +23,9 @@ struct sOddInput {
     /// What a file that begins like one of another format is refused with, "%" for its path; it is
     /// not read as PDB text, of which the rest speaks.
     std::string refusal = {};
-    bool isDense = false; ///< atoms a thousandth of an ångström apart
     /// What is told of the rest of its content, with the colour; empty for nothing.
     std::string told = {};
+    bool isDense = false; ///< atoms a thousandth of an ångström apart
 };
 
 /// All odd files of up to about a megabyte, in a fixed order with fixed bytes: also seeds for
