@@ -2,11 +2,12 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "input/structure_reader.h"
 
 #include <vector>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// Their rows: preparation, models, assembly.
 std::vector<sSetting> inputSettings();
