@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <mutex>
@@ -111,24 +112,53 @@ TEST(ParallelWork, TwoAreAtWorkAtTheSameTime) {
 TEST(ParallelWork, WaitingThreadBeginsNothingFromOutside) {
     // Which work of runTogether() this thread is in.
     static thread_local int depth = 0;
+    // Long enough for others to take parts of a loop, for which its own thread then waits.
+    const auto takeSomeTime = [] { std::this_thread::sleep_for(std::chrono::microseconds(200)); };
     std::atomic<int> deepest = 0;
-    runTogether(50, 2, [&] {
+    runTogether(100, 4, [&] {
         const int here = ++depth;
         int seen = deepest;
         while (here > seen && !deepest.compare_exchange_weak(seen, here)) {
         }
-        std::atomic<int> sum = 0;
-        shareOut(200, 1, [&](std::size_t begin, std::size_t end) {
-            sum += static_cast<int>(end - begin);
-            std::this_thread::yield();
-        });
-        EXPECT_EQ(sum, 200);
+        shareOut(8, 1, [&](std::size_t, std::size_t) { takeSomeTime(); });
+        int next = 0;
         workInOrder<int>(
-            4, [&](int& item) { return (item = --sum) > 0; },
-            [](int&) { std::this_thread::yield(); }, [](int&) {});
+            4, [&](int&) { return ++next < 8; }, [&](int&) { takeSomeTime(); }, [](int&) {});
         --depth;
     });
     EXPECT_EQ(deepest, 1);
+}
+
+TEST(ParallelWork, LoopWithinIsDoneToItsEndWhenTheOneAroundItIsGivenUp) {
+    int roundsAtTheSameTime = 0;
+    for (int round = 0; round < 50; ++round) {
+        std::atomic<bool> isInside = false;
+        std::atomic<bool> isGivenUp = false;
+        std::atomic<int> done = 0;
+        const auto wait = [](const std::atomic<bool>& sign) {
+            for (int i = 0; i < 1000 && !sign; ++i) {
+                std::this_thread::sleep_for(std::chrono::microseconds(10));
+            }
+            return sign.load();
+        };
+        const auto work = [&](std::size_t begin, std::size_t) {
+            if (begin == 0) {
+                wait(isInside);
+                isGivenUp = true;
+                throw std::runtime_error("given up");
+            }
+            isInside = true;
+            if (wait(isGivenUp)) {
+                // The exception is on its way to the loop.
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                ++roundsAtTheSameTime;
+            }
+            shareOut(100, 1, [&](std::size_t, std::size_t) { ++done; });
+            EXPECT_EQ(done, 100);
+        };
+        EXPECT_THROW(runTogether(1, 2, [&] { shareOut(2, 1, work); }), std::runtime_error);
+    }
+    EXPECT_GT(roundsAtTheSameTime, 0);
 }
 
 TEST(ParallelWork, ItemsAreHandedOnInTheOrderOfTaking) {
