@@ -251,7 +251,10 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
         follower.tell(
             {eSeverity::warning, missingRadiiText(result.missingRadii, plan.isListClosed)});
     }
-    if (const auto warning = densityWarning(result.structures, path)) {
+    // Models that are laid over each other as chains of one structure may well stand so dense.
+    if (const auto warning = plan.reading.models == eModels::chains
+                                 ? std::nullopt
+                                 : densityWarning(result.structures, path)) {
         follower.tell({eSeverity::warning, *warning});
     }
     tellSummary(result.summary, fileNameOf(path), follower);

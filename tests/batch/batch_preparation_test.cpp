@@ -156,6 +156,17 @@ TEST_F(BatchPreparation, ModelsAsChainsTouchEachOther) {
     EXPECT_TRUE(contains(table, "\nA-2     1  GLY    A     1  GLY")) << table;
 }
 
+TEST_F(BatchPreparation, ModelsLaidOverEachOtherAreNotTakenForNanometres) {
+    directory.write("bundle.pdb", headerLine("1TST") + model(1, 0) + model(2, 0.1));
+    for (const char* models : {"first", "each", "chains"}) {
+        EXPECT_FALSE(contains(
+            messagesOf("kev", "bundle.pdb", {std::string("--set=models=") + models}), "nanometres"))
+            << models;
+    }
+    directory.write("dense.pdb", inNanometres(twoGlycines()));
+    EXPECT_TRUE(contains(messagesOf("vor", "dense.pdb"), "nanometres"));
+}
+
 TEST_F(BatchPreparation, AssembliesAreMadeAsTheFileSays) {
     const auto operation = [](int number, const std::string& shift) {
         const std::string end = "  " + std::to_string(number);
