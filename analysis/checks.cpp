@@ -64,10 +64,14 @@ std::optional<sProblem> findPathProblem(const cSettings& settings) {
 
 } // namespace
 
-std::optional<sProblem> findProblem(const cSettings& settings, std::size_t inputFiles) {
+std::optional<sProblem> findProblem(const cSettings& settings, std::size_t inputFiles,
+                                    bool areReportsNeeded) {
     const bool isKev = settings.module() == eModule::kev;
     if (auto problem = isKev ? findKevProblem(settings, inputFiles) : findVorProblem(inputFiles)) {
         return problem;
+    }
+    if (!areReportsNeeded) {
+        return findPathProblem(settings);
     }
     if (!isAnyOn(settings, eSettingGroup::formats)) {
         return sProblem{{}, "Please choose an output file format (XML or Table)!"};

@@ -19,7 +19,8 @@ struct sProblem {
 
 /// The first problem that is seen without opening a table, in the order in which users know them,
 /// or nothing.
-std::optional<sProblem> findProblem(const cSettings& settings, std::size_t inputFiles);
+std::optional<sProblem> findProblem(const cSettings& settings, std::size_t inputFiles,
+                                    bool areReportsNeeded = true);
 
 /// A number that the chosen criterion does not take although others do, or nothing.
 std::optional<sProblem> findCriterionProblem(const cSettings& settings);

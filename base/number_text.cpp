@@ -82,4 +82,11 @@ bool cNumberText::writeFixed(double value, int significantDigits) {
     return true;
 }
 
+std::string shortestText(double value) {
+    std::array<char, 32> characters;
+    const auto result =
+        std::to_chars(characters.data(), characters.data() + characters.size(), value);
+    return {characters.data(), result.ptr};
+}
+
 } // namespace kelmo

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace KELMO_API kelmo {
@@ -25,5 +26,9 @@ class cNumberText {
     std::array<char, 32> characters;
     std::size_t length = 0;
 };
+
+/// The shortest text that reads back as the very same number, in fixed or exponent notation.
+/// Infinity and not-a-number read "inf" and "nan" with their sign.
+std::string shortestText(double value);
 
 } // namespace kelmo

@@ -3,6 +3,7 @@
 #include "base/parallel_work.h"
 #include "base/shown_text.h"
 #include "batch/resume.h"
+#include "results/file_identity.h"
 #include "run/file_path.h"
 
 #include <algorithm>
@@ -76,34 +77,65 @@ class cBatchRun::cPump {
 
   private:
     void take(std::size_t file) {
-        if (run.stopFlag) {
+        if (run.stopFlag || run.results.hasFailed()) {
             return;
         }
         const std::string_view bytes = run.paths[file];
         const QString path = pathFromBytes(bytes);
         relay.begin(bytes);
         missing.clear();
-        if (run.manner.isResumed && mayTakeOver(file, path)) {
-            relay.take({eSeverity::progress, "Reports of " + displayedText(bytes) + " taken over"});
-            relay.pass();
-            run.reporter.countFileTakenOver();
-            const std::lock_guard lock(run.mutex);
-            ++run.result.takenOver;
+        std::unique_ptr<sFileRecord> kept = newRecord(bytes);
+        if (run.manner.isResumed && mayTakeOver(file, path, kept.get())) {
+            takeOver(file, bytes);
             return;
         }
-        const eFileOutcome outcome = worker->analyseFile(path, run.manner.timeStamp);
+        const eFileOutcome outcome = worker->analyseFile(path, run.manner.timeStamp, kept.get());
         relay.pass();
+        if (kept != nullptr && outcome != eFileOutcome::stopped) {
+            run.results.take(file, std::move(kept));
+        }
         if (outcome != eFileOutcome::stopped) {
             run.reporter.countFile();
         }
         record(file, outcome);
     }
 
+    /// What is kept of a file for results files; null where nobody wants it.
+    std::unique_ptr<sFileRecord> newRecord(std::string_view path) const {
+        if (!run.results.isWanted()) {
+            return nullptr;
+        }
+        auto record = std::make_unique<sFileRecord>();
+        record->path = path;
+        // Before it is read: when it changes meanwhile, its content is another one than this.
+        if (auto identity = identityOf(record->path)) {
+            record->sha256 = std::move(identity->sha256);
+        }
+        return record;
+    }
+
+    bool mayTakeOver(std::size_t file, const QString& path, const sFileRecord* record) {
+        return (record == nullptr || run.results.holds(file, record->sha256)) &&
+               (!run.manner.hasReports || areReportsUpToDate(file, path));
+    }
+
     /// Which of several files with the same name the reports are of, nobody can tell.
-    bool mayTakeOver(std::size_t file, const QString& path) {
+    bool areReportsUpToDate(std::size_t file, const QString& path) {
         const QStringList reports = worker->reportNames(path, run.manner.timeStamp);
         return run.sameNames.groupOf(file) == nullptr && !reports.isEmpty() &&
                areUpToDate(reports, std::string(run.paths[file]));
+    }
+
+    void takeOver(std::size_t file, std::string_view path) {
+        const char* const what = run.manner.hasReports ? "Reports of " : "Results of ";
+        relay.take({eSeverity::progress, what + displayedText(path) + " taken over"});
+        relay.pass();
+        run.reporter.countFileTakenOver();
+        if (run.results.isWanted()) {
+            run.results.take(file, nullptr);
+        }
+        const std::lock_guard lock(run.mutex);
+        ++run.result.takenOver;
     }
 
     /// Tells of those about which the worker was silent.
@@ -140,9 +172,10 @@ class cBatchRun::cPump {
 
 cBatchRun::cBatchRun(const cInputPaths& pathsToAnalyse, const cSameBaseNames& names,
                      sBatchManner chosenManner, const cWorkerMaker& workerMaker,
-                     cReporter& messageReporter, const std::atomic<bool>& flag)
+                     cResultWriter& resultWriter, cReporter& messageReporter,
+                     const std::atomic<bool>& flag)
     : paths(pathsToAnalyse), sameNames(names), manner(std::move(chosenManner)),
-      makeWorker(workerMaker), reporter(messageReporter), stopFlag(flag) {}
+      makeWorker(workerMaker), results(resultWriter), reporter(messageReporter), stopFlag(flag) {}
 
 sBatchResult cBatchRun::run() {
     result.files = paths.size();
@@ -151,6 +184,8 @@ sBatchResult cBatchRun::run() {
     runTogether(std::min({cores, paths.size(), manner.structuresAtOnce}), manner.jobs,
                 [this] { pump(); });
     reporter.endProgress();
+    results.finish(result.stopped() == 0);
+    result.lostResults = results.failure();
     if (failure != nullptr) {
         std::rethrow_exception(failure);
     }

@@ -4,6 +4,7 @@
 #include "batch/input_paths.h"
 #include "batch/prepared_run.h"
 #include "batch/reporter.h"
+#include "results/result_writer.h"
 
 #include <QString>
 
@@ -33,6 +34,7 @@ struct sBatchResult {
     std::vector<sFileFault> faults; ///< in the order of the files
     /// What the interaction module found in the files that were analysed.
     std::optional<sFindings> findings = {};
+    std::string lostResults = {}; ///< why results could not be written, which ends a run; or empty
 
     /// Files that were given up or never begun because of a stop.
     std::size_t stopped() const { return files - analysed - takenOver - failed; }
@@ -42,7 +44,8 @@ struct sBatchManner {
     QString timeStamp;                   ///< of 12 digits
     int jobs = 1;                        ///< with 1 everything happens on the calling thread
     std::size_t structuresAtOnce = 1024; ///< at most, however many jobs there are
-    bool isResumed = false;              ///< files whose reports are up to date are taken over
+    bool isResumed = false; ///< files whose reports and results are up to date are taken over
+    bool hasReports = true; ///< whether any report is wanted
 };
 
 /// Takes the files in order, as many at once as there are cores, each with a worker of its own;
@@ -52,7 +55,7 @@ class cBatchRun {
   public:
     /// What is referred to must outlive the run.
     cBatchRun(const cInputPaths& paths, const cSameBaseNames& sameNames, sBatchManner manner,
-              const cWorkerMaker& makeWorker, cReporter& reporter,
+              const cWorkerMaker& makeWorker, cResultWriter& results, cReporter& reporter,
               const std::atomic<bool>& stopFlag);
 
     /// To be called once.
@@ -67,6 +70,7 @@ class cBatchRun {
     const cSameBaseNames& sameNames;
     const sBatchManner manner;
     const cWorkerMaker& makeWorker;
+    cResultWriter& results;
     cReporter& reporter;
     const std::atomic<bool>& stopFlag;
     std::atomic<std::size_t> nextFile{0};

@@ -25,6 +25,10 @@ Options:
                          directory)
   --list FILE            analyse the PDB files that FILE names, one a line;
                          repeatable and in order with the other files
+  --results FILE         write the results of all files into FILE, too, in a
+                         format that its name ends in: .sqlite; repeatable
+  --reports LIST         the formats of the reports, xml or table or xml,table,
+                         or none (default: as in the configuration)
   --contact-rules FILE   vor by contact_criterion 4: the table of contact rules
                          (default: aa_contacts.txt in the current directory,
                          else the one that comes with the program)
@@ -32,7 +36,8 @@ Options:
   --stamp YYYYMMDDHHMM   the time stamp in the names of the reports (default:
                          the time of the start)
   --resume               continue the interrupted run of that --stamp: files
-                         whose reports are all there are not analysed again
+                         whose reports are all there are not analysed again;
+                         with --results, files whose results are there
   --quiet                show warnings and errors only
   --no-progress          draw no progress bar (default: on a terminal only)
   --help                 show this text and exit
@@ -43,8 +48,8 @@ Messages go to standard error. With NO_COLOR set they have no colours.
 
 Exit status:
   0    all files were analysed and all reports written, now or before
-  1    a file could not be analysed or a report not written
-  2    nothing was started: wrong options, settings or tables
+  1    a file could not be analysed, or a report or the results not written
+  2    nothing was started: wrong options, settings, tables or results files
   130  stopped by Ctrl-C; what was written is whole
 )";
 }

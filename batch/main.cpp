@@ -9,6 +9,7 @@
 #include "batch/open_files.h"
 #include "batch/options.h"
 #include "batch/prepared_run.h"
+#include "batch/result_output.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
 #include "run/process_start.h"
@@ -54,12 +55,15 @@ std::vector<sMessage> openingMessages(const sPreparedRun& prepared, const cInput
 eExitStatus analyse(const sOptions& options) {
     const cSettings settings = settingsFrom(options);
     const cInputPaths paths = inputPaths(options.inputs);
-    const sPreparedRun prepared = prepareRun(settings, paths);
-    removeAbandonedReports(cReportDirectory(prepared.outputDirectory));
-    checkWritable(prepared.outputDirectory);
+    const sPreparedRun prepared = prepareRun(settings, paths, !options.areReportsOff());
+    if (!options.areReportsOff()) {
+        removeAbandonedReports(cReportDirectory(prepared.outputDirectory));
+        checkWritable(prepared.outputDirectory);
+    }
+    cResultWriter results(openResults(options, *prepared.settings, paths));
 
     cReporter reporter(mannerFor(options));
-    const cSameBaseNames sameNames(paths);
+    const cSameBaseNames sameNames(options.areReportsOff() ? cInputPaths() : paths);
     reporter.show(openingMessages(prepared, paths, sameNames));
 
     const cStopSignal stop;
@@ -75,7 +79,8 @@ eExitStatus analyse(const sOptions& options) {
     }
     manner.structuresAtOnce = structuresAtOnce();
     manner.isResumed = options.isResumed;
-    cBatchRun run(paths, sameNames, manner, prepared.makeWorker, reporter, stop.flag());
+    manner.hasReports = !options.areReportsOff();
+    cBatchRun run(paths, sameNames, manner, prepared.makeWorker, results, reporter, stop.flag());
     const sBatchResult result = run.run();
     reporter.show(summaryMessages(paths, result, manner.isResumed));
     return exitStatus(result);

@@ -2,6 +2,8 @@
 
 #include "base/shown_text.h"
 #include "base/usage_error.h"
+#include "batch/report_choice.h"
+#include "results/result_formats.h"
 
 #include <algorithm>
 #include <array>
@@ -33,11 +35,13 @@ enum eOptionCode : int {
     resumeCode,
     quietCode,
     noProgressCode,
+    resultsCode,
+    reportsCode,
     helpCode,
     versionCode
 };
 
-constexpr std::array<option, 14> longOptions{{
+constexpr std::array<option, 16> longOptions{{
     {"config", required_argument, nullptr, configCode},
     {"set", required_argument, nullptr, setCode},
     {"prepare", required_argument, nullptr, prepareCode},
@@ -47,6 +51,8 @@ constexpr std::array<option, 14> longOptions{{
     {"jobs", required_argument, nullptr, jobsCode},
     {"stamp", required_argument, nullptr, stampCode},
     {"resume", no_argument, nullptr, resumeCode},
+    {"results", required_argument, nullptr, resultsCode},
+    {"reports", required_argument, nullptr, reportsCode},
     {"quiet", no_argument, nullptr, quietCode},
     {"no-progress", no_argument, nullptr, noProgressCode},
     {"help", no_argument, nullptr, helpCode},
@@ -99,6 +105,39 @@ void takeContactRules(sOptions& options) {
     setOnce(options.contactRules, "contact-rules");
 }
 
+void takeResults(sOptions& options) {
+    if (findResultFormat(optarg) == nullptr) {
+        refuse("Option --results needs a file whose name ends in " + resultSuffixes() + ", not \"" +
+               shownText(optarg) + '"');
+    }
+    options.resultFiles.emplace_back(optarg);
+}
+
+/// Names of formats with commas between them, or "none".
+void takeReports(sOptions& options) {
+    if (options.reports.has_value()) {
+        refuse("Option --reports is given twice");
+    }
+    const std::string_view text = optarg;
+    std::vector<std::string>& names = options.reports.emplace();
+    for (std::size_t begin = 0; text != "none" && begin <= text.size();) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        names.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    const std::vector<std::string> known = reportFormatNames();
+    for (const std::string& name : names) {
+        if (std::ranges::find(known, name) == known.end()) {
+            std::string all = "none";
+            for (const std::string& one : known) {
+                all += ", " + one;
+            }
+            refuse("Option --reports needs one or more of " + all + ", not \"" + shownText(text) +
+                   '"');
+        }
+    }
+}
+
 /// What getopt_long() just returned, its value in `optarg`.
 void take(int code, sOptions& options) {
     switch (code) {
@@ -129,6 +168,12 @@ void take(int code, sOptions& options) {
     case stampCode:
         setOnce(options.timeStamp, "stamp");
         checkTimeStamp(optarg);
+        break;
+    case resultsCode:
+        takeResults(options);
+        break;
+    case reportsCode:
+        takeReports(options);
         break;
     case resumeCode:
         options.isResumed = true;
@@ -193,7 +238,17 @@ void readArguments(int argc, char** argv, sOptions& options) {
 }
 
 void checkResume(const sOptions& options) {
-    if (options.request == eRequest::analysis && options.isResumed && !options.timeStamp) {
+    if (options.request != eRequest::analysis || !options.isResumed) {
+        return;
+    }
+    for (const std::string& file : options.resultFiles) {
+        if (!findResultFormat(file)->isResumable) {
+            refuse("Option --resume cannot continue " + shownText(file) +
+                   "; kelmo-batch export makes such a file of an .sqlite one");
+        }
+    }
+    const bool isByResults = options.areReportsOff() && !options.resultFiles.empty();
+    if (!options.timeStamp && !isByResults) {
         refuse("Option --resume needs --stamp with the time stamp of the interrupted run");
     }
 }

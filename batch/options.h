@@ -30,10 +30,16 @@ struct sOptions {
     std::optional<std::string> contactRules;
     std::optional<std::string> timeStamp; ///< 12 digits
     std::optional<int> jobs;              ///< 1 to `maximumJobs`
-    bool isResumed = false;               ///< only with a time stamp
+    bool isResumed = false; ///< only with a time stamp, or results files and no reports
     bool isQuiet = false;
     bool isProgressWanted = true;
-    std::vector<sInputSource> inputs; ///< in the order of the command line
+    std::vector<sInputSource> inputs;     ///< in the order of the command line
+    std::vector<std::string> resultFiles; ///< in the order of the command line
+    /// Names of the formats in which reports are written, none for an empty list; as the settings
+    /// have it if not given.
+    std::optional<std::vector<std::string>> reports;
+
+    bool areReportsOff() const { return reports.has_value() && reports->empty(); }
 };
 
 inline constexpr int maximumJobs = 1024;

@@ -6,6 +6,7 @@
 #include "analysis/shipped_tables.h"
 #include "base/shown_text.h"
 #include "base/usage_error.h"
+#include "batch/report_choice.h"
 #include "run/crunkev_linux.h"
 #include "run/report_file.h"
 #include "run/run_vor_linux.h"
@@ -96,19 +97,22 @@ cSettings settingsFrom(const sOptions& options) {
         settings.set("output_dir", *options.outputDirectory,
                      "--output-dir " + shownText(*options.outputDirectory));
     }
+    if (options.reports.has_value()) {
+        chooseReports(*options.reports, settings);
+    }
     if (options.contactRules.has_value()) {
         settings.set("contact_rules", *options.contactRules, "--contact-rules");
     }
     return settings;
 }
 
-sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs) {
+sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs, bool areReportsNeeded) {
     const eModule module = given.module();
     if (module == eModule::vor) {
         throwIf(findCriterionProblem(given), given);
     }
     const auto settings = std::make_shared<cSettings>(given.resolved());
-    throwIf(findProblem(*settings, inputs.size()), *settings);
+    throwIf(findProblem(*settings, inputs.size(), areReportsNeeded), *settings);
     findShippedTables(*settings);
     const auto tables = std::make_shared<sParameterTables>();
     if (const auto problem = readParameterTables(*settings, *tables)) {
@@ -129,7 +133,7 @@ sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs) {
                 worker->setUp(*settings, *tables);
                 return worker;
             },
-            directory, notes};
+            directory, notes, settings};
 }
 
 void checkWritable(const std::string& directory) {

@@ -19,6 +19,8 @@ struct sPreparedRun {
     cWorkerMaker makeWorker;
     std::string outputDirectory;    ///< ends in a slash
     std::vector<std::string> notes; ///< what the user should know before the start
+    /// Resolved, with the tables that were found.
+    std::shared_ptr<const cSettings> settings;
 };
 
 /// The settings of the command line and of the configuration that it names. Throws cUsageError at
@@ -27,7 +29,8 @@ cSettings settingsFrom(const sOptions& options);
 
 /// Checks the settings in the order of the window and reads the tables that they need. Throws
 /// cUsageError at the first thing that keeps the run from starting.
-sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs);
+sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs,
+                        bool areReportsNeeded = true);
 
 /// Throws cUsageError when no file can be created in the directory, which would cost a whole run.
 void checkWritable(const std::string& directory);

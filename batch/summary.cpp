@@ -56,11 +56,17 @@ std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResu
             messages.emplace_back(eSeverity::error, "Report missing: " + shownText(report));
         }
     }
+    if (!result.lostResults.empty()) {
+        messages.emplace_back(eSeverity::error, "Could not write " + result.lostResults);
+    }
     messages.push_back(totals(result, isResumed));
     return messages;
 }
 
 eExitStatus exitStatus(const sBatchResult& result) {
+    if (!result.lostResults.empty()) {
+        return eExitStatus::someMissing;
+    }
     if (result.stopped() > 0) {
         return eExitStatus::stoppedBySignal;
     }

@@ -192,9 +192,14 @@ std::string unparsableText(const std::vector<std::string>& reports) {
     return text;
 }
 
+/// Fills the record unless it is null.
 void carryOutStages(const sAnalysisPlan& plan, cPdbPeptide& structure, const std::string& base,
-                    cPlanFollower& follower, std::vector<std::string>& unparsable) {
+                    cPlanFollower& follower, std::vector<std::string>& unparsable,
+                    sStructureRecord* record) {
     const std::function<void()> safePoint = [&follower] { follower.safePoint(); };
+    if (record != nullptr) {
+        takeLayout(structure, *record);
+    }
     for (const sPlannedStage& stage : plan.stages) {
         safePoint();
         stage.calculate(structure, safePoint);
@@ -203,6 +208,9 @@ void carryOutStages(const sAnalysisPlan& plan, cPdbPeptide& structure, const std
             stage.tell(follower);
         }
         cStageReports(stage.reports, base, follower, unparsable).write();
+        if (record != nullptr && stage.record != nullptr) {
+            stage.record(structure, *record);
+        }
         safePoint();
     }
 }
@@ -259,11 +267,17 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
     }
     tellSummary(result.summary, fileNameOf(path), follower);
     std::vector<std::string> unparsable;
+    if (job.record != nullptr) {
+        job.record->notAnalysed = summaryLine(result.summary, fileNameOf(path));
+    }
     std::size_t model = 0;
     for (cPdbPeptide& read : result.structures) {
         cPdbPeptide structure = std::move(read); // and goes when its reports are written
         model += plan.reading.models == eModels::each ? 1 : 0;
-        carryOutStages(plan, structure, job.reportBase.ofModel(model), follower, unparsable);
+        sStructureRecord* const record =
+            job.record == nullptr ? nullptr : &job.record->structures.emplace_back();
+        carryOutStages(plan, structure, job.reportBase.ofModel(model), follower, unparsable,
+                       record);
     }
     if (!unparsable.empty()) {
         follower.tell({eSeverity::warning, unparsableText(unparsable)});

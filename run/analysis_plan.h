@@ -4,6 +4,7 @@
 #include "base/text_sink.h"
 #include "input/structure_reader.h"
 #include "model/pdb_peptide.h"
+#include "results/structure_record.h"
 #include "run/report_file.h"
 #include "run/run_events.h"
 
@@ -44,6 +45,8 @@ struct sPlannedStage {
     /// Tells of what was found, before the reports are written; may be empty.
     std::function<void(cPlanFollower& follower)> tell = {};
     std::vector<sPlannedReport> reports = {}; ///< in the order in which they get their names
+    /// Takes what was calculated for results files, behind the reports, which lose it.
+    std::function<void(const cPdbPeptide& structure, sStructureRecord& record)> record = {};
 };
 
 /// Everything that is to be done with a file by the settings of a run.
@@ -72,6 +75,7 @@ struct sFileJob {
     std::string path = {}; ///< bytes of any encoding
     sReportBase reportBase = {};
     const std::map<std::string, double>& radii;
+    sFileRecord* record = nullptr; ///< receives what results files keep; null for none
 };
 
 /// Final names of the reports that the plan writes for a file, in the order of writing; none when

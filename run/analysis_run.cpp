@@ -15,6 +15,19 @@
 
 namespace kelmo {
 
+namespace {
+
+/// Tells in the record how it ended. Of a file that failed no numbers are kept.
+void complete(sFileRecord& record, eFileOutcome outcome) {
+    const bool isAnalysed = outcome == eFileOutcome::analysed;
+    record.status = isAnalysed ? eFileStatus::analysed : eFileStatus::failed;
+    if (!isAnalysed) {
+        record.structures.clear();
+    }
+}
+
+} // namespace
+
 cAnalysisRun::cAnalysisRun(QObject* parent) : QThread(parent) {
     // Also of a thread that is terminated before it comes to run().
     connect(
@@ -60,17 +73,23 @@ void cAnalysisRun::run() {
     }
 }
 
-eFileOutcome cAnalysisRun::analyseFile(const QString& path, const QString& timeStamp) {
+eFileOutcome cAnalysisRun::analyseFile(const QString& path, const QString& timeStamp,
+                                       sFileRecord* record) {
     const std::string bytes = pathToBytes(path);
     emit fileBegun(sFileBegun(bytes));
     findings.reset();
+    fileRecord = record;
     const eFileOutcome outcome = analyseOrStop(bytes, reportBase(path, timeStamp));
+    if (fileRecord != nullptr) {
+        complete(*fileRecord, outcome);
+        fileRecord = nullptr;
+    }
     emit fileEnded(sFileEnded(bytes, outcome, findings));
     return outcome;
 }
 
 eFileOutcome cAnalysisRun::analyse(const std::string& path, const sReportBase& base) {
-    return carryOut(plan(), {path, base, radiiTable()}, *this);
+    return carryOut(plan(), {path, base, radiiTable(), fileRecord}, *this);
 }
 
 eFileOutcome cAnalysisRun::analyseOrStop(const std::string& path, const sReportBase& base) {
@@ -126,6 +145,9 @@ void cAnalysisRun::safePoint() {
 }
 
 void cAnalysisRun::tell(sMessage message) {
+    if (fileRecord != nullptr && message.severity != eSeverity::progress) {
+        fileRecord->message += (fileRecord->message.empty() ? "" : "\n") + message.text;
+    }
     emit messageSent(message);
 }
 

@@ -39,7 +39,9 @@ class cAnalysisRun : public QThread, private cPlanFollower {
 
     /// Analyses one file and writes its reports under the given stamp. Signals come from the
     /// calling thread. Several threads may work at once, each through a worker object of its own.
-    eFileOutcome analyseFile(const QString& path, const QString& timeStamp);
+    /// A record is filled with what results files keep, but for the path and SHA-256.
+    eFileOutcome analyseFile(const QString& path, const QString& timeStamp,
+                             sFileRecord* record = nullptr);
 
     /// Final names of the reports that analyseFile() would write, in the order of writing; none
     /// when they depend on the models that the file has.
@@ -96,6 +98,7 @@ class cAnalysisRun : public QThread, private cPlanFollower {
     QStringList unwritten;
     std::optional<sFindings> findings; ///< in the file at hand
     const std::atomic<bool>* stopFlag = nullptr;
+    sFileRecord* fileRecord = nullptr; ///< of the file at hand
 };
 
 } // namespace kelmo

@@ -143,6 +143,9 @@ sPlannedStage cRunKEV::stageOf(eState state) const {
         calculateAttributes(structure, state, {settings, tables}, safePoint);
         *columns = columnsOf(structure, nameOf(state), settings);
     };
+    stage.record = [state, columns](const cPdbPeptide&, sStructureRecord& record) {
+        takeState(state, std::move(*columns), record);
+    };
     for (std::size_t i = 0; i < reportFormats().size(); ++i) {
         const sReportFormat& format = reportFormats()[i];
         if (!format.isWanted(settings) || format.writeAttributes == nullptr) {

@@ -107,6 +107,9 @@ sAnalysisPlan cRunVOR::plan() const {
     stage.tell = [search, chosen = findCriterion(criterion)](auto& follower) {
         tellOf(*search, chosen, follower);
     };
+    stage.record = [search](const cPdbPeptide& structure, sStructureRecord& record) {
+        takeInteractions(structure, std::move(search->contacts), record);
+    };
     for (std::size_t i = 0; i < reportFormats().size(); ++i) {
         const sReportFormat& format = reportFormats()[i];
         for (const sInteractionReportKind& kind : interactionReportKinds()) {

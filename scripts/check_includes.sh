@@ -17,10 +17,11 @@ xml       base
 contacts  base model geometry
 analysis  base model input geometry contacts
 reports   base model geometry contacts analysis xml
-run       base model geometry contacts analysis xml reports input
-app       base model geometry contacts analysis xml reports input run
-batch     base model geometry contacts analysis xml reports input run
-python    base model geometry contacts analysis xml reports input run
+results   base model geometry contacts analysis
+run       base model geometry contacts analysis xml reports results input
+app       base model geometry contacts analysis xml reports results input run
+batch     base model geometry contacts analysis xml reports results input run
+python    base model geometry contacts analysis xml reports results input run
 '
 
 # tests/, bench/ and the generators of data/ stand outside the order.

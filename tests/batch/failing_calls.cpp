@@ -1,8 +1,9 @@
 // A library to be preloaded: one call of the system fails, as on a full or broken disk. KELMO_FAIL
 // is "call:number:errno": the call of that number fails, counted from 1 among the calls on files of
 // one kind; with a "+" behind it all later ones fail too. Calls that write count on reports in the
-// making (.kelmo-*), "read" on PDB files, "tell" on messages. With "wait" a PDB file has nothing to
-// say at that read, as some files under /proc: who has not asked otherwise waits for ever.
+// making (.kelmo-*), "read" on PDB files, "tell" on messages, "pwrite" and "sync" on databases of
+// results and their journals. With "wait" a PDB file has nothing to say at that read, as some files
+// under /proc: who has not asked otherwise waits for ever.
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
@@ -62,6 +63,7 @@ struct sOpenFile {
         errno = earlier;
     }
     bool isReport() const { return ::isReport(path); }
+    bool isDatabase() const { return std::strstr(path, ".sqlite") != nullptr; }
     bool isStructure() const { return std::strstr(path, ".pdb") != nullptr; }
 
     char path[4096];
@@ -151,6 +153,28 @@ ssize_t write(int descriptor, const void* buffer, size_t size) {
         return -1;
     }
     return next<ssize_t(int, const void*, size_t)>("write")(descriptor, buffer, size);
+}
+
+ssize_t pwrite64(int descriptor, const void* buffer, size_t size, off64_t offset) {
+    if (sOpenFile(descriptor).isDatabase() && mustFail("pwrite")) {
+        return -1;
+    }
+    return next<ssize_t(int, const void*, size_t, off64_t)>("pwrite64")(descriptor, buffer, size,
+                                                                        offset);
+}
+
+int fsync(int descriptor) {
+    if (sOpenFile(descriptor).isDatabase() && mustFail("sync")) {
+        return -1;
+    }
+    return next<int(int)>("fsync")(descriptor);
+}
+
+int fdatasync(int descriptor) {
+    if (sOpenFile(descriptor).isDatabase() && mustFail("sync")) {
+        return -1;
+    }
+    return next<int(int)>("fdatasync")(descriptor);
 }
 
 ssize_t writev(int descriptor, const iovec* parts, int count) {

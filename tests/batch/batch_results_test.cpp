@@ -1,0 +1,439 @@
+// Results files of kelmo-batch: what stands in them, whatever the number of jobs, and that nothing
+// is lost of them.
+#include "tests/batch/batch_fixture.h"
+
+#include "results/database.h"
+#include "results/file_identity.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <thread>
+
+namespace kelmo {
+
+namespace {
+
+class BatchResults : public cBatchFixture {
+  protected:
+    /// Runs with results in r.sqlite and without reports.
+    sProcessOutcome runInto(const std::string& module, std::vector<std::string> arguments,
+                            sProcessManner manner = {}) const {
+        arguments.insert(arguments.begin(), {module, "--reports=none", "--results=" + resultsName});
+        return runAlone(arguments, std::move(manner));
+    }
+
+    cDatabase results(const std::string& name = "r.sqlite") const {
+        return {directory.file(name), cDatabase::eMode::readOnly};
+    }
+
+    /// All rows of a query, values with "|" between them.
+    std::vector<std::string> rowsOf(const std::string& sql,
+                                    const std::string& name = "r.sqlite") const {
+        cDatabase database = results(name);
+        cStatement select = database.prepare(sql);
+        std::vector<std::string> rows;
+        while (select.step()) {
+            std::string row;
+            for (int i = 0; i < select.columnCount(); ++i) {
+                row += (i == 0 ? "" : "|") + std::string(select.bytes(i));
+            }
+            rows.push_back(row);
+        }
+        return rows;
+    }
+    std::string valueOf(const std::string& sql, const std::string& name = "r.sqlite") const {
+        const std::vector<std::string> rows = rowsOf(sql, name);
+        return rows.size() == 1 ? rows.front() : std::to_string(rows.size()) + " rows";
+    }
+
+    /// Every row of every table but the times of runs, as they come without an order.
+    std::vector<std::string> allRows(const std::string& name = "r.sqlite") const {
+        std::vector<std::string> rows =
+            rowsOf("SELECT id, module, version, first_structure, inputs FROM runs", name);
+        for (const char* table : {"settings", "parameter_tables", "columns", "structures", "chains",
+                                  "residues", "contacts", "contact_types"}) {
+            const std::vector<std::string> more =
+                rowsOf("SELECT * FROM " + std::string(table), name);
+            rows.insert(rows.end(), more.begin(), more.end());
+        }
+        return rows;
+    }
+
+    void expectSound(const std::string& name = "r.sqlite") const {
+        EXPECT_EQ(valueOf("PRAGMA integrity_check", name), "ok");
+        EXPECT_TRUE(rowsOf("PRAGMA foreign_key_check", name).empty());
+    }
+
+    int checkReports() const {
+        return std::system(("python3 '" + sourcePath("tests/results/check_reports.py").string() +
+                            "' '" + directory.file("r.sqlite") + "' '" + directory.file("out") +
+                            "' >'" + directory.file("differences") + "' 2>&1")
+                               .c_str());
+    }
+
+    /// A chain of so many glycines, which tells files apart.
+    std::string linkMany(int count) const {
+        std::string list;
+        for (int i = 0; i < count; ++i) {
+            const std::string name = "in/f" + std::to_string(i) + ".pdb";
+            directory.linkSample(i % 7 == 0 ? "1a0q" : "1ubq", name);
+            list += name + '\n';
+        }
+        directory.write("all.fls", list);
+        return "--list=all.fls";
+    }
+
+    const std::string resultsName = "r.sqlite";
+};
+
+} // namespace
+
+TEST_F(BatchResults, HoldEveryNumberOfTheReports) {
+    const std::vector<std::string> samples{ubiquitin, haemoglobin, antibody};
+    const auto runBoth = [&](const std::string& module, int id, const std::string& set) {
+        std::vector<std::string> arguments{module,
+                                           "--output-dir=out",
+                                           "--results=r.sqlite",
+                                           "--reports=xml",
+                                           "--stamp=20070314153" + std::to_string(id),
+                                           set};
+        arguments.insert(arguments.end(), samples.begin(), samples.end());
+        const sProcessOutcome outcome = runAlone(arguments);
+        EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
+    };
+    runBoth("kev", 1, "--set=write_xml=1");
+    for (int criterion = 1; criterion <= 4; ++criterion) {
+        runBoth("vor", criterion + 1, "--set=contact_criterion=" + std::to_string(criterion));
+    }
+    EXPECT_EQ(checkReports(), 0) << contentOf(directory.path() / "differences");
+    EXPECT_TRUE(contains(contentOf(directory.path() / "differences"), "'reports': 39"))
+        << contentOf(directory.path() / "differences");
+    expectSound();
+    // The check can fail.
+    {
+        cDatabase database(directory.file("r.sqlite"), cDatabase::eMode::readWrite);
+        database.execute("UPDATE residues SET cx_average_bound = cx_average_bound + 1e-4 "
+                         "WHERE structure = 1 AND residue = 7");
+    }
+    EXPECT_NE(checkReports(), 0);
+}
+
+TEST_F(BatchResults, RowsDoNotDependOnTheNumberOfJobs) {
+    const std::string list = linkMany(40);
+    std::filesystem::remove(directory.path() / "in/f3.pdb"); // not the sample that it links to
+    directory.write("in/f3.pdb", "no structure\n");
+    std::vector<std::string> rows;
+    for (const char* jobs : {"--jobs=1", "--jobs=2", "--jobs=7"}) {
+        std::filesystem::remove(directory.path() / "r.sqlite");
+        EXPECT_EQ(runInto("kev", {jobs, "--quiet", list}).exitStatus, 1);
+        EXPECT_EQ(runInto("vor", {jobs, "--quiet", list}).exitStatus, 1);
+        expectSound();
+        if (rows.empty()) {
+            rows = allRows();
+        }
+        EXPECT_TRUE(allRows() == rows) << jobs;
+    }
+    EXPECT_EQ(namesIn(directory.path()).size(), 2U) << "one file remains, beside the list";
+    EXPECT_TRUE(reports().empty());
+}
+
+TEST_F(BatchResults, FailedFilesHaveTheirRowWithTheReason) {
+    directory.write("empty.pdb", "");
+    directory.write("odd.pdb", "ATOM      1  CA  ODD A   1       0.000   0.000   0.000\n");
+    EXPECT_EQ(runInto("kev", {"empty.pdb", ubiquitin, "missing.pdb", "odd.pdb"}).exitStatus, 1);
+    EXPECT_EQ(
+        rowsOf("SELECT structures.id, input, path, status, message, residues, ended IS NOT NULL "
+               "FROM structures JOIN runs ON runs.id = run"),
+        (std::vector<std::string>{
+            "1|1|empty.pdb|failed|No atoms found in PDB file empty.pdb||1",
+            "2|2|" + ubiquitin + "|analysed||76|1",
+            "3|3|missing.pdb|failed|Could not open file missing.pdb||1",
+            "4|4|odd.pdb|analysed|The following radii were not found in radii file: "
+            "ODD_CA; \nNot analysed in odd.pdb: 1 residue of no known type (ODD). See "
+            "preparation.|1|1"}));
+    EXPECT_EQ(valueOf("SELECT not_analysed FROM structures WHERE id = 4"),
+              "Not analysed in odd.pdb: 1 residue of no known type (ODD). See preparation.");
+    EXPECT_EQ(valueOf("SELECT sha256 FROM structures WHERE id = 2"), sha256Of(sampleText("1ubq")));
+    EXPECT_EQ(valueOf("SELECT sha256 IS NULL FROM structures WHERE id = 3"), "1");
+}
+
+TEST_F(BatchResults, TellWhatTheRunWentBy) {
+    EXPECT_EQ(runInto("kev", {"--set=z_slice=0.30000001", ubiquitin}).exitStatus, 0);
+    EXPECT_EQ(valueOf("SELECT value FROM settings WHERE key = 'z_slice'"), "0.30000001");
+    EXPECT_EQ(rowsOf("SELECT key, path, sha256 FROM parameter_tables")[1],
+              "radii_filename|" + sourcePath("data/protor.radii").string() + '|' +
+                  sha256Of(sourceText("data/protor.radii")));
+    EXPECT_EQ(valueOf("SELECT name || ' in ' || unit FROM columns WHERE \"table\" = 'residues' "
+                      "AND name LIKE 'dpx_average_bound'"),
+              "dpx_average_bound in Å");
+    EXPECT_EQ(valueOf("SELECT count(*) FROM pragma_table_info('residues')"),
+              valueOf("SELECT count(*) FROM columns WHERE \"table\" = 'residues'"));
+    EXPECT_EQ(valueOf("PRAGMA application_id") + ' ' + valueOf("PRAGMA user_version"),
+              "1263291727 1");
+}
+
+TEST_F(BatchResults, HoldNoValuesOfWhatWasNotAskedFor) {
+    EXPECT_EQ(runInto("kev", {"--set=calc_cx=0", "--set=analyze_unbound=0", ubiquitin}).exitStatus,
+              0);
+    EXPECT_EQ(valueOf("SELECT count(asa_total_bound), count(cx_average_bound), "
+                      "count(asa_total_unbound), count(is_binding) FROM residues"),
+              "76|0|0|0");
+}
+
+TEST_F(BatchResults, HostileNamesComeBackAsTheyWere) {
+    const std::vector<std::string> names{
+        "a'b\"c;--.pdb",        "'); DROP TABLE structures; --.pdb",
+        "<b>&amp;.pdb",         "tab\tand\nline.pdb",
+        "no \xff utf \x80.pdb", "\xc3\xa5ngstr\xc3\xb6m.pdb",
+        "%s%n$1`id`.pdb",       std::string(1'000'000, 'x') + ".pdb"};
+    std::string list;
+    std::vector<std::string> arguments;
+    for (const std::string& name : names) {
+        if (name.size() < 200) {
+            directory.linkSample("1ubq", name);
+        }
+        if (name.find('\n') == std::string::npos) {
+            list += name + '\n';
+        } else {
+            arguments.push_back(name);
+        }
+    }
+    directory.write("all.fls", list);
+    arguments.insert(arguments.begin(), "--list=all.fls");
+    EXPECT_EQ(runInto("kev", arguments).exitStatus, 1) << "one name is too long for a file";
+    std::vector<std::string> stored = rowsOf("SELECT path FROM structures");
+    std::vector<std::string> wanted = names;
+    std::ranges::sort(stored);
+    std::ranges::sort(wanted);
+    EXPECT_TRUE(stored == wanted);
+    EXPECT_EQ(valueOf("SELECT count(*) FROM structures WHERE typeof(path) = 'blob'"), "1");
+    expectSound();
+}
+
+TEST_F(BatchResults, SecondRunIntoOneFileIsRefusedWhileTheFirstGoesOn) {
+    const std::string list = linkMany(30);
+    sProcessManner manner;
+    manner.directory = directory.path();
+    cBatchProcess first(
+        {"kev", "--reports=none", "--results=r.sqlite", "--jobs=1", "--set=z_slice=0.02", list},
+        manner);
+    ASSERT_TRUE(first.waitForMessage("f1.pdb analyzed"));
+    const sProcessOutcome second = runInto("vor", {ubiquitin});
+    EXPECT_EQ(second.exitStatus, 2);
+    EXPECT_EQ(second.err, "Could not open results file r.sqlite: another run or program is using "
+                          "it\n");
+    EXPECT_EQ(first.finish().exitStatus, 0);
+    EXPECT_EQ(valueOf("SELECT count(*) FROM structures WHERE status = 'analysed'"), "30");
+    expectSound();
+    EXPECT_EQ(
+        runAlone({"vor", "--reports=none", "--results=r.sqlite", "--results=r.sqlite", ubiquitin})
+            .exitStatus,
+        2)
+        << "one file named twice";
+}
+
+TEST_F(BatchResults, OtherFilesAreRefusedAndStayAsTheyWere) {
+    directory.write("r.sqlite", "This is no database, but it is longer than any header of one.\n");
+    const std::string before = contentOf(directory.path() / "r.sqlite");
+    EXPECT_EQ(runInto("kev", {ubiquitin}).err,
+              "Could not open results file r.sqlite: file is not a database\n");
+    EXPECT_EQ(contentOf(directory.path() / "r.sqlite"), before);
+    std::filesystem::remove(directory.path() / "r.sqlite");
+    {
+        cDatabase other(directory.file("r.sqlite"), cDatabase::eMode::create);
+        other.execute("CREATE TABLE structures (id INTEGER)");
+    }
+    EXPECT_EQ(runInto("kev", {ubiquitin}).err,
+              "Could not open results file r.sqlite is a database of another program\n");
+    EXPECT_EQ(valueOf("SELECT count(*) FROM sqlite_schema"), "1");
+    EXPECT_EQ(runAlone({"kev", "--results=missing/r.sqlite", ubiquitin}).err,
+              "Could not open results file missing/r.sqlite: unable to open database file\n");
+    const sProcessOutcome unknown = runAlone({"kev", "--results=r.xlsx", ubiquitin});
+    EXPECT_EQ(unknown.exitStatus, 2);
+    EXPECT_TRUE(unknown.err.starts_with("Option --results needs a file whose name ends in "))
+        << unknown.err;
+    EXPECT_TRUE(reports().empty());
+}
+
+TEST_F(BatchResults, ReportsAreThoseThatAreNamed) {
+    EXPECT_EQ(run("kev", {"--reports=table", ubiquitin}).exitStatus, 0);
+    EXPECT_EQ(reportNames(), (std::vector<std::string>{"1ubq_200703141530_bound.tbl",
+                                                       "1ubq_200703141530_unbound.tbl"}));
+    EXPECT_EQ(run("kev", {"--reports=xml,table", ubiquitin}).exitStatus, 0);
+    EXPECT_EQ(reports().size(), 4U);
+    EXPECT_EQ(run("vor", {"--reports=none", ubiquitin}).exitStatus, 0);
+    EXPECT_EQ(reports().size(), 4U);
+    for (const char* wrong : {"--reports=", "--reports=html", "--reports=xml,none"}) {
+        EXPECT_EQ(run("kev", {wrong, ubiquitin}).exitStatus, 2) << wrong;
+    }
+}
+
+TEST_F(BatchResults, ResumedRunHasTheRowsOfAnUninterruptedOne) {
+    const std::string list = linkMany(30);
+    EXPECT_EQ(runInto("kev", {list}).exitStatus, 0);
+    const std::vector<std::string> whole = allRows();
+    std::filesystem::remove(directory.path() / "r.sqlite");
+
+    sProcessManner manner;
+    manner.directory = directory.path();
+    cBatchProcess process({"kev", "--reports=none", "--results=r.sqlite", "--jobs=2", list},
+                          manner);
+    ASSERT_TRUE(process.waitForMessage("f9.pdb analyzed"));
+    process.sendSignal(SIGINT);
+    EXPECT_EQ(process.finish().exitStatus, 130);
+    const int done =
+        std::stoi(valueOf("SELECT count(*) FROM structures WHERE status <> 'pending'"));
+    EXPECT_GE(done, 9);
+    EXPECT_LT(done, 30);
+    EXPECT_EQ(valueOf("SELECT count(*) FROM structures"), "30");
+    EXPECT_EQ(valueOf("SELECT ended IS NULL FROM runs"), "1");
+
+    const sProcessOutcome resumed = runInto("kev", {"--resume", list});
+    EXPECT_EQ(resumed.exitStatus, 0) << resumed.err;
+    EXPECT_TRUE(contains(resumed.err, std::to_string(30 - done) + " of 30 files analysed, " +
+                                          std::to_string(done) + " taken over, 0 failed"))
+        << resumed.err;
+    EXPECT_TRUE(allRows() == whole);
+    expectSound();
+}
+
+TEST_F(BatchResults, KilledRunLeavesASoundFileThatIsResumed) {
+    const std::string list = linkMany(30);
+    EXPECT_EQ(runInto("kev", {list}).exitStatus, 0);
+    const std::vector<std::string> whole = allRows();
+    bool wasInterrupted = false;
+    for (int i = 0; i < 5; ++i) {
+        std::filesystem::remove(directory.path() / "r.sqlite");
+        sProcessManner manner;
+        manner.directory = directory.path();
+        cBatchProcess process({"kev", "--reports=none", "--results=r.sqlite", "--jobs=2", list},
+                              manner);
+        ASSERT_TRUE(process.waitForMessage("f" + std::to_string(3 * i) + ".pdb analyzed"));
+        std::this_thread::sleep_for(std::chrono::milliseconds(3 * i));
+        process.sendSignal(SIGKILL);
+        process.finish();
+        {
+            // Who opens it for writing first takes back what was not whole.
+            cDatabase database(directory.file("r.sqlite"), cDatabase::eMode::readWrite);
+            EXPECT_EQ(database.integerOf("SELECT count(*) FROM runs"), 1);
+            wasInterrupted =
+                wasInterrupted ||
+                database.integerOf("SELECT count(*) FROM runs WHERE ended IS NULL") > 0;
+        }
+        expectSound();
+        EXPECT_EQ(valueOf("SELECT count(*) FROM structures s WHERE status = 'analysed' AND "
+                          "residues <> (SELECT count(*) FROM residues r WHERE r.structure = s.id)"),
+                  "0");
+        EXPECT_EQ(runInto("kev", {"--resume", list}).exitStatus, 0);
+        EXPECT_TRUE(allRows() == whole);
+    }
+    EXPECT_TRUE(wasInterrupted) << "every run had ended by then: the test showed nothing";
+}
+
+TEST_F(BatchResults, FaultsOfTheDiskLoseNothingThatWasCommitted) {
+    const std::string list = linkMany(20);
+    EXPECT_EQ(runInto("kev", {list}).exitStatus, 0);
+    const std::vector<std::string> whole = allRows();
+    const auto expectNothingIsLost = [&](const std::string& fault, std::size_t sizeLimit,
+                                         int exitStatus) {
+        SCOPED_TRACE(fault);
+        std::filesystem::remove(directory.path() / "r.sqlite");
+        sProcessManner manner;
+        manner.fileSizeLimit = sizeLimit;
+        if (!fault.empty()) {
+            manner.environment = {{"LD_PRELOAD", KELMO_FAILING_CALLS}, {"KELMO_FAIL", fault}};
+            const char* earlier = std::getenv("ASAN_OPTIONS");
+            manner.environment["ASAN_OPTIONS"] =
+                (earlier == nullptr ? "" : std::string(earlier) + ':') + "verify_asan_link_order=0";
+        }
+        const sProcessOutcome outcome = runInto("kev", {"--jobs=2", list}, manner);
+        EXPECT_EQ(outcome.exitStatus, exitStatus) << outcome.err;
+        EXPECT_TRUE(contains(outcome.err, exitStatus == 2
+                                              ? "Could not open results file r.sqlite: "
+                                              : "Could not write results file r.sqlite: "))
+            << outcome.err;
+        // There is room again.
+        EXPECT_EQ(runInto("kev", {"--resume", list}).exitStatus, 0);
+        expectSound();
+        EXPECT_TRUE(allRows() == whole);
+    };
+    expectNothingIsLost("", 400'000, 1);
+    expectNothingIsLost("pwrite:1:28+", 0, 2);
+    expectNothingIsLost("pwrite:30:28+", 0, 1);
+    expectNothingIsLost("pwrite:40:5", 0, 1);
+    expectNothingIsLost("sync:2:5", 0, 2);
+    expectNothingIsLost("sync:8:5+", 0, 1);
+}
+
+TEST_F(BatchResults, ReadOnlyFileIsRefused) {
+    EXPECT_EQ(runInto("kev", {ubiquitin}).exitStatus, 0);
+    const std::vector<std::string> before = allRows();
+    sProcessManner manner;
+    manner.environment = {{"LD_PRELOAD", KELMO_FAILING_CALLS}, {"KELMO_FAIL", "pwrite:1:30+"}};
+    const char* earlier = std::getenv("ASAN_OPTIONS");
+    manner.environment["ASAN_OPTIONS"] =
+        (earlier == nullptr ? "" : std::string(earlier) + ':') + "verify_asan_link_order=0";
+    const sProcessOutcome outcome = runInto("vor", {ubiquitin}, manner);
+    EXPECT_EQ(outcome.exitStatus, 2) << outcome.err;
+    EXPECT_TRUE(outcome.err.starts_with("Could not open results file r.sqlite: ")) << outcome.err;
+    EXPECT_TRUE(allRows() == before);
+}
+
+TEST_F(BatchResults, ResumeTrustsContentAndNotTimes) {
+    directory.write("a.pdb", sampleText("1ubq"));
+    directory.write("b.pdb", sampleText("1ubq"));
+    directory.write("c.pdb", "nothing\n");
+    EXPECT_EQ(runInto("kev", {"a.pdb", "b.pdb", "c.pdb"}).exitStatus, 1);
+    // Another file, which is older than the results; and one that was only touched.
+    directory.write("a.pdb", sampleText("1a0q"));
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(10'000);
+    std::filesystem::last_write_time(directory.path() / "a.pdb", longAgo);
+    std::filesystem::last_write_time(directory.path() / "b.pdb",
+                                     std::filesystem::file_time_type::clock::now());
+    directory.write("c.pdb", sampleText("1ubq"));
+    const sProcessOutcome resumed = runInto("kev", {"--resume", "a.pdb", "b.pdb", "c.pdb"});
+    EXPECT_EQ(resumed.exitStatus, 0);
+    EXPECT_TRUE(contains(resumed.err, "Results of b.pdb taken over\n")) << resumed.err;
+    EXPECT_TRUE(contains(resumed.err, "2 of 3 files analysed, 1 taken over, 0 failed"));
+    EXPECT_EQ(rowsOf("SELECT id, path, entry, residues, (SELECT count(*) FROM residues r WHERE "
+                     "r.structure = s.id) FROM structures s"),
+              (std::vector<std::string>{"1|a.pdb|1A0Q|416|416", "2|b.pdb|1UBQ|76|76",
+                                        "3|c.pdb|1UBQ|76|76"}));
+    // More files at the end, and one in the middle.
+    directory.write("d.pdb", sampleText("1ubq"));
+    directory.write("e.pdb", sampleText("1ubq"));
+    EXPECT_EQ(runInto("kev", {"--resume", "a.pdb", "e.pdb", "b.pdb", "c.pdb", "d.pdb"}).exitStatus,
+              0);
+    EXPECT_EQ(valueOf("SELECT count(DISTINCT path), count(*), inputs FROM structures, runs"),
+              "5|5|5");
+    expectSound();
+}
+
+TEST_F(BatchResults, ResumeByOtherSettingsOrTablesIsRefusedWithTheirKeys) {
+    EXPECT_EQ(runInto("kev", {ubiquitin}).exitStatus, 0);
+    const std::vector<std::string> before = allRows();
+    directory.write("my.radii", sourceText("data/protor.radii") + "XXX_CA  1.0\n");
+    const sProcessOutcome refused =
+        runInto("kev", {"--resume", "--set=z_slice=0.1", "--set=calc_cx=0",
+                        "--set=radii_filename=my.radii", ubiquitin});
+    EXPECT_EQ(refused.exitStatus, 2);
+    EXPECT_EQ(refused.err,
+              "Could not open results file r.sqlite cannot be resumed, because these differ from "
+              "its last kev run: calc_cx, radii_filename, z_slice\n");
+    EXPECT_TRUE(allRows() == before);
+    // The same table elsewhere, and what changes no number, is no difference.
+    directory.write("my.radii", sourceText("data/protor.radii"));
+    const sProcessOutcome resumed = runInto(
+        "kev", {"--resume", "--set=radii_filename=my.radii", "--output-dir=out", ubiquitin});
+    EXPECT_TRUE(contains(resumed.err, "1 taken over")) << resumed.err;
+    EXPECT_TRUE(allRows() == before);
+    // Another module begins a run of its own.
+    EXPECT_EQ(runInto("vor", {"--resume", ubiquitin}).exitStatus, 0);
+    EXPECT_EQ(valueOf("SELECT count(*) FROM runs"), "2");
+}
+
+} // namespace kelmo
