@@ -25,8 +25,9 @@ Options:
                          directory)
   --list FILE            analyse the PDB files that FILE names, one a line;
                          repeatable and in order with the other files
-  --results FILE         write the results of all files into FILE, too, in a
-                         format that its name ends in: .sqlite; repeatable
+  --results FILE         write the results of all files into FILE, too, in the
+                         format that its name ends in: .sqlite, .tsv, .jsonl,
+                         .tsv.gz or .jsonl.gz; repeatable
   --reports LIST         the formats of the reports, xml or table or xml,table,
                          or none (default: as in the configuration)
   --contact-rules FILE   vor by contact_criterion 4: the table of contact rules

@@ -5,7 +5,11 @@
 namespace kelmo {
 
 const std::vector<sResultFormat>& resultFormats() {
-    static const std::vector<sResultFormat> formats{{".sqlite", true, openSqliteResults}};
+    static const std::vector<sResultFormat> formats{
+        {".sqlite", true, openSqliteResults},       {".tsv", false, openTsvResults},
+        {".tsv.gz", false, openTsvResults},         {".jsonl", false, openJsonLinesResults},
+        {".jsonl.gz", false, openJsonLinesResults},
+    };
     return formats;
 }
 

@@ -30,6 +30,11 @@ std::string resultSuffixes();
 /// Open a results file of one format. Throw cResultError.
 std::unique_ptr<cResultFile> openSqliteResults(const std::string& path, const sRunDescription& run,
                                                const sRunInputs& inputs, bool isResumed);
+std::unique_ptr<cResultFile> openTsvResults(const std::string& path, const sRunDescription& run,
+                                            const sRunInputs& inputs, bool isResumed);
+std::unique_ptr<cResultFile> openJsonLinesResults(const std::string& path,
+                                                  const sRunDescription& run,
+                                                  const sRunInputs& inputs, bool isResumed);
 ///@}
 
 } // namespace kelmo

@@ -50,6 +50,13 @@ sResultColumn countColumn(const char* name, const char* meaning, Cell cell) {
             }};
 }
 
+template <typename Cell>
+sResultColumn interactionColumn(const char* name, const char* meaning, Cell cell) {
+    sResultColumn column = countColumn(name, meaning, cell);
+    column.module = "vor";
+    return column;
+}
+
 std::size_t bindingResidues(const sInteractionRecord& interactions) {
     return static_cast<std::size_t>(std::ranges::count(interactions.isBinding, true));
 }
@@ -98,18 +105,19 @@ std::vector<sResultColumn> fileColumns() {
                     }),
         countColumn("atoms", "number of atoms",
                     [](const sStructureRecord& structure) { return integerCell(structure.atoms); }),
-        countColumn("contacts", "number of rows in contacts; null by kev",
-                    [](const sStructureRecord& structure) {
-                        return structure.interactions
-                                   ? integerCell(structure.interactions->contacts.contacts.size())
-                                   : sCell{};
-                    }),
-        countColumn("binding_residues", "number of binding residues; null by kev",
-                    [](const sStructureRecord& structure) {
-                        return structure.interactions
-                                   ? integerCell(bindingResidues(*structure.interactions))
-                                   : sCell{};
-                    })};
+        interactionColumn("contacts", "number of rows in contacts; null by kev",
+                          [](const sStructureRecord& structure) {
+                              return structure.interactions
+                                         ? integerCell(
+                                               structure.interactions->contacts.contacts.size())
+                                         : sCell{};
+                          }),
+        interactionColumn("binding_residues", "number of binding residues; null by kev",
+                          [](const sStructureRecord& structure) {
+                              return structure.interactions
+                                         ? integerCell(bindingResidues(*structure.interactions))
+                                         : sCell{};
+                          })};
 }
 
 constexpr std::array<eState, 2> states{eState::bound, eState::unbound};
@@ -145,7 +153,8 @@ void addAttributeColumns(std::vector<sResultColumn>& columns, const char* whose,
                                        return values == nullptr
                                                   ? sCell{}
                                                   : realCell(cell(values->columns[i], row));
-                                   }});
+                                   },
+                                   "kev"});
             }
         }
     }
@@ -227,6 +236,7 @@ sResultTable residuesTable() {
                                           : sCell{};
                            })},
         .rowCount = [](const sRowSource& source) { return source.structure->residues.size(); }};
+    table.columns.back().module = "vor";
     addAttributeColumns(
         table.columns, "residue", [](const sColumn&) { return true; },
         [](const sColumnValues& values, std::size_t row) { return values.ofResidues[row]; });
@@ -258,19 +268,6 @@ sResultTable contactsTable() {
             }};
 }
 
-/// The name of a type, which lives as long as the program.
-std::string_view typeName(eContactType type) {
-    static const std::array<std::string, 5> names = [] {
-        std::array<std::string, 5> all;
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            all[i] = contactTypeName(static_cast<eContactType>(i));
-        }
-        return all;
-    }();
-    const auto number = static_cast<std::size_t>(type);
-    return names[number < names.size() ? number : 0];
-}
-
 sResultTable contactTypesTable() {
     const auto typeAt = [](const sRowSource& source, std::size_t row) -> const sContactTypeRow& {
         return source.structure->interactions->types[row];
@@ -284,7 +281,7 @@ sResultTable contactTypesTable() {
                          }},
                         {"type", "TEXT", "", "Hydrophobic, Polar, Ionic or vanDerWaals",
                          [typeAt](const sRowSource& source, std::size_t row) {
-                             return textCell(typeName(typeAt(source, row).type));
+                             return textCell(contactTypeText(typeAt(source, row).type));
                          }}},
             .rowCount = [](const sRowSource& source) {
                 const auto& interactions = source.structure->interactions;
@@ -306,6 +303,18 @@ const sResultTable& resultTable(std::string_view name) {
         throw std::logic_error("no results table " + std::string(name));
     }
     return *found;
+}
+
+std::string_view contactTypeText(eContactType type) {
+    static const std::array<std::string, 5> names = [] {
+        std::array<std::string, 5> all;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            all[i] = contactTypeName(static_cast<eContactType>(i));
+        }
+        return all;
+    }();
+    const auto number = static_cast<std::size_t>(type);
+    return names[number < names.size() ? number : 0];
 }
 
 std::int64_t structureId(std::int64_t firstId, std::int64_t model) {

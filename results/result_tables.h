@@ -39,6 +39,12 @@ struct sResultColumn {
     std::string unit = {};    ///< "Å²", "%", "Å"; empty for none
     std::string meaning = {}; ///< in a sentence or two
     std::function<sCell(const sRowSource& source, std::size_t row)> cell = {};
+    std::string module = {}; ///< whose runs alone fill it: "kev", "vor"; empty for both
+
+    /// Whether runs of a module fill it.
+    bool isOf(std::string_view whichModule) const {
+        return module.empty() || module == whichModule;
+    }
 };
 
 /// One table.
@@ -53,6 +59,8 @@ struct sResultTable {
 /// at the first call.
 const std::vector<sResultTable>& resultTables();
 const sResultTable& resultTable(std::string_view name);
+/// The name of a type as it stands in the tables.
+std::string_view contactTypeText(eContactType type);
 
 /// Id of a structure: that of the first one of its file, and beyond 2^32 those of further models,
 /// so that ids do not depend on how many models the files before it have.

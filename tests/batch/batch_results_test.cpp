@@ -436,4 +436,55 @@ TEST_F(BatchResults, ResumeByOtherSettingsOrTablesIsRefusedWithTheirKeys) {
     EXPECT_EQ(valueOf("SELECT count(*) FROM runs"), "2");
 }
 
+TEST_F(BatchResults, TextFormatsSayTheSameAsTheDatabase) {
+    directory.write("bad.pdb", "");
+    // What ends a field or a string, bytes that are no UTF-8, and a value that is not a number.
+    std::vector<std::string> inputs{ubiquitin, "bad.pdb", antibody, haemoglobin};
+    for (const char* name : {"quote\"tab\t.pdb", "line\nend.pdb", "no\xff utf8.pdb", "#.pdb"}) {
+        directory.write(name, "ATOM      1  CA  GLY \\   1       0.000   0.000   0.000\n"
+                              "ATOM      2  CA  A\"B \xe9   2\"      4.000   0.000   0.000\n");
+        inputs.emplace_back(name);
+    }
+    for (const std::string module : {"kev", "vor"}) {
+        for (const std::string end : {"", ".gz"}) {
+            std::filesystem::remove(directory.path() / "r.sqlite");
+            const std::string tsv = module + ".tsv" + end;
+            const std::string jsonl = module + ".jsonl" + end;
+            std::vector<std::string> arguments{"--jobs=3", "--results=" + tsv,
+                                               "--results=" + jsonl};
+            if (module == "vor") {
+                arguments.emplace_back("--set=contact_criterion=4");
+            }
+            arguments.insert(arguments.end(), inputs.begin(), inputs.end());
+            EXPECT_EQ(runInto(module, arguments).exitStatus, 1) << "one file is bad";
+            const std::string command = "cd '" + directory.path().string() + "' && python3 '" +
+                                        sourcePath("tests/results/check_texts.py").string() +
+                                        "' r.sqlite " + tsv + ' ' + jsonl + " 1 >messages 2>&1";
+            EXPECT_EQ(std::system(command.c_str()), 0) << contentOf(directory.path() / "messages");
+            EXPECT_TRUE(contentOf(directory.path() / "messages").ends_with("are the same\n"));
+            // What stands in a file that is there already is not overwritten.
+            EXPECT_EQ(runAlone({module, "--reports=none", "--results=" + tsv, ubiquitin}).err,
+                      "Could not open results file " + tsv + ": File exists\n");
+        }
+    }
+    const sProcessOutcome resumed =
+        runAlone({"kev", "--reports=none", "--results=kev.tsv", "--resume", ubiquitin});
+    EXPECT_EQ(resumed.exitStatus, 2);
+    EXPECT_TRUE(resumed.err.starts_with("Option --resume cannot continue kev.tsv")) << resumed.err;
+}
+
+TEST_F(BatchResults, TextFormatsTellOfAFullDisk) {
+    const std::string list = linkMany(20);
+    for (const char* name : {"r.tsv", "r.jsonl.gz"}) {
+        sProcessManner manner;
+        manner.fileSizeLimit = 100'000;
+        const sProcessOutcome outcome =
+            runAlone({"kev", "--reports=none", "--results=" + std::string(name), list}, manner);
+        EXPECT_EQ(outcome.exitStatus, 1);
+        EXPECT_TRUE(contains(outcome.err, "Could not write results file " + std::string(name) +
+                                              ": File too large\n"))
+            << outcome.err;
+    }
+}
+
 } // namespace kelmo

@@ -3,7 +3,8 @@
 set -euo pipefail
 place=$(mktemp -d)
 trap 'rm -rf "$place"' EXIT
-ldd "$2" | grep -q libkelmo.so || { echo "$2 is not linked with libkelmo" >&2; exit 1; }
+# Not into a pipe: who stops reading at the first match can break what writes.
+[[ $(ldd "$2") == *libkelmo.so* ]] || { echo "$2 is not linked with libkelmo" >&2; exit 1; }
 for module in kev vor; do
     for program in "$1" "$2"; do
         out=$place/$(basename "$program")
