@@ -39,6 +39,8 @@ Options:
   --resume               continue the interrupted run of that --stamp: files
                          whose reports are all there are not analysed again;
                          with --results, files whose results are there
+  --allow-failed         exit with 0 also where input files failed, as long as
+                         all reports and results of the others were written
   --quiet                show warnings and errors only
   --no-progress          draw no progress bar (default: on a terminal only)
   --help                 show this text and exit

@@ -83,7 +83,7 @@ eExitStatus analyse(const sOptions& options) {
     cBatchRun run(paths, sameNames, manner, prepared.makeWorker, results, reporter, stop.flag());
     const sBatchResult result = run.run();
     reporter.show(summaryMessages(paths, result, manner.isResumed));
-    return exitStatus(result);
+    return exitStatus(result, options.mayFilesFail);
 }
 
 eExitStatus answer(const sOptions& options) {

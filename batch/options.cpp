@@ -33,6 +33,7 @@ enum eOptionCode : int {
     jobsCode,
     stampCode,
     resumeCode,
+    allowFailedCode,
     quietCode,
     noProgressCode,
     resultsCode,
@@ -41,7 +42,7 @@ enum eOptionCode : int {
     versionCode
 };
 
-constexpr std::array<option, 16> longOptions{{
+constexpr std::array<option, 17> longOptions{{
     {"config", required_argument, nullptr, configCode},
     {"set", required_argument, nullptr, setCode},
     {"prepare", required_argument, nullptr, prepareCode},
@@ -53,6 +54,7 @@ constexpr std::array<option, 16> longOptions{{
     {"resume", no_argument, nullptr, resumeCode},
     {"results", required_argument, nullptr, resultsCode},
     {"reports", required_argument, nullptr, reportsCode},
+    {"allow-failed", no_argument, nullptr, allowFailedCode},
     {"quiet", no_argument, nullptr, quietCode},
     {"no-progress", no_argument, nullptr, noProgressCode},
     {"help", no_argument, nullptr, helpCode},
@@ -177,6 +179,9 @@ void take(int code, sOptions& options) {
         break;
     case resumeCode:
         options.isResumed = true;
+        break;
+    case allowFailedCode:
+        options.mayFilesFail = true;
         break;
     case quietCode:
         options.isQuiet = true;

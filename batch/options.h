@@ -30,7 +30,8 @@ struct sOptions {
     std::optional<std::string> contactRules;
     std::optional<std::string> timeStamp; ///< 12 digits
     std::optional<int> jobs;              ///< 1 to `maximumJobs`
-    bool isResumed = false; ///< only with a time stamp, or results files and no reports
+    bool isResumed = false;    ///< only with a time stamp, or results files and no reports
+    bool mayFilesFail = false; ///< without an effect on the exit status
     bool isQuiet = false;
     bool isProgressWanted = true;
     std::vector<sInputSource> inputs;     ///< in the order of the command line

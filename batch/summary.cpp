@@ -2,6 +2,8 @@
 
 #include "base/shown_text.h"
 
+#include <algorithm>
+
 namespace kelmo {
 
 namespace {
@@ -63,14 +65,17 @@ std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResu
     return messages;
 }
 
-eExitStatus exitStatus(const sBatchResult& result) {
+eExitStatus exitStatus(const sBatchResult& result, bool mayFilesFail) {
     if (!result.lostResults.empty()) {
         return eExitStatus::someMissing;
     }
     if (result.stopped() > 0) {
         return eExitStatus::stoppedBySignal;
     }
-    return result.faults.empty() ? eExitStatus::allDone : eExitStatus::someMissing;
+    const bool isWhole = std::ranges::all_of(result.faults, [&](const sFileFault& fault) {
+        return fault.missingReports.empty() && mayFilesFail;
+    });
+    return isWhole ? eExitStatus::allDone : eExitStatus::someMissing;
 }
 
 } // namespace kelmo

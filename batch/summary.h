@@ -19,6 +19,7 @@ enum class eExitStatus : int {
 std::vector<sMessage> summaryMessages(const cInputPaths& paths, const sBatchResult& result,
                                       bool isResumed);
 
-eExitStatus exitStatus(const sBatchResult& result);
+/// With `mayFilesFail`, files that could not be analysed make no difference.
+eExitStatus exitStatus(const sBatchResult& result, bool mayFilesFail = false);
 
 } // namespace kelmo

@@ -227,7 +227,10 @@ std::int64_t nextStructure(cDatabase& database) {
 }
 
 std::string insertion(const sResultTable& table) {
-    std::string sql = "INSERT OR REPLACE INTO " + table.name + " VALUES (";
+    // Files have a row from the beginning. Where nothing can be replaced the statement changes one
+    // row at most, and the library keeps no copies of pages to take it back.
+    std::string sql = table.keyColumns == 1 ? "INSERT OR REPLACE INTO " : "INSERT INTO ";
+    sql += table.name + " VALUES (";
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         sql += i == 0 ? "?" : ", ?";
     }

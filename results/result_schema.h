@@ -43,7 +43,8 @@ void storeRun(cDatabase& database, const sStoredRun& run);
 /// Id for the first file of one more run: behind those of all lists and structures.
 std::int64_t nextStructure(cDatabase& database);
 
-/// "INSERT OR REPLACE INTO table VALUES (?, ?, ...)" for all columns of a table.
+/// "INSERT INTO table VALUES (?, ?, ...)" for all columns of a table; of structures, which replaces
+/// the row of a file that is pending.
 std::string insertion(const sResultTable& table);
 
 } // namespace kelmo

@@ -129,11 +129,11 @@ std::string meaningOf(const sAttribute& attribute, const char* whose, eState sta
            setting.help;
 }
 
-/// Adds the columns of all attributes in both states that `isThere` tells of; `cell` gives their
-/// values.
-template <typename IsThere, typename Cell>
+/// Adds the columns of all attributes in both states that `isThere` tells of. `seriesOf` gives the
+/// values of one.
+template <typename IsThere, typename SeriesOf>
 void addAttributeColumns(std::vector<sResultColumn>& columns, const char* whose, IsThere isThere,
-                         Cell cell) {
+                         SeriesOf seriesOf) {
     for (const eState state : states) {
         for (const sAttribute& attribute : attributes()) {
             for (std::size_t i = 0; i < attribute.columns.size(); ++i) {
@@ -141,19 +141,22 @@ void addAttributeColumns(std::vector<sResultColumn>& columns, const char* whose,
                 if (!isThere(column)) {
                     continue;
                 }
+                const auto series = [state, &attribute, i, seriesOf](
+                                        const sRowSource& source) -> std::span<const double> {
+                    const auto* const values = source.structure == nullptr
+                                                   ? nullptr
+                                                   : source.structure->values(state, attribute);
+                    if (values == nullptr) {
+                        return {};
+                    }
+                    return seriesOf(values->columns[i]);
+                };
+                const auto cell = [series](const sRowSource& source, std::size_t row) {
+                    const std::span<const double> values = series(source);
+                    return values.empty() ? sCell{} : realCell(values[row]);
+                };
                 columns.push_back({column.name + '_' + std::string(nameOf(state)), "REAL",
-                                   column.unit, meaningOf(attribute, whose, state),
-                                   [state, &attribute, i, cell](const sRowSource& source,
-                                                                std::size_t row) -> sCell {
-                                       if (source.structure == nullptr) {
-                                           return {};
-                                       }
-                                       const auto* const values =
-                                           source.structure->values(state, attribute);
-                                       return values == nullptr
-                                                  ? sCell{}
-                                                  : realCell(cell(values->columns[i], row));
-                                   },
+                                   column.unit, meaningOf(attribute, whose, state), cell, series,
                                    "kev"});
             }
         }
@@ -167,7 +170,7 @@ sResultTable structuresTable() {
     addAttributeColumns(
         table.columns, "structure",
         [](const sColumn& column) { return column.ofStructure != nullptr; },
-        [](const sColumnValues& values, std::size_t) { return values.ofStructure; });
+        [](const sColumnValues& values) { return std::span(&values.ofStructure, 1); });
     return table;
 }
 
@@ -194,7 +197,7 @@ sResultTable chainsTable() {
         .rowCount = [](const sRowSource& source) { return source.structure->chains.size(); }};
     addAttributeColumns(
         table.columns, "chain", [](const sColumn& one) { return one.ofChain != nullptr; },
-        [](const sColumnValues& values, std::size_t row) { return values.ofChains[row]; });
+        [](const sColumnValues& values) { return std::span(values.ofChains); });
     return table;
 }
 
@@ -239,7 +242,7 @@ sResultTable residuesTable() {
     table.columns.back().module = "vor";
     addAttributeColumns(
         table.columns, "residue", [](const sColumn&) { return true; },
-        [](const sColumnValues& values, std::size_t row) { return values.ofResidues[row]; });
+        [](const sColumnValues& values) { return std::span(values.ofResidues); });
     return table;
 }
 

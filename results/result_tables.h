@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,9 @@ struct sResultColumn {
     std::string unit = {};    ///< "Å²", "%", "Å"; empty for none
     std::string meaning = {}; ///< in a sentence or two
     std::function<sCell(const sRowSource& source, std::size_t row)> cell = {};
+    /// All values of the column at once, none if they were not computed: what `cell` gives one by
+    /// one. Null for columns that are no such series.
+    std::function<std::span<const double>(const sRowSource& source)> series = {};
     std::string module = {}; ///< whose runs alone fill it: "kev", "vor"; empty for both
 
     /// Whether runs of a module fill it.

@@ -30,11 +30,23 @@ class cRowInsertion {
         : table(itsTable), statement(database, insertion(itsTable)) {}
 
     void insert(const sRowSource& source) {
+        std::vector<std::span<const double>> series(table.columns.size());
+        for (std::size_t i = 0; i < series.size(); ++i) {
+            if (table.columns[i].series != nullptr) {
+                series[i] = table.columns[i].series(source);
+            }
+        }
         const std::size_t rows = table.rowCount(source);
         for (std::size_t row = 0; row < rows; ++row) {
-            int parameter = 0;
-            for (const sResultColumn& column : table.columns) {
-                bind(++parameter, column.cell(source, row));
+            for (std::size_t i = 0; i < series.size(); ++i) {
+                const int parameter = static_cast<int>(i) + 1;
+                if (!series[i].empty()) {
+                    statement.bind(parameter, series[i][row]);
+                } else if (table.columns[i].series != nullptr) {
+                    statement.bindNull(parameter);
+                } else {
+                    bind(parameter, table.columns[i].cell(source, row));
+                }
             }
             statement.run();
         }
@@ -78,7 +90,7 @@ class cSqliteResults final : public cResultFile {
         // beside the file only while it lasts, and what is appended is written once.
         database.execute("PRAGMA page_size = 16384; PRAGMA locking_mode = EXCLUSIVE; "
                          "PRAGMA journal_mode = DELETE; PRAGMA synchronous = FULL; "
-                         "PRAGMA cache_size = -16384");
+                         "PRAGMA cache_size = -16384; PRAGMA temp_store = MEMORY");
         transaction.emplace(database, "EXCLUSIVE");
         isEmpty(database) ? createSchema(database) : checkSchema(database);
         const std::optional<sStoredRun> earlier = isResumed ? findRun(run) : std::nullopt;

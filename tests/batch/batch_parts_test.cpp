@@ -194,6 +194,17 @@ TEST(Summary, MissingReportAloneIsAFailure) {
     EXPECT_EQ(static_cast<int>(exitStatus({1, 1, 0, 0, {{0, false, {"a.xml"}}}})), 1);
 }
 
+TEST(Summary, FilesMayFailWhereThatIsAllowed) {
+    const sBatchResult failed{2, 1, 0, 1, {{1, true, {}}}};
+    EXPECT_EQ(exitStatus(failed), eExitStatus::someMissing);
+    EXPECT_EQ(exitStatus(failed, true), eExitStatus::allDone);
+    EXPECT_EQ(exitStatus({2, 2, 0, 0, {{1, false, {"a.xml"}}}}, true), eExitStatus::someMissing);
+    EXPECT_EQ(exitStatus({3, 1, 0, 1, {{1, true, {}}}}, true), eExitStatus::stoppedBySignal);
+    sBatchResult lost = failed;
+    lost.lostResults = "results file x: full";
+    EXPECT_EQ(exitStatus(lost, true), eExitStatus::someMissing);
+}
+
 TEST(Summary, OfAStoppedRunSaysSo) {
     const sBatchResult result{3, 1, 0, 1, {{2, true, {}}}};
     EXPECT_EQ(summaryMessages({"a", "b", "c"}, result, false).back().text,

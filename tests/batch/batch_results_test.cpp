@@ -155,6 +155,9 @@ TEST_F(BatchResults, FailedFilesHaveTheirRowWithTheReason) {
             "4|4|odd.pdb|analysed|The following radii were not found in radii file: "
             "ODD_CA; \nNot analysed in odd.pdb: 1 residue of no known type (ODD). See "
             "preparation.|1|1"}));
+    EXPECT_EQ(valueOf("SELECT count(*) FROM structures WHERE status = 'failed' AND "
+                      "(asa_total_bound IS NOT NULL OR residues IS NOT NULL)"),
+              "0");
     EXPECT_EQ(valueOf("SELECT not_analysed FROM structures WHERE id = 4"),
               "Not analysed in odd.pdb: 1 residue of no known type (ODD). See preparation.");
     EXPECT_EQ(valueOf("SELECT sha256 FROM structures WHERE id = 2"), sha256Of(sampleText("1ubq")));
