@@ -5,12 +5,15 @@ namespace kelmo {
 std::string_view helpText() {
     return R"(Usage: kelmo-batch kev [OPTION]... [PDB]...
        kelmo-batch vor [OPTION]... [PDB]...
+       kelmo-batch merge MERGED.sqlite RESULTS.sqlite...
        kelmo-batch --help | --version
 
 Analyses PDB files and writes the reports, without a window.
 
   kev                    surface areas, depth, protrusion and hydrophobicity
   vor                    contacts between the chains of each structure
+  merge                  make one results file of several, such as those of
+                         the shards of a run
 
 Options:
   --config FILE          take the settings from a configuration file (default:
@@ -39,6 +42,8 @@ Options:
   --resume               continue the interrupted run of that --stamp: files
                          whose reports are all there are not analysed again;
                          with --results, files whose results are there
+  --shard K/N            analyse only the files of part K of N, told by a hash
+                         of their names: for several machines
   --allow-failed         exit with 0 also where input files failed, as long as
                          all reports and results of the others were written
   --quiet                show warnings and errors only

@@ -9,15 +9,11 @@
 
 namespace kelmo {
 
-namespace {
-
-/// What baseNameOf() gives, without a string of its own.
+// What baseNameOf() gives, without a string of its own.
 std::string_view baseNameIn(std::string_view path) {
     path.remove_prefix(path.rfind('/') + 1); // the next of "not found" is the beginning
     return path.substr(0, path.find('.'));
 }
-
-} // namespace
 
 cInputPaths::cInputPaths(std::initializer_list<std::string_view> paths) {
     for (const std::string_view path : paths) {

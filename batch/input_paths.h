@@ -29,6 +29,9 @@ class cInputPaths {
     std::vector<std::size_t> ends;
 };
 
+/// The name of a file without its directories, up to the first dot.
+std::string_view baseNameIn(std::string_view path);
+
 /// The paths in the order in which they are named; a list file's stand where the list stands. Empty
 /// lines of a list are passed over. Throws cUsageError when a list cannot be read.
 cInputPaths inputPaths(const std::vector<sInputSource>& sources);

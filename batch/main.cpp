@@ -6,10 +6,12 @@
 #include "batch/batch_run.h"
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
+#include "batch/merge_command.h"
 #include "batch/open_files.h"
 #include "batch/options.h"
 #include "batch/prepared_run.h"
 #include "batch/result_output.h"
+#include "batch/shard.h"
 #include "batch/stop_signal.h"
 #include "batch/summary.h"
 #include "run/process_start.h"
@@ -52,15 +54,26 @@ std::vector<sMessage> openingMessages(const sPreparedRun& prepared, const cInput
     return messages;
 }
 
+/// The inputs as results files know them. What is given must outlive the run.
+sRunInputs inputsOf(const cInputPaths& paths, const cInputPaths& list, const sListPart& part) {
+    const bool isPart = &paths == &part.paths;
+    return {paths.size(), list.size(), [&paths](std::size_t position) { return paths[position]; },
+            [&part, isPart](std::size_t position) {
+                return isPart ? part.places[position] : position;
+            }};
+}
+
 eExitStatus analyse(const sOptions& options) {
     const cSettings settings = settingsFrom(options);
-    const cInputPaths paths = inputPaths(options.inputs);
-    const sPreparedRun prepared = prepareRun(settings, paths, !options.areReportsOff());
+    const cInputPaths list = inputPaths(options.inputs);
+    const sPreparedRun prepared = prepareRun(settings, list, !options.areReportsOff());
+    const sListPart part = options.shard ? filesOfShard(list, *options.shard) : sListPart();
+    const cInputPaths& paths = options.shard ? part.paths : list;
     if (!options.areReportsOff()) {
         removeAbandonedReports(cReportDirectory(prepared.outputDirectory));
         checkWritable(prepared.outputDirectory);
     }
-    cResultWriter results(openResults(options, *prepared.settings, paths));
+    cResultWriter results(openResults(options, *prepared.settings, inputsOf(paths, list, part)));
 
     cReporter reporter(mannerFor(options));
     const cSameBaseNames sameNames(options.areReportsOff() ? cInputPaths() : paths);
@@ -92,6 +105,8 @@ eExitStatus answer(const sOptions& options) {
         return print(helpText());
     case eRequest::version:
         return print(versionText());
+    case eRequest::merge:
+        return merge(options);
     case eRequest::analysis:
         break;
     }

@@ -33,6 +33,7 @@ enum eOptionCode : int {
     jobsCode,
     stampCode,
     resumeCode,
+    shardCode,
     allowFailedCode,
     quietCode,
     noProgressCode,
@@ -42,7 +43,7 @@ enum eOptionCode : int {
     versionCode
 };
 
-constexpr std::array<option, 17> longOptions{{
+constexpr std::array<option, 18> longOptions{{
     {"config", required_argument, nullptr, configCode},
     {"set", required_argument, nullptr, setCode},
     {"prepare", required_argument, nullptr, prepareCode},
@@ -54,6 +55,7 @@ constexpr std::array<option, 17> longOptions{{
     {"resume", no_argument, nullptr, resumeCode},
     {"results", required_argument, nullptr, resultsCode},
     {"reports", required_argument, nullptr, reportsCode},
+    {"shard", required_argument, nullptr, shardCode},
     {"allow-failed", no_argument, nullptr, allowFailedCode},
     {"quiet", no_argument, nullptr, quietCode},
     {"no-progress", no_argument, nullptr, noProgressCode},
@@ -98,6 +100,28 @@ void takeJobs(sOptions& options) {
         refuse("Option --jobs is given twice");
     }
     options.jobs = jobsFrom(optarg);
+}
+
+/// "K/N".
+void takeShard(sOptions& options) {
+    if (options.shard.has_value()) {
+        refuse("Option --shard is given twice");
+    }
+    const std::string_view text = optarg;
+    const std::size_t slash = std::min(text.find('/'), text.size());
+    sShard shard{0, 0};
+    const auto isNumber = [](std::string_view digits, std::size_t& number) {
+        const auto [end, error] =
+            std::from_chars(digits.data(), digits.data() + digits.size(), number);
+        return error == std::errc() && end == digits.data() + digits.size();
+    };
+    if (slash == text.size() || !isNumber(text.substr(0, slash), shard.number) ||
+        !isNumber(text.substr(slash + 1), shard.count) || shard.number < 1 ||
+        shard.number > shard.count) {
+        refuse("Option --shard needs K/N, whole numbers with K from 1 to N, not \"" +
+               shownText(text) + '"');
+    }
+    options.shard = shard;
 }
 
 void takeContactRules(sOptions& options) {
@@ -179,6 +203,9 @@ void take(int code, sOptions& options) {
         break;
     case resumeCode:
         options.isResumed = true;
+        break;
+    case shardCode:
+        takeShard(options);
         break;
     case allowFailedCode:
         options.mayFilesFail = true;
@@ -274,8 +301,16 @@ sOptions parseOptions(int argc, char** argv) {
         options.module = first == "kev" ? eModule::kev : eModule::vor;
         readArguments(argc - 1, argv + 1, options);
         checkResume(options);
+    } else if (first == "merge") {
+        options.request = eRequest::merge;
+        for (int i = 2; i < argc; ++i) {
+            options.inputs.push_back({sInputSource::eKind::pdbFile, argv[i]});
+        }
+        if (options.inputs.size() < 2) {
+            refuse("kelmo-batch merge needs the file to make and those to make it of");
+        }
     } else {
-        refuse("The first argument must be kev or vor, not \"" + shownText(first) + '"');
+        refuse("The first argument must be kev, vor or merge, not \"" + shownText(first) + '"');
     }
     return options;
 }

@@ -3,13 +3,14 @@
 
 #include "analysis/settings.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace kelmo {
 
-enum class eRequest { analysis, help, version };
+enum class eRequest { analysis, merge, help, version };
 
 /// Something on the command line that names PDB files; the path as bytes of any encoding.
 struct sInputSource {
@@ -17,6 +18,12 @@ struct sInputSource {
 
     eKind kind = eKind::pdbFile;
     std::string path;
+};
+
+/// One of the parts that several machines share a run in.
+struct sShard {
+    std::size_t number = 1; ///< from 1 to `count`
+    std::size_t count = 1;
 };
 
 /// What the user asked for. Texts are bytes as the system handed them over.
@@ -30,7 +37,8 @@ struct sOptions {
     std::optional<std::string> contactRules;
     std::optional<std::string> timeStamp; ///< 12 digits
     std::optional<int> jobs;              ///< 1 to `maximumJobs`
-    bool isResumed = false;    ///< only with a time stamp, or results files and no reports
+    bool isResumed = false; ///< only with a time stamp, or results files and no reports
+    std::optional<sShard> shard;
     bool mayFilesFail = false; ///< without an effect on the exit status
     bool isQuiet = false;
     bool isProgressWanted = true;

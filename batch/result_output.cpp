@@ -7,16 +7,12 @@
 namespace kelmo {
 
 std::vector<std::unique_ptr<cResultFile>>
-openResults(const sOptions& options, const cSettings& settings, const cInputPaths& paths) {
+openResults(const sOptions& options, const cSettings& settings, const sRunInputs& inputs) {
     std::vector<std::unique_ptr<cResultFile>> files;
     if (options.resultFiles.empty()) {
         return files;
     }
     const sRunDescription run = describeRun(settings, KELMO_VERSION);
-    const sRunInputs inputs{.count = paths.size(),
-                            .listed = paths.size(),
-                            .path = [&paths](std::size_t position) { return paths[position]; },
-                            .place = [](std::size_t position) { return position; }};
     for (const std::string& file : options.resultFiles) {
         try {
             files.push_back(findResultFormat(file)->open(file, run, inputs, options.isResumed));

@@ -1,7 +1,6 @@
 // The results files of a run, opened as the command line asks for them.
 #pragma once
 
-#include "batch/input_paths.h"
 #include "batch/options.h"
 #include "results/result_writer.h"
 
@@ -10,9 +9,9 @@
 
 namespace kelmo {
 
-/// Opens all results files. The paths must outlive them. Throws cUsageError for one that cannot be
+/// Opens all results files. Throws cUsageError for one that cannot be
 /// used.
 std::vector<std::unique_ptr<cResultFile>>
-openResults(const sOptions& options, const cSettings& settings, const cInputPaths& paths);
+openResults(const sOptions& options, const cSettings& settings, const sRunInputs& inputs);
 
 } // namespace kelmo

@@ -490,4 +490,92 @@ TEST_F(BatchResults, TextFormatsTellOfAFullDisk) {
     }
 }
 
+TEST_F(BatchResults, MergedShardsHaveTheRowsOfOneRun) {
+    const std::string list = linkMany(30);
+    std::filesystem::remove(directory.path() / "in/f3.pdb"); // one that fails
+    for (const char* module : {"kev", "vor"}) {
+        EXPECT_EQ(runInto(module, {"--quiet", list}).exitStatus, 1);
+        for (int shard = 1; shard <= 3; ++shard) {
+            const std::string number = std::to_string(shard);
+            const sProcessOutcome outcome =
+                runAlone({module, "--quiet", "--reports=none", "--allow-failed",
+                          "--results=part" + number + ".sqlite", "--shard=" + number + "/3", list});
+            EXPECT_EQ(outcome.exitStatus, 0) << outcome.err;
+        }
+    }
+    std::size_t files = 0;
+    for (const char* part : {"part1.sqlite", "part2.sqlite", "part3.sqlite"}) {
+        const std::size_t inPart = std::stoul(valueOf("SELECT count(*) FROM structures", part));
+        EXPECT_GT(inPart, 0U) << part;
+        files += inPart;
+    }
+    EXPECT_EQ(files, 60U);
+    const sProcessOutcome merged =
+        runAlone({"merge", "all.sqlite", "part2.sqlite", "part1.sqlite", "part3.sqlite"});
+    EXPECT_EQ(merged.exitStatus, 0) << merged.err;
+    EXPECT_TRUE(merged.err.ends_with("60 structures\n")) << merged.err;
+    EXPECT_TRUE(contains(merged.err, "in/f1.pdb and in/f2.pdb have the same content\n"));
+    EXPECT_TRUE(allRows("all.sqlite") == allRows());
+    EXPECT_EQ(valueOf("SELECT count(*) FROM runs WHERE ended IS NOT NULL", "all.sqlite"), "2");
+    expectSound("all.sqlite");
+    // What was merged already is taken once, and what exists is not overwritten.
+    const std::string again = "part1.sqlite";
+    EXPECT_EQ(runAlone({"merge", "twice.sqlite", "all.sqlite", again}).exitStatus, 0);
+    EXPECT_TRUE(allRows("twice.sqlite") == allRows());
+    EXPECT_EQ(runAlone({"merge", "all.sqlite", again}).err,
+              "Could not merge: results file all.sqlite exists already\n");
+}
+
+TEST_F(BatchResults, MergingRefusesOtherSettingsAndOtherContent) {
+    directory.write("a.pdb", sampleText("1ubq"));
+    directory.write("b.pdb", sampleText("1ubq"));
+    const auto into = [&](const std::string& name, const std::string& set, const char* file) {
+        return runAlone({"kev", "--reports=none", "--results=" + name, set, file}).exitStatus;
+    };
+    EXPECT_EQ(into("1.sqlite", "--set=z_slice=0.3", "a.pdb"), 0);
+    EXPECT_EQ(into("2.sqlite", "--set=z_slice=0.4", "b.pdb"), 0);
+    EXPECT_EQ(into("3.sqlite", "--set=z_slice=0.3", "b.pdb"), 0);
+    directory.write("a.pdb", sampleText("1a0q"));
+    EXPECT_EQ(into("4.sqlite", "--set=z_slice=0.3", "a.pdb"), 0);
+    const sProcessOutcome settings = runAlone({"merge", "all.sqlite", "1.sqlite", "2.sqlite"});
+    EXPECT_EQ(settings.exitStatus, 2);
+    EXPECT_EQ(settings.err, "Could not merge: results file 2.sqlite has a kev run that the first "
+                            "one lacks, because these differ: z_slice\n");
+    EXPECT_FALSE(std::filesystem::exists(directory.path() / "all.sqlite"));
+    EXPECT_EQ(runAlone({"merge", "all.sqlite", "1.sqlite", "4.sqlite"}).err,
+              "Could not merge: results file 4.sqlite has results of another content of a.pdb than "
+              "an earlier one\n");
+    EXPECT_EQ(runAlone({"merge", "all.sqlite", "missing.sqlite"}).exitStatus, 2);
+    // Runs of their own, whose ids are the same, stand behind each other.
+    EXPECT_EQ(runAlone({"merge", "all.sqlite", "1.sqlite", "3.sqlite"}).exitStatus, 0);
+    EXPECT_EQ(rowsOf("SELECT id, path, (SELECT count(*) FROM residues WHERE structure = id) FROM "
+                     "structures",
+                     "all.sqlite"),
+              (std::vector<std::string>{"1|a.pdb|76", "2|b.pdb|76"}));
+    EXPECT_EQ(runAlone({"merge", "all.sqlite"}).exitStatus, 2);
+}
+
+TEST_F(BatchResults, ShardsDependOnNamesAlone) {
+    for (const char* wrong :
+         {"--shard=0/2", "--shard=3/2", "--shard=1", "--shard=a/b", "--shard=1/2x"}) {
+        EXPECT_EQ(runInto("kev", {wrong, ubiquitin}).exitStatus, 2) << wrong;
+    }
+    const auto filesOf = [&](const std::string& shard, const std::string& list) {
+        std::filesystem::remove(directory.path() / "r.sqlite");
+        EXPECT_EQ(runInto("kev", {"--quiet", "--shard=" + shard, list}).exitStatus, 0);
+        return rowsOf("SELECT path FROM structures ORDER BY id");
+    };
+    const std::string list = linkMany(12);
+    const std::vector<std::string> before = filesOf("1/2", list);
+    std::filesystem::remove_all(directory.path() / "in");
+    linkMany(20);
+    std::vector<std::string> behind = filesOf("1/2", list);
+    ASSERT_GE(behind.size(), before.size());
+    behind.resize(before.size());
+    EXPECT_EQ(behind, before);
+    // A part without any file is done at once.
+    EXPECT_EQ(filesOf("1/1000000", list).size(), 0U);
+    EXPECT_EQ(valueOf("SELECT ended IS NOT NULL FROM runs"), "1");
+}
+
 } // namespace kelmo
