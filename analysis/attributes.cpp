@@ -21,10 +21,11 @@ void forEachChainAlone(const cPdbPeptide& structure, Work work) {
 void calculateArea(cPdbPeptide& structure, eState state, const sCalculationInput& input) {
     const double probeRadius = input.settings.number("r_solvent");
     const double zSlice = input.settings.number("z_slice");
+    const eAsaForm form = input.settings.asaForm();
     if (state == eState::bound) {
-        structure.setAccessibleSurfaceArea(probeRadius, zSlice);
+        structure.setAccessibleSurfaceArea(probeRadius, zSlice, form);
     } else {
-        structure.setAccessibleSurfaceAreaUnbound(probeRadius, zSlice);
+        structure.setAccessibleSurfaceAreaUnbound(probeRadius, zSlice, form);
     }
 }
 
@@ -171,10 +172,13 @@ sAttribute surfaceArea() {
     isWritten.dependsOn = "calc_asa";
     sSetting radius = probeRadiusSetting();
     radius.step = 0.1;
-    return {.settings = {isOn, zSliceSetting(), radius, isWritten},
+    sSetting form = asaFormSetting();
+    form.dependsOn = isOn.key;
+    return {.settings = {isOn, zSliceSetting(), radius, isWritten, form},
             .writeKey = "write_asa",
             .headers = {{"z_slice", "ASA_zSice", "ASA_zSice: ", true},
-                        {"r_solvent", "ASA_rSolvent", "ASA_rSolvent: ", true}},
+                        {"r_solvent", "ASA_rSolvent", "ASA_rSolvent: ", true},
+                        {"asa_form", "ASA_form", "ASA_form: ", true}},
             .xmlGroup = "asa",
             .columns = areaColumns(),
             .calculate = calculateArea};

@@ -35,7 +35,8 @@ struct sColumn {
     std::string structureLabel = {}; ///< of the structure's value above tables
 };
 
-/// A setting that stands in the header of reports while the attribute is computed.
+/// A setting that stands in the header of reports while the attribute is computed, if it is
+/// written at all.
 struct sHeaderParameter {
     std::string key = {};            ///< of the setting
     std::string xmlName = {};        ///< of its element

@@ -90,8 +90,9 @@ std::optional<sProblem> findCriterionProblem(const cSettings& settings) {
         return std::nullopt;
     }
     for (const sCriterionParameter& parameter : criterion->parameters) {
-        if (settings.number(parameter.key) > parameter.maximum) {
-            const sSetting& setting = *findSetting(settings.module(), parameter.key);
+        const sSetting& setting = *findSetting(settings.module(), parameter.key);
+        if (setting.kind == eSettingKind::number &&
+            settings.number(parameter.key) > parameter.maximum) {
             const std::string number = std::to_string(static_cast<int>(criterion->number));
             return sProblem{parameter.key,
                             "by contact_criterion " + number + ", " +

@@ -54,11 +54,10 @@ bool isCriterionParameter(std::string_view key) {
 }
 
 std::string line(const sSetting& setting, const cSettings& settings) {
-    const std::string value = settings.valueText(setting.key);
-    if (setting.isWrittenOnlyIfChanged && value == setting.byDefault) {
+    if (!settings.isWritten(setting.key)) {
         return {};
     }
-    return setting.key + ":\t" + inOneLine(value) + '\n';
+    return setting.key + ":\t" + inOneLine(settings.valueText(setting.key)) + '\n';
 }
 
 /// The criterion and its parameters, which stand in the order that the criterion has.

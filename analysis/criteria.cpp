@@ -26,8 +26,9 @@ sContactList findByGap(cPdbPeptide& structure, const sCriterionInput& input) {
 sContactList findByAreaChange(cPdbPeptide& structure, const sCriterionInput& input) {
     const double probeRadius = input.settings.number("r_solvent");
     const double zSlice = input.settings.number("z_slice");
-    structure.setAccessibleSurfaceArea(probeRadius, zSlice);
-    structure.resolveDovrethContacts(input.settings.number("delta_asa"), probeRadius, zSlice);
+    const eAsaForm form = input.settings.asaForm();
+    structure.setAccessibleSurfaceArea(probeRadius, zSlice, form);
+    structure.resolveDovrethContacts(input.settings.number("delta_asa"), probeRadius, zSlice, form);
     return {};
 }
 
@@ -60,7 +61,8 @@ std::vector<sCriterion>& table() {
                  "report.",
          .parameters = {{"delta_asa", "TH_delta_asa", 1.0, 100.0},
                         {"z_slice", "TH_z_slice", 0.25, 1.0},
-                        {"r_solvent", "TH_r_solvent", 1.4, 2.0}},
+                        {"r_solvent", "TH_r_solvent", 1.4, 2.0},
+                        {"asa_form", "TH_asa_form"}},
          .makesContacts = false,
          .find = findByAreaChange},
         {.number = eInteractionCriterion::vorda,

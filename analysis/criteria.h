@@ -18,8 +18,8 @@ struct sCriterionInput;
 struct sCriterionParameter {
     std::string key = {};        ///< of the setting, which several criteria may share
     std::string reportName = {}; ///< in the headers of reports
-    double byDefault = 0.0;      ///< by this criterion
-    double maximum = 0.0;        ///< by this criterion
+    double byDefault = 0.0;      ///< of a number, by this criterion
+    double maximum = 0.0;        ///< of a number, by this criterion
 };
 
 /// One criterion.

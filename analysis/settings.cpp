@@ -86,6 +86,7 @@ std::vector<sSetting> vorSettings() {
          .help = "A residue binds when its area changes by more than this, in Å². Default 1.0."},
         zSliceSetting(),
         probeRadiusSetting(),
+        asaFormSetting(),
         {.key = "contact_rules",
          .kind = eSettingKind::table,
          .group = eSettingGroup::tables,
@@ -240,8 +241,10 @@ sSetting zSliceSetting() {
             .maximum = 1.0,
             .unit = "Å",
             .title = "Z-slice thickness",
-            .help = "Distance of the parallel planes that cut each atom, in Å. Thinner slices give "
-                    "more exact areas and take longer. Default 0.25.",
+            .help =
+                "Distance of the parallel planes that cut each atom, in Å. Default 0.25. In the "
+                "complete form of the surface thinner slices give more exact areas; in the "
+                "classic one they only take longer.",
             .smallestOffered = 0.1};
 }
 
@@ -255,6 +258,18 @@ sSetting probeRadiusSetting() {
             .title = "Probe radius",
             .help = "Radius of the sphere that is rolled over the atoms, in Å. Default 1.4, a "
                     "water molecule."};
+}
+
+sSetting asaFormSetting() {
+    return {.key = "asa_form",
+            .kind = eSettingKind::choice,
+            .byDefault = "classic",
+            .title = "Form of the surface",
+            .help = "How areas are computed. classic: as ever, for comparing with earlier reports. "
+                    "complete: all of every sphere, within 0.1 % of the true area, whatever the "
+                    "orientation; it needs standard areas of its own.",
+            .choices = {"classic", "complete"},
+            .isWrittenOnlyIfChanged = true};
 }
 
 double sSetting::defaultNumber() const {
@@ -384,6 +399,10 @@ eInteractionCriterion cSettings::criterion() const {
         static_cast<int>(std::get<double>(valueOf(criterionKey).value)));
 }
 
+eAsaForm cSettings::asaForm() const {
+    return text("asa_form") == "complete" ? eAsaForm::complete : eAsaForm::classic;
+}
+
 bool cSettings::isSet(std::string_view key) const {
     return valueOf(key).isSet;
 }
@@ -408,6 +427,11 @@ std::vector<std::string> cSettings::statedKeys() const {
         }
     }
     return keys;
+}
+
+bool cSettings::isWritten(std::string_view key) const {
+    const sSetting& setting = *findSetting(whichModule, key);
+    return !setting.isWrittenOnlyIfChanged || valueText(key) != setting.byDefault;
 }
 
 cSettings cSettings::resolved() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/exported.h"
+#include "model/asa_form.h"
 #include "model/contact.h"
 
 #include <map>
@@ -59,7 +60,8 @@ struct sSetting {
     /// Key of a flag without which this setting has no effect; empty for none.
     std::string dependsOn = {};
     std::string suffix = {}; ///< of a table's file: ".radii"
-    /// Whether configuration files leave it out while it has its default.
+    /// Whether configuration files and the headers of reports leave it out while it has its
+    /// default.
     bool isWrittenOnlyIfChanged = false;
     /// Whether the headers of all reports name it, unless it has its default.
     bool isStatedIfChanged = false;
@@ -81,6 +83,8 @@ struct sShortForm {
 sSetting zSliceSetting();
 /// The row of the radius of the probe, which both modules have.
 sSetting probeRadiusSetting();
+/// The row of the form of the surface, which both modules have.
+sSetting asaFormSetting();
 
 /// All settings of a module, group by group, in the order of configuration files.
 const std::vector<sSetting>& settingsOf(eModule module);
@@ -121,6 +125,8 @@ class cSettings {
     const std::string& text(std::string_view key) const;
     /// Of the interaction module; `none` when none is chosen.
     eInteractionCriterion criterion() const;
+    /// The form in which areas are computed.
+    eAsaForm asaForm() const;
 
     /// Whether the value was set rather than left at its default.
     bool isSet(std::string_view key) const;
@@ -130,6 +136,8 @@ class cSettings {
     std::string valueText(std::string_view key) const;
     /// Keys of the settings that the headers of reports name.
     std::vector<std::string> statedKeys() const;
+    /// Whether configuration files and the headers of reports have it.
+    bool isWritten(std::string_view key) const;
 
     /// With what follows from other settings: flags that others need are on, those that depend on a
     /// flag that is off are off, and a criterion that makes no contact records asks for no report

@@ -29,6 +29,22 @@ cModulePage::cModulePage(eModule ofModule, QWidget* itsWindow, cAnalysisRun* its
 
 cModulePage::~cModulePage() = default;
 
+namespace {
+
+/// The last widget that the tab key comes to on its way from `first` through those within `parent`.
+QWidget* lastFieldOf(const QWidget& parent, QWidget& first) {
+    QWidget* last = &first;
+    for (QWidget* field = first.nextInFocusChain(); field != &first;
+         field = field->nextInFocusChain()) {
+        if (parent.isAncestorOf(field) && (field->focusPolicy() & Qt::TabFocus) != 0) {
+            last = field;
+        }
+    }
+    return last;
+}
+
+} // namespace
+
 void cModulePage::bindPath(const std::string& key, QLineEdit* edit) {
     fields.bind(key, edit);
     // A line break, easily pasted with a path, would shift every later line of the settings.
@@ -45,12 +61,18 @@ void cModulePage::addFurtherSettings() {
                      [this] { choosePreparation(); });
     showPreparation();
     auto* box = new QGroupBox(QCoreApplication::translate("kelmo", "Further settings"));
+    box->setObjectName(QStringLiteral("groupBoxFurtherSettings"));
     auto* layout = new QFormLayout(box);
     if (fields.addMissing(*layout) == 0) {
         delete box;
         return;
     }
+    QWidget* former = lastFieldOf(*widgets.settingsColumn->parentWidget(), *widgets.fileList);
     widgets.settingsColumn->addWidget(box);
+    for (const std::string& key : fields.addedKeys()) {
+        QWidget::setTabOrder(former, fields.widget(key));
+        former = fields.widget(key);
+    }
 }
 
 void cModulePage::choosePreparation() {

@@ -1,6 +1,7 @@
 // Starting and stopping the worker of a module.
 
 #include "analysis/checks.h"
+#include "analysis/standard_areas.h"
 #include "app/message_pane.h"
 #include "app/module_page.h"
 #include "base/thread_order.h"
@@ -33,6 +34,9 @@ void cModulePage::run() {
     analysis->setUp(wanted, tables);
     analysis->setInputFiles(files.paths());
     start();
+    if (const std::string warning = standardAreaWarning(wanted, tables); !warning.empty()) {
+        showMessage(Qt::yellow, QString::fromStdString(warning));
+    }
 }
 
 void cModulePage::start() {

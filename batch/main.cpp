@@ -44,10 +44,7 @@ sReporterManner mannerFor(const sOptions& options) {
 
 std::vector<sMessage> openingMessages(const sPreparedRun& prepared, const cInputPaths& paths,
                                       const cSameBaseNames& sameNames) {
-    std::vector<sMessage> messages;
-    for (const std::string& note : prepared.notes) {
-        messages.emplace_back(eSeverity::progress, note);
-    }
+    std::vector<sMessage> messages = prepared.messages;
     for (const std::string& warning : sameBaseNameWarnings(paths, sameNames)) {
         messages.emplace_back(eSeverity::warning, warning);
     }

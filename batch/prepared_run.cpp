@@ -4,6 +4,7 @@
 #include "analysis/configuration.h"
 #include "analysis/criteria.h"
 #include "analysis/shipped_tables.h"
+#include "analysis/standard_areas.h"
 #include "base/shown_text.h"
 #include "base/usage_error.h"
 #include "batch/report_choice.h"
@@ -46,7 +47,10 @@ void findShippedTables(cSettings& settings) {
         }
         std::error_code error;
         if (setting.key != "contact_rules" || !std::filesystem::exists(setting.byDefault, error)) {
-            settings.setText(setting.key, shippedTable(setting.byDefault).native());
+            const std::string name = setting.key == "standard_asa"
+                                         ? shippedStandardAreas(settings.asaForm())
+                                         : setting.byDefault;
+            settings.setText(setting.key, shippedTable(name).native());
         }
     }
 }
@@ -121,10 +125,14 @@ sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs, bool 
     if (module == eModule::vor) {
         checkContactRules(given);
     }
-    std::vector<std::string> notes;
+    std::vector<sMessage> messages;
     if (isTableNeeded(*settings, "contact_rules")) {
         // The reports do not tell, and which table it is depends on the current directory.
-        notes.push_back("Contact rules from " + shownText(settings->text("contact_rules")));
+        messages.emplace_back(eSeverity::progress,
+                              "Contact rules from " + shownText(settings->text("contact_rules")));
+    }
+    if (const std::string warning = standardAreaWarning(*settings, *tables); !warning.empty()) {
+        messages.emplace_back(eSeverity::warning, warning);
     }
     const std::string directory = withSlash(settings->text("output_dir"));
     settings->setText("output_dir", directory);
@@ -133,7 +141,7 @@ sPreparedRun prepareRun(const cSettings& given, const cInputPaths& inputs, bool 
                 worker->setUp(*settings, *tables);
                 return worker;
             },
-            directory, notes, settings};
+            directory, messages, settings};
 }
 
 void checkWritable(const std::string& directory) {

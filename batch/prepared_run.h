@@ -18,7 +18,7 @@ using cWorkerMaker = std::function<std::unique_ptr<cAnalysisRun>()>;
 struct sPreparedRun {
     cWorkerMaker makeWorker;
     std::string outputDirectory;    ///< ends in a slash
-    std::vector<std::string> notes; ///< what the user should know before the start
+    std::vector<sMessage> messages; ///< what the user should know before the start
     /// Resolved, with the tables that were found.
     std::shared_ptr<const cSettings> settings;
 };

@@ -21,6 +21,8 @@ struct sAsa {
     double polar = 0.0;
     double nonPolar = 0.0;
     ///@}
+
+    bool operator==(const sAsa& other) const = default;
 };
 
 /// Inserts the names of the 20 standard amino acids.

@@ -1,5 +1,4 @@
 // Reports as tables of aligned columns.
-#include "base/number_text.h"
 #include "base/shown_text.h"
 #include "reports/report_blocks.h"
 #include "reports/report_formats.h"
@@ -61,6 +60,9 @@ void appendHeader(std::string& text, const sAttributeReport& report) {
             continue;
         }
         for (const sHeaderParameter& parameter : attribute.headers) {
+            if (!settings.isWritten(parameter.key)) {
+                continue;
+            }
             if (findSetting(settings.module(), parameter.key)->kind == eSettingKind::number) {
                 appendParameter(text, parameter.tableLabel, settings.number(parameter.key));
             } else {
@@ -126,14 +128,15 @@ void appendRow(std::string& text, const sStateColumns& columns, std::size_t chai
 // Contacts
 
 std::string interactionHeader(const sInteractionReport& report) {
-    constexpr int significantDigits = 6;
     std::string text;
     appendParameter(text, "pdb_id: ", report.structure.name);
     appendSetting(text, "radii_filename: ", report.settings.text("radii_filename"));
     if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
         for (const sCriterionParameter& parameter : criterion->parameters) {
-            const cNumberText value(report.settings.number(parameter.key), significantDigits);
-            text.append(parameter.reportName).append(": ").append(value.view()) += '\n';
+            if (report.settings.isWritten(parameter.key)) {
+                appendParameter(text, parameter.reportName + ": ",
+                                report.settings.valueText(parameter.key));
+            }
         }
     }
     appendStatedSettings(text, report.settings);

@@ -44,13 +44,16 @@ bool hasStructureValues(const sAttributeValues& values) {
     return !values.columns.empty() && values.columns.front().column->ofStructure != nullptr;
 }
 
-void appendParameter(std::string& text, const cSettings& settings,
-                     const sHeaderParameter& parameter) {
-    const sSetting& setting = *findSetting(settings.module(), parameter.key);
-    if (setting.kind == eSettingKind::number) {
-        appendXmlElement(text, parameter.xmlName, settings.number(parameter.key), 2);
+/// Only if the setting is written at all.
+void appendParameter(std::string& text, const cSettings& settings, const std::string& key,
+                     std::string_view name) {
+    if (!settings.isWritten(key)) {
+        return;
+    }
+    if (findSetting(settings.module(), key)->kind == eSettingKind::number) {
+        appendXmlElement(text, name, settings.number(key), 2);
     } else {
-        appendText(text, parameter.xmlName, settings.valueText(parameter.key), 2);
+        appendText(text, name, settings.valueText(key), 2);
     }
 }
 
@@ -67,7 +70,7 @@ void appendParameters(std::string& text, const cSettings& settings, bool isChain
         for (const sHeaderParameter& parameter : attribute.headers) {
             if (attribute.isCalculated(settings) &&
                 (parameter.isInChainDocuments || !isChainDocument)) {
-                appendParameter(text, settings, parameter);
+                appendParameter(text, settings, parameter.key, parameter.xmlName);
             }
         }
     }
@@ -152,7 +155,7 @@ std::string interactionHead(const sInteractionReport& report, const char* root, 
     raw.append(text, "radii_filename", report.settings.text("radii_filename"), 2);
     if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
         for (const sCriterionParameter& parameter : criterion->parameters) {
-            appendXmlElement(text, parameter.reportName, report.settings.number(parameter.key), 2);
+            appendParameter(text, report.settings, parameter.key, parameter.reportName);
         }
     }
     appendStatedSettings(text, report.settings);

@@ -62,7 +62,7 @@ sResidueTemplate asparagine() {
     return {"ASN",
             {},
             {plainBetaCarbon(),
-             {"CG", "CB", "CA", "N", 1.516, 112.6, -174.0},
+             {"CG", "CB", "CA", "N", 1.516, 112.6, -177.0},
              {"OD1", "CG", "CB", "CA", 1.231, 120.8, 30.0},
              {"ND2", "CG", "CB", "OD1", 1.328, 116.4, 180.0}},
             {}};

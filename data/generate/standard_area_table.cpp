@@ -15,12 +15,25 @@ namespace kelmo {
 namespace {
 
 constexpr double probeRadius = 1.4; // Å, water
-constexpr double zSlice = 0.05;     // Å
+
+/// How the areas of a form are computed. Thinner slices bring the complete form alone nearer to the
+/// true area.
+struct sSlicing {
+    double slice; ///< Å
+    const char* heading;
+};
+
+sSlicing slicingOf(eAsaForm form) {
+    if (form == eAsaForm::complete) {
+        return {0.005, "# Radii: protor.radii. Probe 1.4, complete form, slices of 0.005.\n"};
+    }
+    return {0.05, "# Radii: protor.radii. Probe 1.4, slices of 0.05 along the chain.\n"};
+}
 
 constexpr const char* heading =
     "# Standard surface areas of the amino acids, in square angstrom.\n"
-    "# Middle residue of an extended tripeptide Ala-X-Ala; written by kelmo-make-standard-areas.\n"
-    "# Radii: protor.radii. Probe 1.4, slices of 0.05 along the chain.\n"
+    "# Middle residue of an extended tripeptide Ala-X-Ala; written by kelmo-make-standard-areas.\n";
+constexpr const char* sources =
     "# Bond lengths and angles: Engh & Huber, Acta Cryst A47:392-400 (1991). Main chain -139, "
     "+135\n"
     "# (proline -70, +135), trans. Rotamers: Lovell et al., Proteins 40:389-408 (2000).\n"
@@ -36,8 +49,10 @@ std::string tableLine(const cChainResidue& residue) {
 
 } // namespace
 
-std::string writeStandardAreas(std::ostream& out, const std::map<std::string, double>& radii) {
-    out << heading;
+std::string writeStandardAreas(std::ostream& out, const std::map<std::string, double>& radii,
+                               eAsaForm form) {
+    const sSlicing slicing = slicingOf(form);
+    out << heading << slicing.heading << sources;
     for (const sResidueTemplate& residue : residueTemplates()) {
         std::istringstream text(tripeptidePdb(residue.name));
         std::set<std::string> missingRadii;
@@ -47,7 +62,7 @@ std::string writeStandardAreas(std::ostream& out, const std::map<std::string, do
         if (!missingRadii.empty()) {
             return *missingRadii.begin();
         }
-        tripeptide.setAccessibleSurfaceArea(probeRadius, zSlice);
+        tripeptide.setAccessibleSurfaceArea(probeRadius, slicing.slice, form);
         out << tableLine(tripeptide.residues[1]);
     }
     return {};

@@ -1,4 +1,5 @@
-// kelmo-make-standard-areas: writes the table of standard surface areas, data/ala-x-ala.asa.
+// kelmo-make-standard-areas: writes the tables of standard surface areas, data/ala-x-ala.asa and,
+// with --complete, data/ala-x-ala-complete.asa.
 
 #include "data/generate/standard_area_table.h"
 #include "model/addition.h"
@@ -7,14 +8,15 @@
 #include <iostream>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace kelmo {
 
 namespace {
 
 /// Exit status 0 when the table was written, 1 otherwise.
-int writeTable(std::ostream& out, const std::map<std::string, double>& radii) {
-    const std::string missing = writeStandardAreas(out, radii);
+int writeTable(std::ostream& out, const std::map<std::string, double>& radii, eAsaForm form) {
+    const std::string missing = writeStandardAreas(out, radii, form);
     if (!missing.empty()) {
         std::cerr << "No radius for " << missing << "\n";
         return 1;
@@ -34,9 +36,14 @@ int writeTable(std::ostream& out, const std::map<std::string, double>& radii) {
 using namespace kelmo;
 
 int main(int argc, char** argv) {
+    const bool isComplete = argc > 1 && argv[1] == std::string_view("--complete");
+    const eAsaForm form = isComplete ? eAsaForm::complete : eAsaForm::classic;
+    argc -= isComplete ? 1 : 0;
+    argv += isComplete ? 1 : 0;
     if (argc != 2 && argc != 3) {
-        std::cerr << "Usage: kelmo-make-standard-areas RADII [OUTPUT]\n"
-                     "Writes the standard areas for a radii file to OUTPUT or standard output.\n";
+        std::cerr << "Usage: kelmo-make-standard-areas [--complete] RADII [OUTPUT]\n"
+                     "Writes the standard areas for a radii file to OUTPUT or standard output, in "
+                     "the classic or the complete form of the surface.\n";
         return 2;
     }
     std::ifstream radiiFile(argv[1]);
@@ -51,8 +58,8 @@ int main(int argc, char** argv) {
         return 1;
     }
     if (argc == 2) {
-        return writeTable(std::cout, radii);
+        return writeTable(std::cout, radii, form);
     }
     std::ofstream file(argv[2]);
-    return writeTable(file, radii);
+    return writeTable(file, radii, form);
 }

@@ -433,10 +433,12 @@ void cFormTest::everyFieldHasAToolTip() {
 
 void cFormTest::tabKeyFollowsTheOrderOfWork() {
     const QList<QStringList> groups = {
-        {"groupBoxKEVFiles", "groupBoxKEVCompute", "groupBoxKEVParameters", "groupBoxKEVTables",
-         "groupBoxKEVOutput", "groupBoxKEVRun", "groupBoxKEVLog"},
-        {"groupBoxVORFiles", "groupBoxVORCriterion", "groupBoxVORParameters", "groupBoxVORTables",
-         "groupBoxVOROutput", "groupBoxVORRun", "groupBoxVORLog"}};
+        {"groupBoxKEVFiles", "groupBoxKEVCompute", "groupBoxKEVParameters",
+         "groupBoxFurtherSettings", "groupBoxKEVTables", "groupBoxKEVOutput", "groupBoxKEVRun",
+         "groupBoxKEVLog"},
+        {"groupBoxVORFiles", "groupBoxVORCriterion", "groupBoxVORParameters",
+         "groupBoxFurtherSettings", "groupBoxVORTables", "groupBoxVOROutput", "groupBoxVORRun",
+         "groupBoxVORLog"}};
     auto* tabs = widget<QTabWidget>(*window, "tabWidgetModuleChoice");
     window->show();
     for (int page = 0; page < 2; ++page) {

@@ -6,6 +6,7 @@
 #include "tests/app/app_test_tools.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -27,6 +28,7 @@ class cRunControlTest : public QObject {
     void init();
     void cleanup();
     void kevChecksComeInTheirOrder();
+    void completeFormIsChosenInTheForm();
     void vorChecksComeInTheirOrder();
     void contactsReportAloneIsRefusedUnderDovreth();
     void outputDirectoryThatIsAFileIsRefused();
@@ -166,6 +168,30 @@ void cRunControlTest::kevChecksComeInTheirOrder() {
                  "specified hydrophobicity file is correct!\n"));
     setText(*window, "lineEditHydrophobicityFile", dataPath("kyte-doolittle.hpb"));
     QCOMPARE(clickRun(kevNames), QStringList(coloured(Qt::blue, "Analysis started")));
+    QVERIFY(waitForEnd(*window, kevNames));
+}
+
+void cRunControlTest::completeFormIsChosenInTheForm() {
+    auto* form = widget<QComboBox>(*widget<QWidget>(*window, "tabKEV"), "setting_asa_form");
+    QCOMPARE(form->currentText(), QStringLiteral("classic"));
+    prepareKev(*window, {place->file("a.pdb", glycineStructure())},
+               place->file("good.radii", glycineRadiiFile()), place->directory("out"));
+    setChecked(*window, "checkBoxCalcRASA");
+    setText(*window, "lineEditStandardASA", dataPath("ala-x-ala.asa"));
+    form->setCurrentText(QStringLiteral("complete"));
+    QCOMPARE(clickRun(kevNames).join('\n'),
+             coloured(Qt::blue, "Analysis started") + '\n' +
+                 coloured(Qt::yellow, "The standard areas are those of the classic form of the "
+                                      "surface; with asa_form complete take "
+                                      "ala-x-ala-complete.asa"));
+    QVERIFY(waitForEnd(*window, kevNames));
+    bool isStated = false;
+    for (const auto& [name, bytes] : filesIn(place->path("out"))) {
+        isStated = isStated || bytes.contains("ASA_form: complete\n");
+    }
+    QVERIFY(isStated);
+    setText(*window, "lineEditStandardASA", dataPath("ala-x-ala-complete.asa"));
+    QVERIFY(!clickRun(kevNames).join('\n').contains("standard areas"));
     QVERIFY(waitForEnd(*window, kevNames));
 }
 

@@ -114,6 +114,39 @@ TEST_F(KevSettings, SlicesMayBeFinerThanTheWindowOffers) {
     EXPECT_TRUE(contains(report("bound.tbl"), "\nASA_zSice: 0.01\n"));
 }
 
+TEST_F(KevSettings, CompleteFormIsStatedAndTakesStandardAreasOfItsOwn) {
+    const sProcessOutcome outcome = run("kev", {"--set=asa_form=complete", ubiquitin});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_FALSE(contains(outcome.err, "standard areas")) << outcome.err;
+    for (const char* state : {"bound", "unbound"}) {
+        const std::string table = report(state + std::string(".tbl"));
+        EXPECT_TRUE(contains(table, "\nASA_rSolvent: 1.4\nASA_form: complete\nrasa_file: "))
+            << state;
+        EXPECT_TRUE(contains(table, "/ala-x-ala-complete.asa\n"));
+        EXPECT_TRUE(contains(report(state + std::string(".xml")),
+                             "  <ASA_rSolvent>1.4</ASA_rSolvent>\n"
+                             "  <ASA_form>complete</ASA_form>\n  <rasa_filename>"));
+    }
+    // FreeSASA, Lee & Richards, 1000 slices: 4800.3.
+    EXPECT_TRUE(contains(report("bound.xml"), "<asa>\n    <total>4798."));
+}
+
+TEST_F(KevSettings, StandardAreasOfTheOtherFormAreWarnedOf) {
+    directory.write("mine.asa", sourceText("data/ala-x-ala.asa"));
+    sProcessOutcome outcome =
+        run("kev", {"--set=asa_form=complete", "--set=standard_asa=mine.asa", ubiquitin});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_TRUE(contains(outcome.err, "The standard areas are those of the classic form of the "
+                                      "surface; with asa_form complete take "
+                                      "ala-x-ala-complete.asa"))
+        << outcome.err;
+    directory.write("mine.asa", sourceText("data/ala-x-ala-complete.asa"));
+    outcome = run("kev", {"--set=standard_asa=mine.asa", ubiquitin});
+    EXPECT_TRUE(contains(outcome.err, "with asa_form classic take ala-x-ala.asa")) << outcome.err;
+    outcome = run("kev", {"--set=standard_asa=mine.asa", "--set=calc_rasa=0", ubiquitin});
+    EXPECT_FALSE(contains(outcome.err, "standard areas")) << outcome.err;
+}
+
 TEST_F(KevSettings, RelativeAreasAndDepthSwitchTheAreasOn) {
     for (const char* attribute : {"calc_rasa", "calc_dpx"}) {
         directory.write("run.cfg", "calc_asa:\t0\ncalc_rasa:\t0\ncalc_dpx:\t0\ncalc_cx:\t0\n"
@@ -287,6 +320,32 @@ TEST_F(VorSettings, DocumentedConfigurationGivesTheSameReports) {
     EXPECT_EQ(filesIn(directory.path() / "reports"), reports());
 }
 
+// In the classic form three lysines of deoxyhaemoglobin gain more than 5 Å² in the complex.
+TEST_F(VorSettings, AreaChangeGoesByTheFormAndStatesIt) {
+    const auto tableWith = [&](const std::string& form) {
+        EXPECT_EQ(run("vor", {"--set=contact_criterion=3", "--set=delta_asa=5",
+                              "--set=asa_form=" + form, haemoglobin})
+                      .exitStatus,
+                  0);
+        return reports().at("2hhb_200703141530_binding_residues.tbl");
+    };
+    const std::string classic = tableWith("classic");
+    EXPECT_FALSE(contains(classic, "form"));
+    const std::string complete = tableWith("complete");
+    EXPECT_TRUE(contains(complete, "TH_r_solvent: 1.4\nTH_asa_form: complete\n"));
+    EXPECT_TRUE(contains(reports().at("2hhb_200703141530_binding_status.xml"),
+                         "  <TH_r_solvent>1.4</TH_r_solvent>\n"
+                         "  <TH_asa_form>complete</TH_asa_form>\n"));
+    std::size_t gone = 0;
+    for (const std::string& line : linesOf(classic)) {
+        gone += contains(line, "LYS") && !contains(complete, line) ? 1U : 0U;
+    }
+    EXPECT_GE(gone, 3U);
+    EXPECT_EQ(run("vor", {"--set=asa_form=complete", haemoglobin}).exitStatus, 0);
+    EXPECT_FALSE(contains(reports().at("2hhb_200703141530_contacts.tbl"), "form"))
+        << "no area plays a part";
+}
+
 TEST_F(VorSettings, CriteriaHaveThresholdsOfTheirOwn) {
     EXPECT_EQ(run("vor", {"--set=contact_criterion=2", ubiquitin}).exitStatus, 0);
     EXPECT_TRUE(contains(report("contacts.tbl"), "PRISM_threshold: 0.5\n"));
@@ -296,6 +355,7 @@ TEST_F(VorSettings, CriteriaHaveThresholdsOfTheirOwn) {
     EXPECT_EQ(run("vor", {"--set=contact_criterion=3", ubiquitin}).exitStatus, 0);
     EXPECT_TRUE(contains(report("binding_residues.tbl"),
                          "TH_delta_asa: 1\nTH_z_slice: 0.25\nTH_r_solvent: 1.4\n"));
+    EXPECT_FALSE(contains(report("binding_residues.tbl"), "form"));
     EXPECT_EQ(run("vor", {"--set=contact_criterion=3", "--set=delta_asa=2.5", "--set=z_slice=0.5",
                           "--set=r_solvent=1.2", "--set=threshold=9", ubiquitin})
                   .exitStatus,

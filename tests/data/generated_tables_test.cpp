@@ -389,16 +389,37 @@ TEST(ResidueTemplates, ListAtomsInTheOrderOfTheSampleEntries) {
 }
 
 TEST(StandardAreaTable, IsWhatTheProgramWrites) {
-    std::ostringstream written;
-    EXPECT_EQ(writeStandardAreas(written, shippedTables().radii), "");
-    EXPECT_EQ(written.str(), sourceText("data/ala-x-ala.asa"));
+    for (const auto& [form, table] : {std::pair{eAsaForm::classic, "ala-x-ala.asa"},
+                                      std::pair{eAsaForm::complete, "ala-x-ala-complete.asa"}}) {
+        std::ostringstream written;
+        EXPECT_EQ(writeStandardAreas(written, shippedTables().radii, form), "");
+        EXPECT_EQ(written.str(), sourceText(std::string("data/") + table));
+    }
+}
+
+// Slicing leaves out the rim of a sphere that no plane cuts; the complete form leaves out nothing.
+TEST(StandardAreaTable, CompleteAreasAreALittleLarger) {
+    const auto read = [](const std::string& table) {
+        std::istringstream in(sourceText("data/" + table));
+        std::map<std::string, sAsa> areas;
+        EXPECT_EQ(getStandardAsa(in, areas), 0);
+        return areas;
+    };
+    const std::map<std::string, sAsa> classic = read("ala-x-ala.asa");
+    const std::map<std::string, sAsa> complete = read("ala-x-ala-complete.asa");
+    ASSERT_EQ(complete.size(), 20U);
+    for (const auto& [name, areas] : complete) {
+        const double ratio = areas.total / classic.at(name).total;
+        EXPECT_GT(ratio, 1.0) << name;
+        EXPECT_LT(ratio, 1.006) << name;
+    }
 }
 
 TEST(StandardAreaTable, IsRefusedWithoutARadius) {
     std::map<std::string, double> radii = shippedTables().radii;
     radii.erase("HIS_CE1");
     std::ostringstream written;
-    EXPECT_EQ(writeStandardAreas(written, radii), "HIS_CE1");
+    EXPECT_EQ(writeStandardAreas(written, radii, eAsaForm::classic), "HIS_CE1");
 }
 
 TEST(ContactRules, AreWhatTheProgramWrites) {
