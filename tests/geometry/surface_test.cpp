@@ -324,6 +324,12 @@ struct sBall {
 
 constexpr double companionRadius = 1.9;
 
+// The classic form counts a slice only when some neighbour's circle lies in its plane, near enough
+// to be looked at, so that a sphere alone has no area at all. Every ball therefore gets a companion
+// of this radius beside it, in all of whose planes it has a circle without covering any of it: what
+// is compared with the closed forms is the area of balls that have company. The complete form needs
+// none; its closed forms stand in complete_surface_test.cpp.
+
 /// A place at the height of one ball, 7 Å away, where a companion touches none of the balls.
 cResidueAtom companionOf(const sBall& ball, const std::vector<sBall>& balls) {
     for (int degrees = 0; degrees < 360; degrees += 5) {
