@@ -99,6 +99,17 @@ bool isAnion(const sResidueTemplate& residue, const std::string& atom) {
     return isAcidic && isElement(atom, 'O') && atom != "O";
 }
 
+/// The first nitrogen of a chain, under the name that the reader gives it, and the second oxygen at
+/// the other end, behind all other heavy atoms. Both are charged. Nothing tells the first oxygen
+/// of that carboxylate from those within the chain.
+std::vector<sRuleAtom> chainEnds(std::size_t heavyAtoms) {
+    return {{.name = "NXT", .index = 0, .isDonor = true, .isCation = true},
+            {.name = "OXT",
+             .index = static_cast<unsigned>(heavyAtoms),
+             .isAcceptor = true,
+             .isAnion = true}};
+}
+
 std::vector<sRuleResidue> classifiedResidues() {
     std::vector<sRuleResidue> residues;
     for (const sResidueTemplate& residue : residueTemplates()) {
@@ -109,6 +120,8 @@ std::vector<sRuleResidue> classifiedResidues() {
                                         isDonor(residue, atom), isAcceptor(residue, atom),
                                         isCation(residue, atom), isAnion(residue, atom)});
         }
+        const std::vector<sRuleAtom> ends = chainEnds(classified.atoms.size());
+        classified.atoms.insert(classified.atoms.end(), ends.begin(), ends.end());
         residues.push_back(std::move(classified));
     }
     return residues;
@@ -128,11 +141,10 @@ void writePairRules(std::ostream& out, const sRuleResidue& first, const sRuleRes
     // Within one residue type the reader's mirrored row is the pair the other way round.
     const bool isSameType = first.name == second.name;
     for (const sRuleKind& kind : ruleKinds) {
-        for (const sRuleAtom& atom1 : first.atoms) {
-            for (const sRuleAtom& atom2 : second.atoms) {
-                const bool isMirrored = isSameType && atom2.index < atom1.index;
-                if (!isMirrored && kind.joins(atom1, atom2)) {
-                    out << tableRow(first.name, atom1, second.name, atom2, kind);
+        for (std::size_t i = 0; i < first.atoms.size(); ++i) {
+            for (std::size_t j = isSameType ? i : 0; j < second.atoms.size(); ++j) {
+                if (kind.joins(first.atoms[i], second.atoms[j])) {
+                    out << tableRow(first.name, first.atoms[i], second.name, second.atoms[j], kind);
                 }
             }
         }

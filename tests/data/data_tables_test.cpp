@@ -116,6 +116,44 @@ TEST_P(RadiiTable, CoversNucleotidesUnderTheStarredAndBothPhosphateNames) {
     EXPECT_EQ(radii.count("DT_C7"), 1U);
 }
 
+TEST_P(RadiiTable, CoversResiduesBesideTheStandardOnes) {
+    const std::map<std::string, double> radii = shippedRadii(GetParam());
+    const std::map<std::string, std::vector<std::string>> residues{
+        {"SEC", {"N", "CA", "C", "O", "CB", "SE", "OXT"}},
+        {"PYL",
+         {"N", "CA", "C", "O", "CB", "CG", "CD", "CE", "NZ", "CB2", "C2", "O2", "CA2", "CG2", "CD2",
+          "CE2", "N2", "OXT"}},
+        {"ASX", {"N", "CA", "C", "O", "CB", "CG", "XD1", "XD2", "AD1", "AD2"}},
+        {"GLX", {"N", "CA", "C", "O", "CB", "CG", "CD", "XE1", "XE2", "AE1", "AE2"}},
+        {"ACE", {"C", "O", "CH3"}},
+        {"NH2", {"N"}},
+        {"I", {"P", "OP1", "O2P", "O5*", "O2*", "C1*", "N9", "C8", "C2", "O6", "N1", "C4"}},
+        {"DI", {"P", "OP1", "O2P", "O5*", "C2*", "C1*", "N9", "C8", "C2", "O6", "N1", "C4"}},
+        {"DU", {"P", "OP1", "O2P", "O5*", "C2*", "C1*", "N1", "C2", "O2", "N3", "O4", "C6"}}};
+    for (const auto& [residue, atoms] : residues) {
+        for (const std::string& atom : atoms) {
+            EXPECT_EQ(radii.count(residue + "_" + atom), 1U) << residue << " " << atom;
+        }
+    }
+    EXPECT_EQ(radii.count("I_N2"), 0U);
+    EXPECT_EQ(radii.count("DI_O2*"), 0U);
+    EXPECT_EQ(radii.count("DU_O2*"), 0U);
+    // Other names of one residue.
+    const auto radiiOf = [&](const std::string& residue) {
+        std::map<std::string, double> found;
+        for (const auto& [key, radius] : radii) {
+            if (residuePart(key) == residue && atomPart(key) != "HG") {
+                found[atomPart(key)] = radius;
+            }
+        }
+        return found;
+    };
+    for (const char* name : {"HID", "HIE", "HIP", "HSD"}) {
+        EXPECT_EQ(radiiOf(name), radiiOf("HIS")) << name;
+    }
+    EXPECT_EQ(radiiOf("CYX"), radiiOf("CYS"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Shipped, RadiiTable, testing::Values("protor.radii", "bondi.radii"));
 
 TEST(ProtOrRadii, AreThoseOfThePublishedClasses) {
@@ -132,6 +170,10 @@ TEST(ProtOrRadii, AreThoseOfThePublishedClasses) {
         EXPECT_DOUBLE_EQ(radii.at(key), radius) << key;
     }
     EXPECT_DOUBLE_EQ(radii.at("MSE_SE"), 1.90);
+    EXPECT_DOUBLE_EQ(radii.at("SEC_SE"), 1.90);
+    EXPECT_DOUBLE_EQ(radii.at("PYL_CE2"), 1.76);
+    EXPECT_DOUBLE_EQ(radii.at("I_C2"), 1.76) << "it has a hydrogen, unlike that of G";
+    EXPECT_DOUBLE_EQ(radii.at("ASX_XD1"), 0.5 * (1.42 + 1.64));
     EXPECT_DOUBLE_EQ(radii.at("G_P"), 1.80);
 }
 
@@ -162,8 +204,14 @@ TEST(BondiRadii, DependOnTheElementAlone) {
                                           {'S', 1.80}, {'P', 1.80}, {'H', 1.10},
                                           {'1', 1.10}, {'2', 1.10}, {'3', 1.10}};
     for (const auto& [key, radius] : shippedRadii("bondi.radii")) {
-        EXPECT_DOUBLE_EQ(radius, key == "MSE_SE" ? 1.90 : elements.at(atomPart(key).front()))
-            << key;
+        if (atomPart(key) == "SE") {
+            EXPECT_DOUBLE_EQ(radius, 1.90) << key;
+        } else if (residuePart(key) == "ASX" || residuePart(key) == "GLX") {
+            const bool isEither = atomPart(key).front() == 'X' || atomPart(key).front() == 'A';
+            EXPECT_DOUBLE_EQ(radius, isEither ? 1.54 : elements.at(atomPart(key).front())) << key;
+        } else {
+            EXPECT_DOUBLE_EQ(radius, elements.at(atomPart(key).front())) << key;
+        }
     }
 }
 

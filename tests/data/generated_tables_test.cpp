@@ -446,15 +446,27 @@ TEST(ContactRules, StandInOneOrientationWithoutDuplicates) {
 TEST(ContactRules, FitTheAtomPositionsOfTheSampleEntries) {
     const contactMap map = ruleMap();
     std::map<std::string, std::map<unsigned, std::string>> namedAtoms;
+    std::map<std::string, unsigned> ends;
     for (const auto& [key, rules] : map) {
         for (const sResidueAtomContact& rule : rules) {
             EXPECT_EQ(key, rule.residueName1 + "_" + rule.residueName2);
+            if (rule.atomName1 == "NXT") {
+                EXPECT_EQ(rule.atomIndex1, 0U) << rule.residueName1;
+                continue;
+            }
+            if (rule.atomName1 == "OXT") {
+                ends[rule.residueName1] = rule.atomIndex1;
+                continue;
+            }
             const auto entry =
                 namedAtoms[rule.residueName1].emplace(rule.atomIndex1, rule.atomName1).first;
             EXPECT_EQ(entry->second, rule.atomName1) << rule.residueName1;
         }
     }
     ASSERT_EQ(namedAtoms.size(), 20U);
+    for (const sResidueTemplate& residue : residueTemplates()) {
+        EXPECT_EQ(ends.at(residue.name), heavyAtomNames(residue).size()) << residue.name;
+    }
     unsigned compared = 0;
     for (const char* code : {"1a0q", "1ubq", "2hhb"}) {
         const cPdbPeptide sample = samplePeptide(code);
@@ -481,10 +493,12 @@ TEST(ContactRules, HaveOneDistanceForEachKind) {
         EXPECT_EQ(row.distance, distances.at(row.type));
         ++counts[row.type];
     }
-    // 52 apolar atoms; 31 donors and 31 acceptors, 5 of them both; 6 cations and 4 anions.
+    // 52 apolar atoms; 31 donors and 31 acceptors, 5 of them both; 6 cations and 4 anions. Besides,
+    // each residue has a donor and cation where a chain begins and an acceptor and anion where it
+    // ends.
     EXPECT_EQ(counts[1], 52U * 53U / 2U);
-    EXPECT_EQ(counts[2], 31U * 31U - 10U);
-    EXPECT_EQ(counts[3], 6U * 4U);
+    EXPECT_EQ(counts[2], 51U * 51U - 10U);
+    EXPECT_EQ(counts[3], 26U * 24U);
 }
 
 TEST(ContactRules, JoinCarbonsWithoutHeteroatomsAsHydrophobic) {
@@ -552,12 +566,38 @@ TEST(ContactRules, FindTheKnownBridgesOfDeoxyhaemoglobin) {
     EXPECT_EQ(typesBetween("A", "42", "D", "99"), (std::set<eContactType>{hydrophobic, polar}));
     // TRP 37 beta packs on TYR 140 alpha.
     EXPECT_EQ(typesBetween("D", "37", "A", "140").count(hydrophobic), 1U);
-    // LYS 40 alpha and the terminal carboxylate of a beta chain: OXT and O have no ionic rule.
-    EXPECT_EQ(typesBetween("A", "40", "D", "146").count(ionic), 0U);
+    // LYS 40 alpha and the terminal carboxylate of a beta chain, NZ - OXT at 2.5 Å.
+    EXPECT_EQ(typesBetween("A", "40", "D", "146"), (std::set<eContactType>{polar, ionic}));
 }
 
-// The first nitrogen of a chain goes by another name, so that no rule for N applies to it.
-TEST(ContactRules, LeaveTheFirstNitrogenOfAChainOut) {
+TEST(ContactRules, JoinChargedEndsOfChains) {
+    for (const char* residue : {"ALA", "PRO", "GLY", "ASP"}) {
+        EXPECT_EQ(ruleTypes(residue, "NXT", "ASP", "OD1"), (std::set<int>{2, 3})) << residue;
+        EXPECT_EQ(ruleTypes(residue, "NXT", "TRP", "OXT"), (std::set<int>{2, 3})) << residue;
+        EXPECT_EQ(ruleTypes(residue, "OXT", "LYS", "NZ"), (std::set<int>{2, 3})) << residue;
+        EXPECT_EQ(ruleTypes(residue, "NXT", "VAL", "O"), std::set<int>{2}) << residue;
+        EXPECT_EQ(ruleTypes(residue, "OXT", "VAL", "N"), std::set<int>{2}) << residue;
+        EXPECT_EQ(ruleTypes(residue, "OXT", "VAL", "OXT"), std::set<int>{}) << residue;
+        EXPECT_EQ(ruleTypes(residue, "NXT", "LYS", "NZ"), std::set<int>{}) << residue;
+    }
+}
+
+TEST(ContactRules, FindSevenIonicPairsBetweenTheChainsOfDeoxyhaemoglobin) {
+    cPdbPeptide haemoglobin = samplePeptide("2hhb");
+    haemoglobin.resolveHovikKRBContacts(1.125, 6.0, ruleMap());
+    std::set<std::string> pairs;
+    for (const cResidueContact& contact : haemoglobin.contacts) {
+        if (contact.contactTypes.contains(ionic) && contact.chain1 < contact.chain2) {
+            pairs.insert(contact.chain1 + contact.residueNumber1 + ' ' + contact.chain2 +
+                         contact.residueNumber2);
+        }
+    }
+    EXPECT_EQ(pairs, (std::set<std::string>{"A40 D146", "A92 D43", "A126 C141", "A127 C141",
+                                            "A141 C126", "A141 C127", "B146 C40"}));
+}
+
+// The first nitrogen of a chain goes by another name, and by rules of its own: it has a charge.
+TEST(ContactRules, KnowTheFirstNitrogenOfAChain) {
     const std::string oxygen =
         "ATOM      1  N   ALA A   1      20.000   0.000   0.000  1.00  0.00\n"
         "ATOM      2  CA  ALA A   1      21.000   0.000   0.000  1.00  0.00\n"
@@ -569,7 +609,9 @@ TEST(ContactRules, LeaveTheFirstNitrogenOfAChainOut) {
     const cPdbPeptide peptide = structureOf(oxygen + nitrogens, shippedTables().radii);
     ASSERT_EQ(peptide.residues.size(), 3U);
     std::set<eContactType> types;
-    EXPECT_FALSE(doTheyFormContact(peptide.residues[1], peptide.residues[0], ruleMap(), types));
+    EXPECT_TRUE(doTheyFormContact(peptide.residues[1], peptide.residues[0], ruleMap(), types));
+    EXPECT_EQ(types, std::set<eContactType>{polar});
+    types.clear();
     EXPECT_TRUE(doTheyFormContact(peptide.residues[2], peptide.residues[0], ruleMap(), types));
     EXPECT_EQ(types, std::set<eContactType>{polar});
 }

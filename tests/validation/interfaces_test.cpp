@@ -131,7 +131,7 @@ TEST(Interfaces, KnownPairsAreSeenAsDocumented) {
     EXPECT_EQ(haemoglobin.types.at("A126 C141"), (cTypes{polar, ionic, vanDerWaals}));
     EXPECT_EQ(haemoglobin.types.at("A141 C126"), (cTypes{polar, ionic, vanDerWaals}));
     EXPECT_EQ(haemoglobin.types.at("A92 D43"), (cTypes{ionic, vanDerWaals}));
-    EXPECT_EQ(haemoglobin.types.at("A40 D146"), (cTypes{vanDerWaals}));
+    EXPECT_EQ(haemoglobin.types.at("A40 D146"), (cTypes{polar, ionic, vanDerWaals}));
 
     const sFindings byGap = findingsOf("2hhb", prism);
     EXPECT_FALSE(byGap.types.contains("A92 D43"));
