@@ -178,7 +178,7 @@ sAttribute surfaceArea() {
             .writeKey = "write_asa",
             .headers = {{"z_slice", "ASA_zSice", "ASA_zSice: ", true},
                         {"r_solvent", "ASA_rSolvent", "ASA_rSolvent: ", true},
-                        {"asa_form", "ASA_form", "ASA_form: ", true}},
+                        {"asa_form", "ASA_form", "ASA_form: ", true, true}},
             .xmlGroup = "asa",
             .columns = areaColumns(),
             .calculate = calculateArea};
@@ -264,6 +264,7 @@ sAttribute hydrophobicity() {
             .headers = {{"hydro_file", "hydrophobicity_filename", "radii_file: "}},
             .columns = {residueColumn<&cChainResidue::hydrophobicity>(
                 "hydrophobicity", "", "Hydrophobicity|", "hydrophobicity", 0)},
+            .dependsOnState = false,
             .calculate = attachHydrophobicity};
 }
 

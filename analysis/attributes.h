@@ -35,13 +35,13 @@ struct sColumn {
     std::string structureLabel = {}; ///< of the structure's value above tables
 };
 
-/// A setting that stands in the header of reports while the attribute is computed, if it is
-/// written at all.
+/// A setting that stands in the header of reports while the attribute is computed.
 struct sHeaderParameter {
     std::string key = {};            ///< of the setting
     std::string xmlName = {};        ///< of its element
     std::string tableLabel = {};     ///< with colon and blank: "ASA_rSolvent: "
     bool isInChainDocuments = false; ///< also in the document of a single chain
+    bool isOnlyIfChanged = false;    ///< not while the setting has its default
 };
 
 /// What a calculation goes by.
@@ -58,6 +58,8 @@ struct sAttribute {
     std::vector<sHeaderParameter> headers = {}; ///< in the order of reports
     std::string xmlGroup = {}; ///< element around its values; empty when there is one value alone
     std::vector<sColumn> columns = {}; ///< in the order of tables
+    /// Whether values of a chain alone and in the complex may differ.
+    bool dependsOnState = true;
     /// Computes it for all residues. For `unbound`, chain by chain.
     void (*calculate)(cPdbPeptide& structure, eState state,
                       const sCalculationInput& input) = nullptr;

@@ -28,7 +28,8 @@ std::optional<sProblem> findKevProblem(const cSettings& settings, std::size_t in
         })) {
         return sProblem{{}, "No attributes selected for analysis!"};
     }
-    if (!settings.flag("analyze_bound") && !settings.flag("analyze_unbound")) {
+    if (!settings.flag("analyze_bound") && !settings.flag("analyze_unbound") &&
+        !settings.flag("write_difference")) {
         return sProblem{{}, "Please choose an analysis type!"};
     }
     return std::nullopt;

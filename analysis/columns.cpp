@@ -3,6 +3,8 @@
 #include "base/stop_request.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace kelmo {
@@ -55,6 +57,33 @@ sStateColumns emptyColumns(const cSettings& settings, std::size_t residues) {
     return columns;
 }
 
+/// What marks a value that was not computed.
+constexpr double notComputed = -1.0;
+
+/// Turns the values of the complex into those of the chains alone less them.
+void takeDifference(const sColumnValues& unbound, const std::vector<sChainRow>& chains,
+                    sColumnValues& values) {
+    for (std::size_t i = 0; i < values.ofResidues.size(); ++i) {
+        const bool isComputed =
+            values.ofResidues[i] != notComputed && unbound.ofResidues[i] != notComputed;
+        values.ofResidues[i] = isComputed ? unbound.ofResidues[i] - values.ofResidues[i]
+                                          : std::numeric_limits<double>::quiet_NaN();
+    }
+    if (values.ofChains.empty()) {
+        return;
+    }
+    values.ofStructure = 0.0;
+    for (std::size_t c = 0; c < chains.size(); ++c) {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < chains[c].residueCount; ++i) {
+            const double value = values.ofResidues[chains[c].firstResidue + i];
+            sum += std::isnan(value) ? 0.0 : value;
+        }
+        values.ofChains[c] = sum;
+        values.ofStructure += sum;
+    }
+}
+
 } // namespace
 
 sStateColumns columnsOf(const cPdbPeptide& structure, std::string_view state,
@@ -80,6 +109,22 @@ sStateColumns columnsOf(const cProteinChain& chain, const cSettings& settings) {
     columns.structureName = chain.peptideName;
     takeChain(chain, columns);
     return columns;
+}
+
+sStateColumns differenceOf(const sStateColumns& unbound, const sStateColumns& bound) {
+    sStateColumns difference = bound;
+    difference.state = "difference";
+    std::erase_if(difference.attributes, [](const sAttributeValues& attribute) {
+        return !attribute.attribute->dependsOnState;
+    });
+    for (sAttributeValues& attribute : difference.attributes) {
+        const auto alone = std::ranges::find(unbound.attributes, attribute.attribute,
+                                             &sAttributeValues::attribute);
+        for (std::size_t i = 0; i < attribute.columns.size(); ++i) {
+            takeDifference(alone->columns[i], difference.chains, attribute.columns[i]);
+        }
+    }
+    return difference;
 }
 
 } // namespace kelmo

@@ -53,4 +53,10 @@ sStateColumns columnsOf(const cPdbPeptide& structure, std::string_view state,
 /// Those of a single chain.
 sStateColumns columnsOf(const cProteinChain& chain, const cSettings& settings);
 
+/// What the chains alone have more than the complex has, of all attributes that depend on the
+/// state. Not a number where a value was not computed in one of the two. Values of chains and
+/// structure are the sums of their residues' numbers. Both come from the same structure and
+/// settings.
+sStateColumns differenceOf(const sStateColumns& unbound, const sStateColumns& bound);
+
 } // namespace kelmo

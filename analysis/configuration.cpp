@@ -53,8 +53,20 @@ bool isCriterionParameter(std::string_view key) {
     });
 }
 
+/// Whether interfaces go by a setting that the criterion does not have.
+bool isNeededForInterfaces(const std::string& key, const cSettings& settings) {
+    if (!settings.flag("write_interfaces") ||
+        std::ranges::find(interfaceParameters(), key) == interfaceParameters().end()) {
+        return false;
+    }
+    const sCriterion* const criterion = findCriterion(settings.criterion());
+    return criterion == nullptr ||
+           std::ranges::find(criterion->parameters, key, &sCriterionParameter::key) ==
+               criterion->parameters.end();
+}
+
 std::string line(const sSetting& setting, const cSettings& settings) {
-    if (!settings.isWritten(setting.key)) {
+    if (setting.isWrittenOnlyIfChanged && settings.isDefault(setting.key)) {
         return {};
     }
     return setting.key + ":\t" + inOneLine(settings.valueText(setting.key)) + '\n';
@@ -99,7 +111,8 @@ std::string configurationText(const cSettings& settings) {
     for (const sSetting& setting : settingsOf(settings.module())) {
         if (setting.kind == eSettingKind::criterion) {
             lines += criterionLines(setting, settings);
-        } else if (settings.module() != eModule::vor || !isCriterionParameter(setting.key)) {
+        } else if (settings.module() != eModule::vor || !isCriterionParameter(setting.key) ||
+                   isNeededForInterfaces(setting.key, settings)) {
             lines += line(setting, settings);
         }
     }

@@ -62,7 +62,7 @@ std::vector<sCriterion>& table() {
          .parameters = {{"delta_asa", "TH_delta_asa", 1.0, 100.0},
                         {"z_slice", "TH_z_slice", 0.25, 1.0},
                         {"r_solvent", "TH_r_solvent", 1.4, 2.0},
-                        {"asa_form", "TH_asa_form"}},
+                        {.key = "asa_form", .reportName = "TH_asa_form", .isOnlyIfChanged = true}},
          .makesContacts = false,
          .find = findByAreaChange},
         {.number = eInteractionCriterion::vorda,
@@ -77,6 +77,11 @@ std::vector<sCriterion>& table() {
 }
 
 } // namespace
+
+const std::vector<std::string>& interfaceParameters() {
+    static const std::vector<std::string> keys{"delta_asa", "z_slice", "r_solvent", "asa_form"};
+    return keys;
+}
 
 const std::vector<sCriterion>& criteria() {
     return table();
@@ -97,6 +102,18 @@ void addCriterion(sCriterion criterion, const std::vector<sSetting>& settings) {
 std::string criterionName(eInteractionCriterion number) {
     const sCriterion* const criterion = findCriterion(number);
     return criterion == nullptr ? std::string() : criterion->name;
+}
+
+std::string bondName(eBond kind) {
+    switch (kind) {
+    case eBond::hydrogen:
+        return "hydrogen_bond";
+    case eBond::salt:
+        return "salt_bridge";
+    case eBond::disulphide:
+        break;
+    }
+    return "disulphide";
 }
 
 std::string contactTypeName(eContactType type) {

@@ -3,6 +3,7 @@
 
 #include "analysis/settings.h"
 #include "base/exported.h"
+#include "contacts/interfaces.h"
 #include "model/contact.h"
 #include "model/pdb_peptide.h"
 
@@ -16,10 +17,11 @@ struct sCriterionInput;
 
 /// A setting that a criterion goes by.
 struct sCriterionParameter {
-    std::string key = {};        ///< of the setting, which several criteria may share
-    std::string reportName = {}; ///< in the headers of reports
-    double byDefault = 0.0;      ///< of a number, by this criterion
-    double maximum = 0.0;        ///< of a number, by this criterion
+    std::string key = {};         ///< of the setting, which several criteria may share
+    std::string reportName = {};  ///< in the headers of reports
+    double byDefault = 0.0;       ///< of a number, by this criterion
+    double maximum = 0.0;         ///< of a number, by this criterion
+    bool isOnlyIfChanged = false; ///< in headers not while the setting has its default
 };
 
 /// One criterion.
@@ -42,6 +44,9 @@ struct sCriterionInput {
     const contactMap& rules;   ///< empty for a criterion that uses none
 };
 
+/// Keys of the settings that interfaces are computed by, whatever the criterion.
+const std::vector<std::string>& interfaceParameters();
+
 /// In the order of their numbers.
 const std::vector<sCriterion>& criteria();
 /// Null for a number that no criterion has, `none` included.
@@ -52,6 +57,8 @@ void addCriterion(sCriterion criterion, const std::vector<sSetting>& settings);
 
 /// The name in reports of a criterion, empty for a number that none has.
 std::string criterionName(eInteractionCriterion number);
+/// The name in reports of a kind of bond.
+std::string bondName(eBond kind);
 /// The name in reports of a contact's type; "Undefined" for a number that none has.
 std::string contactTypeName(eContactType type);
 

@@ -56,6 +56,14 @@ std::vector<sSetting> kevSettings() {
         settings.insert(settings.end(), attribute.settings.begin(), attribute.settings.end());
     }
     settings.push_back(radiiSetting());
+    settings.push_back(
+        {.key = "write_difference",
+         .group = eSettingGroup::reports,
+         .byDefault = "0",
+         .title = "Difference of the two states",
+         .help = "Report what each residue, chain and the structure have more when the chains are "
+                 "taken alone than in the complex, such as buried area: reports _difference.",
+         .isWrittenOnlyIfChanged = true});
     settings.push_back(outputSetting());
     return settings;
 }
@@ -104,6 +112,14 @@ std::vector<sSetting> vorSettings() {
                     "Report the residues that take part in a contact: reports _binding_residues."),
         flagSetting("write_binding_state", eSettingGroup::reports, "Binding state of every residue",
                     "Report all residues, with whether they bind: reports _binding_status."),
+        {.key = "write_interfaces",
+         .group = eSettingGroup::reports,
+         .byDefault = "0",
+         .title = "Interfaces",
+         .help = "Report every pair of chains that touch, with the area that they bury, its "
+                 "residues, contacts and bonds: reports _interfaces. Goes by slice thickness, "
+                 "probe radius, area change and form of the surface.",
+         .isWrittenOnlyIfChanged = true},
         outputSetting()};
 }
 
@@ -429,9 +445,8 @@ std::vector<std::string> cSettings::statedKeys() const {
     return keys;
 }
 
-bool cSettings::isWritten(std::string_view key) const {
-    const sSetting& setting = *findSetting(whichModule, key);
-    return !setting.isWrittenOnlyIfChanged || valueText(key) != setting.byDefault;
+bool cSettings::isDefault(std::string_view key) const {
+    return valueText(key) == findSetting(whichModule, key)->byDefault;
 }
 
 cSettings cSettings::resolved() const {

@@ -60,8 +60,7 @@ struct sSetting {
     /// Key of a flag without which this setting has no effect; empty for none.
     std::string dependsOn = {};
     std::string suffix = {}; ///< of a table's file: ".radii"
-    /// Whether configuration files and the headers of reports leave it out while it has its
-    /// default.
+    /// Whether configuration files leave it out while it has its default.
     bool isWrittenOnlyIfChanged = false;
     /// Whether the headers of all reports name it, unless it has its default.
     bool isStatedIfChanged = false;
@@ -136,8 +135,8 @@ class cSettings {
     std::string valueText(std::string_view key) const;
     /// Keys of the settings that the headers of reports name.
     std::vector<std::string> statedKeys() const;
-    /// Whether configuration files and the headers of reports have it.
-    bool isWritten(std::string_view key) const;
+    /// Whether the value is the default, set or not.
+    bool isDefault(std::string_view key) const;
 
     /// With what follows from other settings: flags that others need are on, those that depend on a
     /// flag that is off are off, and a criterion that makes no contact records asks for no report

@@ -3,11 +3,12 @@
 
 #include "analysis/parameter_tables.h"
 #include "analysis/settings.h"
+#include "base/exported.h"
 #include "model/asa_form.h"
 
 #include <string>
 
-namespace kelmo {
+namespace KELMO_API kelmo {
 
 /// The file name of the shipped table that was made in the form.
 std::string shippedStandardAreas(eAsaForm form);

@@ -49,10 +49,10 @@ kelmo::kelmo(QWidget* parent)
     registerResources();
     setWindowIcon(QIcon(QStringLiteral(":/kelmo.svg")));
     ui->setupUi(this);
+    createMenus(); // before the pages, which give their further fields letters that are left
     kev = std::make_unique<cKevPage>(this, kevWorker, *ui);
     vor = std::make_unique<cVorPage>(this, vorWorker, *ui);
     prepareForm();
-    createMenus();
     connectWorker(*kev, &kelmo::receiveKEVStatusMessage);
     connectWorker(*vor, &kelmo::receiveVORStatusMessage);
     connect(kevWorker, &QThread::started, this, &kelmo::kevStarted);

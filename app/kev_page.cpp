@@ -19,7 +19,9 @@ sPageWidgets widgetsOf(const Ui_kelmoMainWindow& form) {
             .fileCount = form.labelKEVFileCount,
             .preparationButton = form.pushButtonKEVPreparation,
             .preparationSummary = form.labelKEVPreparation,
-            .settingsColumn = form.verticalLayoutKEVSettings};
+            .resultsColumn = form.verticalLayoutKEVResults,
+            .tables = form.groupBoxKEVTables,
+            .page = form.tabKEV};
 }
 
 } // namespace

@@ -276,7 +276,7 @@ void cModulePage::saveFurtherSettings() const {
     std::string text;
     const cSettings shown = settings();
     for (const std::string& key : fields.addedKeys()) {
-        if (shown.valueText(key) != findSetting(module, key)->byDefault) {
+        if (!shown.isDefault(key)) {
             text += key + ":\t" + inOneLine(shown.valueText(key)) + '\n';
         }
     }

@@ -9,9 +9,12 @@
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMainWindow>
+#include <QMenuBar>
 #include <QTextBrowser>
 
 namespace kelmo {
@@ -43,6 +46,41 @@ QWidget* lastFieldOf(const QWidget& parent, QWidget& first) {
     return last;
 }
 
+QChar mnemonicOf(const QString& text) {
+    const QKeySequence keys = QKeySequence::mnemonic(text);
+    return keys.isEmpty() ? QChar() : QChar(keys[0].key()).toUpper();
+}
+
+/// Letters that menus, labels and buttons of a page already go by.
+QString takenMnemonics(const QMainWindow& window, const QWidget& page) {
+    QString taken;
+    for (const QAction* menu : window.menuBar()->actions()) {
+        taken += mnemonicOf(menu->text());
+    }
+    for (const QLabel* label : page.findChildren<QLabel*>()) {
+        taken += label->buddy() != nullptr ? mnemonicOf(label->text()) : QChar();
+    }
+    for (const QAbstractButton* button : page.findChildren<QAbstractButton*>()) {
+        taken += mnemonicOf(button->text());
+    }
+    return taken;
+}
+
+/// The text with the first of its letters marked that is free, or with one added.
+QString withMnemonic(const QString& text, const QString& taken) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isLetter() && text[i].unicode() < 128 && !taken.contains(text[i].toUpper())) {
+            return QString(text).insert(i, u'&');
+        }
+    }
+    for (QChar letter = u'A'; letter <= u'Z'; letter = QChar(letter.unicode() + 1)) {
+        if (!taken.contains(letter)) {
+            return text + QStringLiteral(" (&%1)").arg(letter);
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 void cModulePage::bindPath(const std::string& key, QLineEdit* edit) {
@@ -67,11 +105,20 @@ void cModulePage::addFurtherSettings() {
         delete box;
         return;
     }
-    QWidget* former = lastFieldOf(*widgets.settingsColumn->parentWidget(), *widgets.fileList);
-    widgets.settingsColumn->addWidget(box);
+    QWidget* former = lastFieldOf(*widgets.tables, *widgets.fileList);
+    widgets.resultsColumn->insertWidget(widgets.resultsColumn->indexOf(widgets.tables) + 1, box);
     for (const std::string& key : fields.addedKeys()) {
-        QWidget::setTabOrder(former, fields.widget(key));
-        former = fields.widget(key);
+        QWidget* const field = fields.widget(key);
+        if (!box->isAncestorOf(field)) {
+            continue; // in a dialog of its own
+        }
+        QWidget::setTabOrder(former, field);
+        former = field;
+        if (auto* button = qobject_cast<QAbstractButton*>(field); button != nullptr) {
+            button->setText(
+                withMnemonic(button->text(),
+                             takenMnemonics(*qobject_cast<QMainWindow*>(window), *widgets.page)));
+        }
     }
 }
 

@@ -50,7 +50,9 @@ struct sPageWidgets {
     QLabel* fileCount = nullptr;
     QAbstractButton* preparationButton = nullptr;
     QLabel* preparationSummary = nullptr;
-    QBoxLayout* settingsColumn = nullptr; ///< where further settings go
+    QBoxLayout* resultsColumn = nullptr; ///< where further settings go, below the tables
+    QWidget* tables = nullptr;
+    QWidget* page = nullptr;              ///< the whole tab
 };
 
 /// One module's tab. Its widgets belong to the form, its worker to the window, which it outlives

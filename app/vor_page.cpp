@@ -31,7 +31,9 @@ sPageWidgets widgetsOf(const Ui_kelmoMainWindow& form) {
             .fileCount = form.labelVORFileCount,
             .preparationButton = form.pushButtonVORPreparation,
             .preparationSummary = form.labelVORPreparation,
-            .settingsColumn = form.verticalLayoutVORSettings};
+            .resultsColumn = form.verticalLayoutVORResults,
+            .tables = form.groupBoxVORTables,
+            .page = form.tabVOR};
 }
 
 QString translated(const char* text) {

@@ -20,12 +20,12 @@ std::vector<sReportFormat> builtInFormats() {
     return {{formatSetting("write_xml", "XML",
                            "Write .xml reports: complete and structured, for programs."),
              ".xml", "<?xml version=\"1.0\" encoding=\"us-ascii\"?>\n", writeAttributeXml,
-             writeContactXml, writeBindingResidueXml, writeBindingStatusXml},
+             writeContactXml, writeBindingResidueXml, writeBindingStatusXml, writeInterfaceXml},
             {formatSetting("write_table", "Text table",
                            "Write .tbl reports: one line per residue or contact, in columns, for "
                            "reading."),
              ".tbl", "", writeAttributeTable, writeContactTable, writeBindingResidueTable,
-             writeBindingStatusTable}};
+             writeBindingStatusTable, writeInterfaceTable}};
 }
 
 void addSettings(const sReportFormat& format) {
@@ -89,11 +89,12 @@ sInteractionReport interactionReportOf(const cPdbPeptide& structure, const cSett
     return {structure, settings, structure.contacts.size(), viewOf};
 }
 
-const std::array<sInteractionReportKind, 3>& interactionReportKinds() {
-    static const std::array<sInteractionReportKind, 3> kinds{
+const std::array<sInteractionReportKind, 4>& interactionReportKinds() {
+    static const std::array<sInteractionReportKind, 4> kinds{
         {{"_contacts", "write_contacts", &sReportFormat::writeContacts},
          {"_binding_residues", "write_binding_residues", &sReportFormat::writeBindingResidues},
-         {"_binding_status", "write_binding_state", &sReportFormat::writeBindingStatus}}};
+         {"_binding_status", "write_binding_state", &sReportFormat::writeBindingStatus},
+         {"_interfaces", "write_interfaces", &sReportFormat::writeInterfaces}}};
     return kinds;
 }
 

@@ -6,6 +6,7 @@
 #include "analysis/settings.h"
 #include "base/exported.h"
 #include "base/text_sink.h"
+#include "contacts/interfaces.h"
 
 #include <array>
 #include <cstddef>
@@ -43,6 +44,8 @@ struct sInteractionReport {
     std::size_t contactCount = 0; ///< contacts, each counted once from either side
     /// The contact number `i`, from 0, in the order of reports; may be asked on several threads.
     std::function<sContactView(std::size_t i)> contactAt = {};
+    /// What lies between the chains; null when it was not asked for. Not owned.
+    const std::vector<sInterface>* interfaces = nullptr;
 };
 
 /// With the contacts that a search has found, which must outlive the report like the rest.
@@ -65,6 +68,9 @@ struct sReportFormat {
     /// Writes all residues, and of each whether it takes part in an interaction.
     void (*writeBindingStatus)(cTextSink& out, const sInteractionReport& report) = nullptr;
 
+    /// Writes the pairs of chains that touch, and what lies between them.
+    void (*writeInterfaces)(cTextSink& out, const sInteractionReport& report) = nullptr;
+
     /// Whether the settings ask for it.
     bool isWanted(const cSettings& settings) const { return settings.flag(setting.key); }
 };
@@ -83,7 +89,7 @@ struct sInteractionReportKind {
 };
 
 /// In the order of writing.
-const std::array<sInteractionReportKind, 3>& interactionReportKinds();
+const std::array<sInteractionReportKind, 4>& interactionReportKinds();
 
 /// The report of the structure module as an XML document.
 void writeAttributeXml(cTextSink& out, const sAttributeReport& report);
@@ -97,6 +103,8 @@ void writeContactXml(cTextSink& out, const sInteractionReport& report);
 void writeBindingResidueXml(cTextSink& out, const sInteractionReport& report);
 /// The binding status of every residue as an XML document.
 void writeBindingStatusXml(cTextSink& out, const sInteractionReport& report);
+/// The interfaces as an XML document.
+void writeInterfaceXml(cTextSink& out, const sInteractionReport& report);
 
 /// The report of the structure module as a table of aligned columns.
 void writeAttributeTable(cTextSink& out, const sAttributeReport& report);
@@ -106,5 +114,7 @@ void writeContactTable(cTextSink& out, const sInteractionReport& report);
 void writeBindingResidueTable(cTextSink& out, const sInteractionReport& report);
 /// The binding status of every residue as a table of aligned columns.
 void writeBindingStatusTable(cTextSink& out, const sInteractionReport& report);
+/// The interfaces as a table.
+void writeInterfaceTable(cTextSink& out, const sInteractionReport& report);
 
 } // namespace kelmo

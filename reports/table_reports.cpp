@@ -60,7 +60,7 @@ void appendHeader(std::string& text, const sAttributeReport& report) {
             continue;
         }
         for (const sHeaderParameter& parameter : attribute.headers) {
-            if (!settings.isWritten(parameter.key)) {
+            if (parameter.isOnlyIfChanged && settings.isDefault(parameter.key)) {
                 continue;
             }
             if (findSetting(settings.module(), parameter.key)->kind == eSettingKind::number) {
@@ -133,7 +133,7 @@ std::string interactionHeader(const sInteractionReport& report) {
     appendSetting(text, "radii_filename: ", report.settings.text("radii_filename"));
     if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
         for (const sCriterionParameter& parameter : criterion->parameters) {
-            if (report.settings.isWritten(parameter.key)) {
+            if (!parameter.isOnlyIfChanged || !report.settings.isDefault(parameter.key)) {
                 appendParameter(text, parameter.reportName + ": ",
                                 report.settings.valueText(parameter.key));
             }
@@ -181,6 +181,52 @@ void writeResidueLines(cTextSink& out, const sInteractionReport& report, IsWante
             appendField(text, criterion, 18);
             text += '\n';
         });
+}
+
+// Interfaces
+
+constexpr std::size_t countWidth = 13;
+
+void appendInterfaceTitles(std::string& text) {
+    for (const char* title : {"chain 1|", "chain 2|"}) {
+        appendField(text, title, narrowWidth);
+    }
+    for (const char* title :
+         {"buried 1|", "polar 1|", "n-polar 1|", "residues 1|", "buried 2|", "polar 2|",
+          "n-polar 2|", "residues 2|", "closest|", "contacts|", "hydrophobic|", "polar|", "ionic|",
+          "vanDerWaals|", "H-bonds|", "salt bridges|", "disulphides|"}) {
+        appendField(text, title, countWidth);
+    }
+    text += '\n';
+}
+
+void appendCount(std::string& text, std::size_t count) {
+    appendField(text, std::to_string(count), countWidth);
+}
+
+void appendSide(std::string& text, const sInterfaceSide& side) {
+    for (const double area : {side.buried.total, side.buried.polar, side.buried.nonPolar}) {
+        appendTableNumber(text, area, countWidth);
+    }
+    appendCount(text, side.residues.size());
+}
+
+void appendInterfaceRow(std::string& text, const sInterface& found, const cPdbPeptide& structure) {
+    appendLabel(text, structure.chains[found.side1.chain].chainId, narrowWidth - 1);
+    appendLabel(text, structure.chains[found.side2.chain].chainId, narrowWidth);
+    appendSide(text, found.side1);
+    appendSide(text, found.side2);
+    appendTableNumber(text, found.closestDistance, countWidth);
+    appendCount(text, found.contactPairs);
+    for (const eContactType type : {eContactType::hydrophobic, eContactType::polar,
+                                    eContactType::ionic, eContactType::vanDerWaals}) {
+        const auto count = found.contactPairsByType.find(type);
+        appendCount(text, count == found.contactPairsByType.end() ? 0 : count->second);
+    }
+    for (const eBond kind : {eBond::hydrogen, eBond::salt, eBond::disulphide}) {
+        appendCount(text, found.count(kind));
+    }
+    text += '\n';
 }
 
 } // namespace
@@ -237,6 +283,22 @@ void writeBindingStatusTable(cTextSink& out, const sInteractionReport& report) {
         [](std::string& text, const cChainResidue& residue) {
             appendField(text, residue.isBinding ? "1" : "0", 3);
         });
+}
+
+void writeInterfaceTable(cTextSink& out, const sInteractionReport& report) {
+    std::string text = interactionHeader(report);
+    for (const std::string& key : interfaceParameters()) {
+        appendParameter(text, key + ": ", report.settings.valueText(key));
+    }
+    text += '\n';
+    appendInterfaceTitles(text);
+    out.write(text);
+    inBlocks(
+        report.interfaces->size(),
+        [&](std::string& block, std::size_t i) {
+            appendInterfaceRow(block, (*report.interfaces)[i], report.structure);
+        },
+        [&](std::string_view block) { out.write(block); });
 }
 
 } // namespace kelmo

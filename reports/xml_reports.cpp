@@ -44,10 +44,9 @@ bool hasStructureValues(const sAttributeValues& values) {
     return !values.columns.empty() && values.columns.front().column->ofStructure != nullptr;
 }
 
-/// Only if the setting is written at all.
 void appendParameter(std::string& text, const cSettings& settings, const std::string& key,
-                     std::string_view name) {
-    if (!settings.isWritten(key)) {
+                     std::string_view name, bool isOnlyIfChanged) {
+    if (isOnlyIfChanged && settings.isDefault(key)) {
         return;
     }
     if (findSetting(settings.module(), key)->kind == eSettingKind::number) {
@@ -70,7 +69,8 @@ void appendParameters(std::string& text, const cSettings& settings, bool isChain
         for (const sHeaderParameter& parameter : attribute.headers) {
             if (attribute.isCalculated(settings) &&
                 (parameter.isInChainDocuments || !isChainDocument)) {
-                appendParameter(text, settings, parameter.key, parameter.xmlName);
+                appendParameter(text, settings, parameter.key, parameter.xmlName,
+                                parameter.isOnlyIfChanged);
             }
         }
     }
@@ -146,6 +146,15 @@ class cRawTexts {
     std::atomic<bool> areParsable = true;
 };
 
+void appendCriterionParameters(std::string& text, const cSettings& settings) {
+    if (const sCriterion* const criterion = findCriterion(settings.criterion())) {
+        for (const sCriterionParameter& parameter : criterion->parameters) {
+            appendParameter(text, settings, parameter.key, parameter.reportName,
+                            parameter.isOnlyIfChanged);
+        }
+    }
+}
+
 /// The beginning of a document and its list.
 std::string interactionHead(const sInteractionReport& report, const char* root, const char* list,
                             cRawTexts& raw) {
@@ -153,11 +162,7 @@ std::string interactionHead(const sInteractionReport& report, const char* root, 
     appendXmlStart(text, root + std::string(reportNamespaces), 0);
     raw.append(text, "pdb_id", report.structure.name, 2);
     raw.append(text, "radii_filename", report.settings.text("radii_filename"), 2);
-    if (const sCriterion* const criterion = findCriterion(report.settings.criterion())) {
-        for (const sCriterionParameter& parameter : criterion->parameters) {
-            appendParameter(text, report.settings, parameter.key, parameter.reportName);
-        }
-    }
+    appendCriterionParameters(text, report.settings);
     appendStatedSettings(text, report.settings);
     appendXmlStart(text, list, 2);
     return text;
@@ -205,6 +210,76 @@ void writeResidueDocument(cTextSink& out, const sInteractionReport& report, cons
         });
     out.write(interactionEnd(root, list));
     raw.tell(out);
+}
+
+// Interfaces. Texts are escaped.
+
+void appendBuriedArea(std::string& text, std::string_view name, const sBuriedArea& area) {
+    appendXmlStart(text, name, 6);
+    appendXmlElement(text, "total", area.total, 8);
+    appendXmlElement(text, "non_polar", area.nonPolar, 8);
+    appendXmlElement(text, "polar", area.polar, 8);
+    appendXmlEnd(text, name, 6, true);
+}
+
+void appendCount(std::string& text, std::string_view name, std::size_t count, int indent) {
+    appendXmlElement(text, name, std::to_string(count), indent);
+}
+
+void appendInterfaceResidues(std::string& text, std::string_view name, const sInterfaceSide& side,
+                             const cPdbPeptide& structure) {
+    appendXmlStart(text, name, 6);
+    for (const sInterfaceResidue& one : side.residues) {
+        const cChainResidue& residue = structure.residues[one.residue];
+        appendXmlStart(text, "residue", 8);
+        appendText(text, "residue_id", residue.residueNumber, 10);
+        appendText(text, "residue_name", residue.residueName, 10);
+        appendXmlElement(text, "buried_area", one.buried, 10);
+        appendXmlEnd(text, "residue", 8, true);
+    }
+    appendXmlEnd(text, name, 6, true);
+}
+
+void appendBond(std::string& text, const sInterfaceBond& bond, const cPdbPeptide& structure) {
+    appendXmlStart(text, bondName(bond.kind), 8);
+    for (const auto& [side, position] : {std::pair{"1", bond.atom1}, {"2", bond.atom2}}) {
+        const cResidueAtom& atom = structure.atoms[position];
+        appendText(text, std::string("residue_id_") + side, atom.residue->residueNumber, 10);
+        appendText(text, std::string("residue_name_") + side, atom.residue->residueName, 10);
+        appendText(text, std::string("atom_") + side, atom.atomName, 10);
+    }
+    appendXmlElement(text, "distance", bond.distance, 10);
+    appendXmlEnd(text, bondName(bond.kind), 8, true);
+}
+
+void appendInterface(std::string& text, const sInterface& found, const sInteractionReport& report) {
+    const cPdbPeptide& structure = report.structure;
+    appendXmlStart(text, "interface", 4);
+    appendText(text, "interaction_criterion", criterionName(report.settings.criterion()), 6);
+    appendText(text, "chain_id_1", structure.chains[found.side1.chain].chainId, 6);
+    appendText(text, "chain_id_2", structure.chains[found.side2.chain].chainId, 6);
+    appendBuriedArea(text, "buried_area_1", found.side1.buried);
+    appendBuriedArea(text, "buried_area_2", found.side2.buried);
+    appendXmlElement(text, "closest_distance", found.closestDistance, 6);
+    appendCount(text, "contact_pairs", found.contactPairs, 6);
+    if (!found.contactPairsByType.empty()) {
+        appendXmlStart(text, "contact_pairs_by_type", 6);
+        for (const auto& [type, count] : found.contactPairsByType) {
+            appendCount(text, contactTypeName(type), count, 8);
+        }
+        appendXmlEnd(text, "contact_pairs_by_type", 6, true);
+    }
+    appendCount(text, "hydrogen_bonds", found.count(eBond::hydrogen), 6);
+    appendCount(text, "salt_bridges", found.count(eBond::salt), 6);
+    appendCount(text, "disulphides", found.count(eBond::disulphide), 6);
+    appendInterfaceResidues(text, "interface_residues_1", found.side1, structure);
+    appendInterfaceResidues(text, "interface_residues_2", found.side2, structure);
+    appendXmlStart(text, "bonds", 6);
+    for (const sInterfaceBond& bond : found.bonds) {
+        appendBond(text, bond, structure);
+    }
+    appendXmlEnd(text, "bonds", 6, true);
+    appendXmlEnd(text, "interface", 4, true);
 }
 
 } // namespace
@@ -288,6 +363,27 @@ void writeBindingStatusXml(cTextSink& out, const sInteractionReport& report) {
         [](std::string& text, const cChainResidue& residue) {
             appendXmlElement(text, "binding_status", residue.isBinding ? "1" : "0", 6);
         });
+}
+
+void writeInterfaceXml(cTextSink& out, const sInteractionReport& report) {
+    std::string text;
+    appendXmlStart(text, "peptideInterfaces" + std::string(reportNamespaces), 0);
+    appendText(text, "pdb_id", report.structure.name, 2);
+    appendText(text, "radii_filename", report.settings.text("radii_filename"), 2);
+    appendCriterionParameters(text, report.settings);
+    appendStatedSettings(text, report.settings);
+    for (const std::string& key : interfaceParameters()) {
+        appendParameter(text, report.settings, key, key, false);
+    }
+    appendXmlStart(text, "interfaces", 2);
+    out.write(text);
+    inBlocks(
+        report.interfaces->size(),
+        [&](std::string& block, std::size_t i) {
+            appendInterface(block, (*report.interfaces)[i], report);
+        },
+        [&](std::string_view block) { out.write(block); });
+    out.write(interactionEnd("peptideInterfaces", "interfaces"));
 }
 
 } // namespace kelmo

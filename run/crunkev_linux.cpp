@@ -1,7 +1,6 @@
 #include "run/crunkev_linux.h"
 
 #include "analysis/attributes.h"
-#include "analysis/columns.h"
 #include "analysis/input_settings.h"
 #include "reports/report_formats.h"
 #include "run/file_path.h"
@@ -126,26 +125,51 @@ sAnalysisPlan cRunKEV::plan() const {
                        .conclusion = "Structure of peptide from ",
                        .isListClosed = true,
                        .reading = readOptionsOf(settings)};
-    if (settings.flag("analyze_bound")) {
-        plan.stages.push_back(stageOf(eState::bound));
+    const bool isDifferenceWanted = settings.flag("write_difference");
+    std::map<eState, std::shared_ptr<sStateColumns>> columns;
+    for (const eState state : {eState::bound, eState::unbound}) {
+        const bool isWanted =
+            settings.flag(state == eState::bound ? "analyze_bound" : "analyze_unbound");
+        if (isWanted || isDifferenceWanted) {
+            columns[state] = std::make_shared<sStateColumns>();
+            plan.stages.push_back(stageOf(state, columns[state]));
+            if (isWanted) {
+                plan.stages.back().reports = reportsOf(nameOf(state), columns[state]);
+            }
+        }
     }
-    if (settings.flag("analyze_unbound")) {
-        plan.stages.push_back(stageOf(eState::unbound));
+    if (isDifferenceWanted) {
+        const auto difference = std::make_shared<sStateColumns>();
+        plan.stages.push_back({.calculate =
+                                   [columns, difference](cPdbPeptide&, const auto&) {
+                                       *difference = differenceOf(*columns.at(eState::unbound),
+                                                                  *columns.at(eState::bound));
+                                   },
+                               .reports = reportsOf("difference", difference)});
     }
     return plan;
 }
 
-sPlannedStage cRunKEV::stageOf(eState state) const {
-    const auto columns = std::make_shared<sStateColumns>();
+sPlannedStage cRunKEV::stageOf(eState state, std::shared_ptr<sStateColumns> columns) const {
     sPlannedStage stage;
     stage.calculate = [this, state, columns](cPdbPeptide& structure,
                                              const std::function<void()>& safePoint) {
         calculateAttributes(structure, state, {settings, tables}, safePoint);
         *columns = columnsOf(structure, nameOf(state), settings);
     };
-    stage.record = [state, columns](const cPdbPeptide&, sStructureRecord& record) {
-        takeState(state, std::move(*columns), record);
+    stage.record = [this, state, columns](const cPdbPeptide&, sStructureRecord& record) {
+        // The difference of the states needs the columns once more.
+        takeState(state,
+                  settings.flag("write_difference") ? sStateColumns(*columns) : std::move(*columns),
+                  record);
     };
+    return stage;
+}
+
+std::vector<sPlannedReport>
+cRunKEV::reportsOf(std::string_view state,
+                   const std::shared_ptr<const sStateColumns>& columns) const {
+    std::vector<sPlannedReport> reports;
     for (std::size_t i = 0; i < reportFormats().size(); ++i) {
         const sReportFormat& format = reportFormats()[i];
         if (!format.isWanted(settings) || format.writeAttributes == nullptr) {
@@ -155,9 +179,9 @@ sPlannedStage cRunKEV::stageOf(eState state) const {
             out.write(format.prologue);
             format.writeAttributes(out, {*columns, settings});
         };
-        stage.reports.push_back({'_' + std::string(nameOf(state)) + format.suffix, i, write});
+        reports.push_back({'_' + std::string(state) + format.suffix, i, write});
     }
-    return stage;
+    return reports;
 }
 
 void cRunKEV::writePeptideAttributeXml(cXmlWriter& writer, cPdbPeptide& peptide,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/attributes.h"
+#include "analysis/columns.h"
 #include "model/addition.h"
 #include "run/analysis_run.h"
 #include "xml/xml_writer.h"
@@ -9,7 +10,10 @@
 #include <QTextStream>
 
 #include <map>
+#include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kelmo {
 
@@ -58,7 +62,9 @@ class cRunKEV : public cAnalysisRun {
     const std::map<std::string, double>& radiiTable() const override { return tables.radii; }
 
   private:
-    sPlannedStage stageOf(eState state) const;
+    sPlannedStage stageOf(eState state, std::shared_ptr<sStateColumns> columns) const;
+    std::vector<sPlannedReport>
+    reportsOf(std::string_view state, const std::shared_ptr<const sStateColumns>& columns) const;
 
     QStringList inputFiles;
     cSettings settings;

@@ -3,6 +3,7 @@
 #include "analysis/criteria.h"
 #include "analysis/input_settings.h"
 #include "base/shown_text.h"
+#include "contacts/interfaces.h"
 #include "reports/report_formats.h"
 #include "run/file_path.h"
 
@@ -18,6 +19,7 @@ namespace {
 struct sSearchResult {
     const cPdbPeptide* structure = nullptr;
     sContactList contacts;
+    std::vector<sInterface> interfaces;
 };
 
 sFindings findingsOf(const sSearchResult& search, const sCriterion* criterion) {
@@ -40,6 +42,13 @@ void tellOf(const sSearchResult& search, const sCriterion* criterion, cPlanFollo
         follower.tell({eSeverity::progress, oneChainText(*search.structure)});
     }
     follower.found(findingsOf(search, criterion));
+}
+
+sInterfaceOptions interfaceOptionsOf(const cSettings& settings) {
+    return {.probeRadius = settings.number("r_solvent"),
+            .zSlice = settings.number("z_slice"),
+            .form = settings.asaForm(),
+            .deltaAsa = settings.number("delta_asa")};
 }
 
 } // namespace
@@ -97,11 +106,16 @@ sAnalysisPlan cRunVOR::plan() const {
     const auto search = std::make_shared<sSearchResult>();
     sPlannedStage stage;
     stage.calculate = [this, current, search](cPdbPeptide& structure,
-                                              const std::function<void()>&) {
+                                              const std::function<void()>& safePoint) {
         search->structure = &structure;
         search->contacts = {};
         if (const sCriterion* const chosen = findCriterion(criterion)) {
             search->contacts = chosen->find(structure, {*current, contactRules});
+        }
+        if (current->flag("write_interfaces")) {
+            safePoint();
+            search->interfaces =
+                findInterfaces(structure, search->contacts, interfaceOptionsOf(*current));
         }
     };
     stage.tell = [search, chosen = findCriterion(criterion)](auto& follower) {
@@ -120,8 +134,10 @@ sAnalysisPlan cRunVOR::plan() const {
             }
             const auto write = [current, search, &format, writeReport](cTextSink& out) {
                 out.write(format.prologue);
-                writeReport(out,
-                            interactionReportOf(*search->structure, *current, search->contacts));
+                sInteractionReport report =
+                    interactionReportOf(*search->structure, *current, search->contacts);
+                report.interfaces = &search->interfaces;
+                writeReport(out, report);
             };
             stage.reports.push_back({kind.fileNameEnd + format.suffix, i, write});
         }

@@ -433,12 +433,10 @@ void cFormTest::everyFieldHasAToolTip() {
 
 void cFormTest::tabKeyFollowsTheOrderOfWork() {
     const QList<QStringList> groups = {
-        {"groupBoxKEVFiles", "groupBoxKEVCompute", "groupBoxKEVParameters",
-         "groupBoxFurtherSettings", "groupBoxKEVTables", "groupBoxKEVOutput", "groupBoxKEVRun",
-         "groupBoxKEVLog"},
-        {"groupBoxVORFiles", "groupBoxVORCriterion", "groupBoxVORParameters",
-         "groupBoxFurtherSettings", "groupBoxVORTables", "groupBoxVOROutput", "groupBoxVORRun",
-         "groupBoxVORLog"}};
+        {"groupBoxKEVFiles", "groupBoxKEVCompute", "groupBoxKEVParameters", "groupBoxKEVTables",
+         "groupBoxFurtherSettings", "groupBoxKEVOutput", "groupBoxKEVRun", "groupBoxKEVLog"},
+        {"groupBoxVORFiles", "groupBoxVORCriterion", "groupBoxVORParameters", "groupBoxVORTables",
+         "groupBoxFurtherSettings", "groupBoxVOROutput", "groupBoxVORRun", "groupBoxVORLog"}};
     auto* tabs = widget<QTabWidget>(*window, "tabWidgetModuleChoice");
     window->show();
     for (int page = 0; page < 2; ++page) {

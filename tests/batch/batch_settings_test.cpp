@@ -147,6 +147,28 @@ TEST_F(KevSettings, StandardAreasOfTheOtherFormAreWarnedOf) {
     EXPECT_FALSE(contains(outcome.err, "standard areas")) << outcome.err;
 }
 
+TEST_F(KevSettings, DifferenceIsAThirdReportOfTheSameShape) {
+    EXPECT_EQ(run("kev", {"--set=write_difference=1", haemoglobin}).exitStatus, 0);
+    ASSERT_EQ(reports().size(), 6U);
+    const std::string table = reports().at("2hhb_200703141530_difference.tbl");
+    EXPECT_TRUE(table.starts_with("pdb_id: 2HHB\nanalysis type: difference\n")) << table;
+    EXPECT_TRUE(contains(table, "min CX|\n")) << "no hydrophobicity";
+    EXPECT_TRUE(contains(reports().at("2hhb_200703141530_difference.xml"),
+                         "  <analysis_type>difference</analysis_type>\n"));
+    const auto withStates = reports();
+    directory.makeDirectory("alone");
+    EXPECT_EQ(
+        runAlone({"kev", "--output-dir=alone", "--stamp=200703141530", "--set=write_difference=1",
+                  "--set=analyze_bound=0", "--set=analyze_unbound=0", haemoglobin})
+            .exitStatus,
+        0);
+    const auto alone = filesIn(directory.path() / "alone");
+    EXPECT_EQ(alone.size(), 2U);
+    for (const auto& [name, content] : alone) {
+        EXPECT_TRUE(content == withStates.at(name)) << name;
+    }
+}
+
 TEST_F(KevSettings, RelativeAreasAndDepthSwitchTheAreasOn) {
     for (const char* attribute : {"calc_rasa", "calc_dpx"}) {
         directory.write("run.cfg", "calc_asa:\t0\ncalc_rasa:\t0\ncalc_dpx:\t0\ncalc_cx:\t0\n"
@@ -344,6 +366,31 @@ TEST_F(VorSettings, AreaChangeGoesByTheFormAndStatesIt) {
     EXPECT_EQ(run("vor", {"--set=asa_form=complete", haemoglobin}).exitStatus, 0);
     EXPECT_FALSE(contains(reports().at("2hhb_200703141530_contacts.tbl"), "form"))
         << "no area plays a part";
+}
+
+TEST_F(VorSettings, InterfacesAreAFourthReport) {
+    EXPECT_EQ(run("vor", {"--set=contact_criterion=4", "--set=write_interfaces=1",
+                          "--set=asa_form=complete", "--set=delta_asa=2", haemoglobin})
+                  .exitStatus,
+              0);
+    ASSERT_EQ(reports().size(), 8U);
+    const std::string table = reports().at("2hhb_200703141530_interfaces.tbl");
+    EXPECT_TRUE(contains(table, "\ndelta_asa: 2\nz_slice: 0.25\nr_solvent: 1.4\n"
+                                "asa_form: complete\n\n   chain 1|   chain 2|"))
+        << table;
+    const std::string document = reports().at("2hhb_200703141530_interfaces.xml");
+    EXPECT_TRUE(contains(document, "  <asa_form>complete</asa_form>\n  <interfaces>\n"
+                                   "    <interface>\n"));
+    std::size_t ionic = 0;
+    for (const std::string& line : linesOf(table)) {
+        std::istringstream fields(line);
+        std::vector<std::string> values;
+        for (std::string value; fields >> value;) {
+            values.push_back(value);
+        }
+        ionic += values.size() == 19 ? std::stoul(values.at(14)) : 0;
+    }
+    EXPECT_EQ(ionic, 7U) << table;
 }
 
 TEST_F(VorSettings, CriteriaHaveThresholdsOfTheirOwn) {
