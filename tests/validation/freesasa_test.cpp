@@ -1,5 +1,6 @@
 // Total areas of the samples against FreeSASA's, an independent implementation of the same
 // definition.
+#include "contacts/interfaces.h"
 #include "model/pdb_peptide.h"
 #include "tests/support/pdb_lines.h"
 #include "tests/support/shipped_inputs.h"
@@ -35,11 +36,16 @@ struct sEntry {
 };
 
 /// The ATOM lines of the sample with our radius of each atom in the occupancy column, from which
-/// FreeSASA takes its radii.
-void writeWithRadii(const std::string& name, const cPdbPeptide& peptide, const std::string& path) {
+/// FreeSASA takes its radii; of some chains alone, unless their ids are empty.
+void writeWithRadii(const std::string& name, const cPdbPeptide& peptide, const std::string& path,
+                    const std::string& chains = {}) {
     std::ofstream out(path);
     std::size_t atom = 0;
     for (const std::string& line : atomLinesOf(sampleText(name))) {
+        if (!chains.empty() && chains.find(line[21]) == std::string::npos) {
+            ++atom;
+            continue;
+        }
         std::ostringstream radius;
         radius << std::fixed << std::setprecision(2) << std::setw(6)
                << peptide.atoms.at(atom++).radius;
@@ -77,10 +83,12 @@ sTheirAreas areasByFreeSasa(const std::string& path, int slices) {
 }
 
 /// The same of a sample with our radii.
-sTheirAreas areasByFreeSasa(const std::string& name, const cPdbPeptide& peptide, int slices) {
+sTheirAreas areasByFreeSasa(const std::string& name, const cPdbPeptide& peptide, int slices,
+                            const std::string& chains = {}) {
     const std::string path =
-        (std::filesystem::temp_directory_path() / ("kelmo-freesasa-" + name + ".pdb")).string();
-    writeWithRadii(name, peptide, path);
+        (std::filesystem::temp_directory_path() / ("kelmo-freesasa-" + name + chains + ".pdb"))
+            .string();
+    writeWithRadii(name, peptide, path, chains);
     const sTheirAreas areas = areasByFreeSasa(path, slices);
     std::filesystem::remove(path);
     return areas;
@@ -138,6 +146,28 @@ TEST_P(FreeSasa, CompleteFormAgreesWithinAThousandth) {
                     deviation, worst);
         EXPECT_NEAR(total, theirs.total, 0.001 * theirs.total) << slice;
         EXPECT_LT(deviation, 0.4) << slice;
+    }
+}
+
+// Chain pairs cut out of the entries: what both bury together is half of what the two totals lose.
+TEST(FreeSasaInterfaces, BuriedAreasAgreeWithinOnePercent) {
+    constexpr int slices = 1000;
+    for (const char* entry : {"1a0q", "2hhb"}) {
+        const cPdbPeptide peptide = samplePeptide(entry);
+        const std::vector<sInterface> interfaces =
+            findInterfaces(peptide, {}, {.zSlice = 0.1, .form = eAsaForm::complete});
+        EXPECT_EQ(interfaces.size(), peptide.chains.size() == 2 ? 1U : 6U);
+        for (const sInterface& found : interfaces) {
+            const std::string first = peptide.chains[found.side1.chain].chainId;
+            const std::string second = peptide.chains[found.side2.chain].chainId;
+            const double theirs = areasByFreeSasa(entry, peptide, slices, first).total +
+                                  areasByFreeSasa(entry, peptide, slices, second).total -
+                                  areasByFreeSasa(entry, peptide, slices, first + second).total;
+            const double ours = found.side1.buried.total + found.side2.buried.total;
+            std::printf("%s %s %s: Kelmo %.1f, FreeSASA %.1f A^2 buried\n", entry, first.c_str(),
+                        second.c_str(), ours, theirs);
+            EXPECT_NEAR(ours, theirs, 0.01 * theirs);
+        }
     }
 }
 
