@@ -52,7 +52,7 @@ struct sPageWidgets {
     QLabel* preparationSummary = nullptr;
     QBoxLayout* resultsColumn = nullptr; ///< where further settings go, below the tables
     QWidget* tables = nullptr;
-    QWidget* page = nullptr;              ///< the whole tab
+    QWidget* page = nullptr; ///< the whole tab
 };
 
 /// One module's tab. Its widgets belong to the form, its worker to the window, which it outlives
