@@ -564,8 +564,9 @@ void cFormTest::guideNamesWhatIsInTheForm() {
     for (const QLabel* label : window->findChildren<QLabel*>()) {
         texts.append(label->text().remove('&'));
     }
+    static const QRegularExpression addedMnemonic(QStringLiteral(" \\(&[A-Z]\\)$"));
     for (const QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
-        texts.append(button->text().remove('&'));
+        texts.append(button->text().remove(addedMnemonic).remove('&'));
     }
     int named = 0;
     static const QRegularExpression bold(QStringLiteral("\\*\\*([^*]+)\\*\\*"));
