@@ -2,6 +2,7 @@
 
 #include "base/parallel_work.h"
 #include "base/shown_text.h"
+#include "base/standard_input.h"
 #include "batch/resume.h"
 #include "results/file_identity.h"
 #include "run/file_path.h"
@@ -115,7 +116,8 @@ class cBatchRun::cPump {
     }
 
     bool mayTakeOver(std::size_t file, const QString& path, const sFileRecord* record) {
-        return (record == nullptr || run.results.holds(file, record->sha256)) &&
+        return run.paths[file] != standardInputPath && // who knows what comes through it now
+               (record == nullptr || run.results.holds(file, record->sha256)) &&
                (!run.manner.hasReports || areReportsUpToDate(file, path));
     }
 

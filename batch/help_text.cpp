@@ -3,12 +3,13 @@
 namespace kelmo {
 
 std::string_view helpText() {
-    return R"(Usage: kelmo-batch kev [OPTION]... [PDB]...
-       kelmo-batch vor [OPTION]... [PDB]...
+    return R"(Usage: kelmo-batch kev [OPTION]... [FILE]...
+       kelmo-batch vor [OPTION]... [FILE]...
        kelmo-batch merge MERGED.sqlite RESULTS.sqlite...
        kelmo-batch --help | --version
 
-Analyses PDB files and writes the reports, without a window.
+Analyses structures and writes the reports, without a window. Files are PDB text
+or mmCIF, each also compressed (.gz); - is standard input.
 
   kev                    surface areas, depth, protrusion and hydrophobicity
   vor                    contacts between the chains of each structure
@@ -26,7 +27,7 @@ Options:
   --output-dir DIR       write the reports to DIR, which must exist (default:
                          the configuration's output_dir, else the current
                          directory)
-  --list FILE            analyse the PDB files that FILE names, one a line;
+  --list FILE            analyse the files that FILE names, one a line;
                          repeatable and in order with the other files
   --results FILE         write the results of all files into FILE, too, in the
                          format that its name ends in: .sqlite, .tsv, .jsonl,
@@ -50,7 +51,7 @@ Options:
   --no-progress          draw no progress bar (default: on a terminal only)
   --help                 show this text and exit
   --version              show the version and exit
-  --                     what follows are PDB files, whatever they begin with
+  --                     what follows are files, whatever they begin with
 
 Messages go to standard error. With NO_COLOR set they have no colours.
 

@@ -1,6 +1,7 @@
 #include "batch/options.h"
 
 #include "base/shown_text.h"
+#include "base/standard_input.h"
 #include "base/usage_error.h"
 #include "batch/report_choice.h"
 #include "results/result_formats.h"
@@ -164,11 +165,16 @@ void takeReports(sOptions& options) {
     }
 }
 
+/// "-" is standard input; a file of that name is "./-".
+std::string inputPath(std::string_view argument) {
+    return std::string(argument == "-" ? standardInputPath : argument);
+}
+
 /// What getopt_long() just returned, its value in `optarg`.
 void take(int code, sOptions& options) {
     switch (code) {
     case pathCode:
-        options.inputs.push_back({sInputSource::eKind::pdbFile, optarg});
+        options.inputs.push_back({sInputSource::eKind::pdbFile, inputPath(optarg)});
         break;
     case listCode:
         options.inputs.push_back({sInputSource::eKind::listFile, optarg});
@@ -265,7 +271,7 @@ void readArguments(int argc, char** argv, sOptions& options) {
         take(code, options);
     }
     for (; options.request == eRequest::analysis && optind < argc; ++optind) {
-        options.inputs.push_back({sInputSource::eKind::pdbFile, argv[optind]});
+        options.inputs.push_back({sInputSource::eKind::pdbFile, inputPath(argv[optind])});
     }
 }
 

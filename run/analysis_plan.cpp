@@ -4,6 +4,7 @@
 #include "base/number_text.h"
 #include "base/regular_file.h"
 #include "base/shown_text.h"
+#include "base/standard_input.h"
 #include "geometry/nearest_distance.h"
 
 #include <algorithm>
@@ -241,8 +242,10 @@ std::vector<std::string> reportNames(const sAnalysisPlan& plan, const sReportBas
 
 eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollower& follower) {
     const std::string path = displayedText(job.path);
-    std::ifstream in;
-    const bool isOpen = openRegularFile(in, job.path);
+    std::ifstream file;
+    cStandardInput standardInput;
+    const bool isStandardInput = job.path == standardInputPath;
+    const bool isOpen = isStandardInput || openRegularFile(file, job.path);
     if (isOpen || plan.isAnnouncedUnopened) {
         follower.tell({eSeverity::progress, plan.announcement + path + "..."});
     }
@@ -250,7 +253,9 @@ eFileOutcome carryOut(const sAnalysisPlan& plan, const sFileJob& job, cPlanFollo
         follower.tell({eSeverity::error, "Could not open file " + path});
         return eFileOutcome::failed;
     }
+    std::istream in(isStandardInput ? static_cast<std::streambuf*>(&standardInput) : file.rdbuf());
     sReadResult result = readStructure(in, job.radii, plan.reading);
+    follower.safePoint(); // to a stop, a reader that waits can only answer with an error
     if (const auto problem = readingProblem(result, path)) {
         follower.tell({eSeverity::error, *problem});
         return eFileOutcome::failed;

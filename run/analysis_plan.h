@@ -72,7 +72,7 @@ struct sReportBase {
 
 /// One file of a run.
 struct sFileJob {
-    std::string path = {}; ///< bytes of any encoding
+    std::string path = {}; ///< bytes of any encoding; a regular file or standardInputPath
     sReportBase reportBase = {};
     const std::map<std::string, double>& radii;
     sFileRecord* record = nullptr; ///< receives what results files keep; null for none

@@ -1,5 +1,6 @@
 // Input files: where they come from, what their names may be, and what happens to those that fail.
 #include "tests/batch/batch_fixture.h"
+#include "tests/input/gzip_text.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -236,6 +237,48 @@ TEST_F(BatchInputs, StampIsTheTimeOfTheStartUnlessGiven) {
     for (const std::string& name : names) {
         EXPECT_EQ(name.substr(5, 12), stamp) << "one stamp for the whole run";
     }
+}
+
+TEST_F(BatchInputs, StructuresComeThroughStandardInput) {
+    cGzipMember compressed;
+    compressed.append(sampleText("1ubq"));
+    for (const std::string& text : {sampleText("1ubq"), compressed.finish()}) {
+        directory.write("input", text);
+        const std::string command = "cat input | " + batchProgram().string() +
+                                    " kev --output-dir=out --stamp=200703141530 - 2>messages";
+        ASSERT_EQ(std::system(("cd '" + directory.path().string() + "' && " + command).c_str()), 0)
+            << contentOf(directory.path() / "messages");
+        const auto piped = reports();
+        ASSERT_EQ(piped.size(), 4U);
+        EXPECT_EQ(run("kev", {ubiquitin}).exitStatus, 0);
+        for (const auto& [name, content] : piped) {
+            ASSERT_TRUE(name.starts_with("stdin_200703141530_")) << name;
+            EXPECT_TRUE(content == report(name.substr(19))) << name;
+        }
+        std::filesystem::remove_all(directory.path() / "out");
+        directory.makeDirectory("out");
+    }
+}
+
+TEST_F(BatchInputs, FileCalledLikeStandardInputIsReachedByItsPath) {
+    directory.linkSample("1ubq", "-");
+    EXPECT_EQ(run("kev", {"./-"}).exitStatus, 0);
+    EXPECT_EQ(reports().size(), 4U);
+}
+
+TEST_F(BatchInputs, StopEndsTheWaitForStandardInput) {
+    // The writer's end stays open and silent.
+    const std::string command =
+        "mkfifo pipe; exec 3<>pipe; " + batchProgram().string() +
+        " kev --jobs=1 --output-dir=out - <pipe 2>messages & child=$!; "
+        "while ! grep -q Analysing messages 2>/dev/null; do sleep 0.01; done; "
+        "kill -TERM $child; wait $child; test $? -eq 130";
+    EXPECT_EQ(
+        std::system(("cd '" + directory.path().string() + "' && { " + command + "; }").c_str()), 0)
+        << contentOf(directory.path() / "messages");
+    EXPECT_TRUE(
+        contains(contentOf(directory.path() / "messages"), "Stopped: 0 of 1 file analysed"));
+    EXPECT_TRUE(reports().empty());
 }
 
 } // namespace kelmo
