@@ -43,12 +43,16 @@ QWidget* newField(const sSetting& setting) {
     case eSettingKind::choice: {
         auto* box = new QComboBox;
         for (const std::string& choice : setting.choices) {
-            box->addItem(text(choice));
+            box->addItem(text(choice).replace(u'_', u' '), text(choice));
         }
-        box->setCurrentText(text(setting.byDefault));
+        box->setCurrentIndex(box->findData(text(setting.byDefault)));
         return box;
     }
-    case eSettingKind::word:
+    case eSettingKind::word: {
+        auto* edit = new QLineEdit;
+        edit->setPlaceholderText(text(setting.byDefault));
+        return edit;
+    }
     case eSettingKind::table:
     case eSettingKind::directory:
     case eSettingKind::criterion:
@@ -111,7 +115,7 @@ void cSettingFields::read(cSettings& settings) const {
         } else if (const auto* box = qobject_cast<QDoubleSpinBox*>(shown); box != nullptr) {
             settings.setNumber(key, box->value());
         } else if (const auto* choice = qobject_cast<QComboBox*>(shown); choice != nullptr) {
-            settings.setText(key, choice->currentText().toStdString());
+            settings.setText(key, choice->currentData().toString().toStdString());
         } else if (const auto* edit = qobject_cast<QLineEdit*>(shown); edit != nullptr) {
             const sSetting& setting = *findSetting(module, key);
             const bool isLeftEmpty = setting.kind == eSettingKind::word && edit->text().isEmpty();
@@ -127,9 +131,12 @@ void cSettingFields::show(const cSettings& settings, const std::string& key) con
     } else if (auto* box = qobject_cast<QDoubleSpinBox*>(shown); box != nullptr) {
         box->setValue(settings.number(key));
     } else if (auto* choice = qobject_cast<QComboBox*>(shown); choice != nullptr) {
-        choice->setCurrentText(text(settings.text(key)));
+        choice->setCurrentIndex(choice->findData(text(settings.text(key))));
     } else if (auto* edit = qobject_cast<QLineEdit*>(shown); edit != nullptr) {
-        edit->setText(pathFromBytes(settings.text(key)));
+        const sSetting& setting = *findSetting(module, key);
+        const bool isPlaceholder =
+            setting.kind == eSettingKind::word && settings.text(key) == setting.byDefault;
+        edit->setText(isPlaceholder ? QString() : pathFromBytes(settings.text(key)));
     }
 }
 
