@@ -85,8 +85,8 @@ TEST(BatchOptions, ListsAndFilesKeepTheirOrder) {
 }
 
 TEST(BatchOptions, NamesAreBytes) {
-    EXPECT_EQ(described(parsed({"kev", "a b\n\xff.pdb", "[x,y]", "-"}).inputs),
-              "file:a b\n\xff.pdb file:[x,y] file:- ");
+    EXPECT_EQ(described(parsed({"kev", "a b\n\xff.pdb", "[x,y]", "-", "./-"}).inputs),
+              "file:a b\n\xff.pdb file:[x,y] file:/dev/stdin file:./- ");
 }
 
 TEST(BatchOptions, OrderDoesNotDependOnTheEnvironment) {
