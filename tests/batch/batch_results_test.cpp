@@ -578,4 +578,36 @@ TEST_F(BatchResults, ShardsDependOnNamesAlone) {
     EXPECT_EQ(valueOf("SELECT ended IS NOT NULL FROM runs"), "1");
 }
 
+TEST_F(BatchResults, QuestionsOnThePageHaveTheirAnswers) {
+    for (const char* code : {"1a0q", "1ubq", "2hhb"}) {
+        directory.linkSample(code, std::string(code) + ".pdb");
+    }
+    const std::vector<std::string> samples{"1a0q.pdb", "1ubq.pdb", "2hhb.pdb"};
+    const std::string page = sourceText("docs/results.md");
+    const std::vector<std::string> commands = fencedBlocks(page, "sh");
+    ASSERT_EQ(commands.size(), 1U);
+    const std::string pasted = "cd '" + directory.path().string() + "' && PATH='" +
+                               batchProgram().parent_path().string() + "':\"$PATH\" && { " +
+                               commands.front() + " } 2>messages";
+    ASSERT_EQ(std::system(pasted.c_str()), 0) << contentOf(directory.path() / "messages");
+    const std::vector<std::string> questions = fencedBlocks(page, "sql");
+    const std::vector<std::string> answers = fencedBlocks(page, "text");
+    ASSERT_EQ(questions.size(), 10U);
+    ASSERT_EQ(answers.size(), questions.size());
+    for (std::size_t i = 0; i < questions.size(); ++i) {
+        EXPECT_EQ(rowsOf(questions[i], "results.sqlite"), linesOf(answers[i])) << questions[i];
+    }
+    // The program for Python, as a reader would paste it.
+    for (const char* name : {"--results=results.tsv", "--results=results.jsonl"}) {
+        std::vector<std::string> arguments{"kev", "--reports=none", name};
+        arguments.insert(arguments.end(), samples.begin(), samples.end());
+        EXPECT_EQ(runAlone(arguments).exitStatus, 0);
+    }
+    directory.write("example.py", fencedBlocks(page, "python").front());
+    const std::string example =
+        "cd '" + directory.path().string() + "' && python3 example.py >out.txt 2>messages";
+    EXPECT_EQ(std::system(example.c_str()), 0) << contentOf(directory.path() / "messages");
+    EXPECT_TRUE(contains(contentOf(directory.path() / "out.txt"), "1UBQ 4761.4"));
+}
+
 } // namespace kelmo
