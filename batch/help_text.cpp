@@ -6,6 +6,8 @@ std::string_view helpText() {
     return R"(Usage: kelmo-batch kev [OPTION]... [FILE]...
        kelmo-batch vor [OPTION]... [FILE]...
        kelmo-batch merge MERGED.sqlite RESULTS.sqlite...
+       kelmo-batch export RESULTS.sqlite --table NAME [--format FORMAT]
+                   [--where SQL]
        kelmo-batch --help | --version
 
 Analyses structures and writes the reports, without a window. Files are PDB text
@@ -15,6 +17,8 @@ or mmCIF, each also compressed (.gz); - is standard input.
   vor                    contacts between the chains of each structure
   merge                  make one results file of several, such as those of
                          the shards of a run
+  export                 write a table of a results file to standard output as
+                         tsv, tsv.gz, jsonl or jsonl.gz
 
 Options:
   --config FILE          take the settings from a configuration file (default:

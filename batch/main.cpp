@@ -4,6 +4,7 @@
 #include "base/parallel_work.h"
 #include "base/usage_error.h"
 #include "batch/batch_run.h"
+#include "batch/export_command.h"
 #include "batch/help_text.h"
 #include "batch/input_paths.h"
 #include "batch/merge_command.h"
@@ -104,6 +105,8 @@ eExitStatus answer(const sOptions& options) {
         return print(versionText());
     case eRequest::merge:
         return merge(options);
+    case eRequest::exportation:
+        return exportRows(options.wantedExport);
     case eRequest::analysis:
         break;
     }

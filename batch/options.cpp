@@ -3,6 +3,7 @@
 #include "base/shown_text.h"
 #include "base/standard_input.h"
 #include "base/usage_error.h"
+#include "batch/export_command.h"
 #include "batch/report_choice.h"
 #include "results/result_formats.h"
 
@@ -315,8 +316,12 @@ sOptions parseOptions(int argc, char** argv) {
         if (options.inputs.size() < 2) {
             refuse("kelmo-batch merge needs the file to make and those to make it of");
         }
+    } else if (first == "export") {
+        options.request = eRequest::exportation;
+        options.wantedExport = parseExport({argv + 2, argv + argc});
     } else {
-        refuse("The first argument must be kev, vor or merge, not \"" + shownText(first) + '"');
+        refuse("The first argument must be kev, vor, merge or export, not \"" + shownText(first) +
+               '"');
     }
     return options;
 }

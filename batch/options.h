@@ -2,6 +2,7 @@
 #pragma once
 
 #include "analysis/settings.h"
+#include "results/result_export.h"
 
 #include <cstddef>
 #include <optional>
@@ -10,7 +11,7 @@
 
 namespace kelmo {
 
-enum class eRequest { analysis, merge, help, version };
+enum class eRequest { analysis, merge, exportation, help, version };
 
 /// Something on the command line that names PDB files; the path as bytes of any encoding.
 struct sInputSource {
@@ -39,6 +40,7 @@ struct sOptions {
     std::optional<int> jobs;              ///< 1 to `maximumJobs`
     bool isResumed = false; ///< only with a time stamp, or results files and no reports
     std::optional<sShard> shard;
+    sExport wantedExport;      ///< of an exportation alone
     bool mayFilesFail = false; ///< without an effect on the exit status
     bool isQuiet = false;
     bool isProgressWanted = true;

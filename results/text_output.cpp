@@ -33,26 +33,37 @@ cTextOutput::cTextOutput(const std::string& path) : name(path) {
         fail();
     }
     if (path.ends_with(".gz")) {
-        auto stream = std::make_unique<z_stream>();
-        constexpr int gzipWindow = 15 + 16;
-        constexpr int usualMemory = 8;
-        // The time of a run is worth more than the last percent of its results.
-        if (deflateInit2(stream.get(), Z_BEST_SPEED, Z_DEFLATED, gzipWindow, usualMemory,
-                         Z_DEFAULT_STRATEGY) != Z_OK) {
-            throw std::bad_alloc();
-        }
-        compressor.reset(stream.release());
+        beginCompression();
     }
 }
 
+cTextOutput::cTextOutput(int openDescriptor, bool isCompressed)
+    : name("standard output"), descriptor(openDescriptor), isOwned(false) {
+    if (isCompressed) {
+        beginCompression();
+    }
+}
+
+void cTextOutput::beginCompression() {
+    auto stream = std::make_unique<z_stream>();
+    constexpr int gzipWindow = 15 + 16;
+    constexpr int usualMemory = 8;
+    // The time of a run is worth more than the last percent of its results.
+    if (deflateInit2(stream.get(), Z_BEST_SPEED, Z_DEFLATED, gzipWindow, usualMemory,
+                     Z_DEFAULT_STRATEGY) != Z_OK) {
+        throw std::bad_alloc();
+    }
+    compressor.reset(stream.release());
+}
+
 cTextOutput::~cTextOutput() {
-    if (descriptor >= 0) {
+    if (isOwned && descriptor >= 0) {
         ::close(descriptor);
     }
 }
 
 void cTextOutput::fail() const {
-    throw cResultError("results file " + shownText(name) + ": " +
+    throw cResultError((isOwned ? "results file " : "") + shownText(name) + ": " +
                        std::generic_category().message(errno));
 }
 
@@ -99,6 +110,9 @@ void cTextOutput::flush() {
 void cTextOutput::finish() {
     compressor == nullptr ? send(buffer) : compress(buffer, Z_FINISH);
     buffer.clear();
+    if (!isOwned) {
+        return; // a pipe has no disk behind it
+    }
     const int closing = descriptor;
     if (::fsync(closing) != 0) {
         fail();

@@ -14,6 +14,8 @@ class cTextOutput {
   public:
     /// Creates the file, which must not exist. Compressed when the name ends in ".gz".
     explicit cTextOutput(const std::string& path);
+    /// Writes to an open descriptor, which is not closed.
+    cTextOutput(int openDescriptor, bool isCompressed);
     ~cTextOutput();
     cTextOutput(const cTextOutput&) = delete;
     cTextOutput& operator=(const cTextOutput&) = delete;
@@ -25,6 +27,7 @@ class cTextOutput {
     void finish();
 
   private:
+    void beginCompression();
     void send(std::string_view bytes);
     void compress(std::string_view text, int mode);
     [[noreturn]] void fail() const;
@@ -35,6 +38,7 @@ class cTextOutput {
 
     std::string name;
     int descriptor = -1;
+    bool isOwned = true;
     std::unique_ptr<z_stream_s, sEnd> compressor; ///< null for plain text
     std::string buffer;
 };

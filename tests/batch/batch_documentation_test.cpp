@@ -77,7 +77,7 @@ TEST_F(BatchDocumentation, ManualPageHasTheOptionsOfTheHelp) {
         manual.erase(at, 1);
     }
     const auto expected = optionsIn(runBatch({"--help"}).out);
-    EXPECT_EQ(expected.size(), 17U);
+    EXPECT_EQ(expected.size(), 20U);
     EXPECT_EQ(optionsIn(manual), expected);
 }
 

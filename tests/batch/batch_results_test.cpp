@@ -610,4 +610,45 @@ TEST_F(BatchResults, QuestionsOnThePageHaveTheirAnswers) {
     EXPECT_TRUE(contains(contentOf(directory.path() / "out.txt"), "1UBQ 4761.4"));
 }
 
+TEST_F(BatchResults, ExportWritesRowsAsText) {
+    EXPECT_EQ(runInto("kev", {ubiquitin, haemoglobin, "a\tb.pdb"}).exitStatus, 1);
+    const sProcessOutcome table =
+        runAlone({"export", "r.sqlite", "--table=residues", "--where", "name = 'TRP'"});
+    EXPECT_EQ(table.exitStatus, 0) << table.err;
+    std::vector<std::string> lines = linesOf(table.out);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_TRUE(lines.front().starts_with("structure\tresidue\tchain\tchain_id\tnumber\tname\t"));
+    EXPECT_EQ(lines.size() - 1,
+              std::stoul(valueOf("SELECT count(*) FROM residues WHERE name = 'TRP'")));
+    EXPECT_TRUE(contains(runAlone({"export", "r.sqlite", "--table", "structures"}).out,
+                         "\t\"a\tb.pdb\"\t"));
+    const sProcessOutcome json = runAlone(
+        {"export", "r.sqlite", "--table=chains", "--format=jsonl", "--where=structure = 1"});
+    EXPECT_TRUE(json.out.starts_with("{\"structure\": 1, \"chain\": 1, \"chain_id\": \"A\", "))
+        << json.out;
+    EXPECT_EQ(linesOf(json.out).size(), 1U);
+    EXPECT_TRUE(runAlone({"export", "r.sqlite", "--table=runs", "--format=tsv.gz"})
+                    .out.starts_with("\x1f\x8b"));
+    // What it is asked for changes nothing, and what it does not know is told.
+    const std::vector<std::string> before = allRows();
+    runAlone({"export", "r.sqlite", "--table=runs", "--where=1); DELETE FROM runs; --"});
+    EXPECT_TRUE(allRows() == before);
+    const auto faultOf = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"export", "r.sqlite"});
+        const sProcessOutcome outcome = runAlone(arguments);
+        EXPECT_EQ(outcome.exitStatus, 2);
+        return outcome.err;
+    };
+    EXPECT_TRUE(faultOf({"--table=atoms"})
+                    .starts_with("Could not export: results file r.sqlite has no table atoms, but "
+                                 "runs, settings, "));
+    EXPECT_EQ(faultOf({"--table=runs", "--where=nowhere = 1"}),
+              "Could not export: results file r.sqlite: no such column: nowhere\n");
+    EXPECT_TRUE(contains(faultOf({}), "needs a results file and --table"));
+    EXPECT_TRUE(contains(faultOf({"--table=runs", "--format=csv"}), "not \"csv\""));
+    EXPECT_TRUE(contains(faultOf({"--table=runs", "--tables=runs"}), "Unknown option"));
+    EXPECT_TRUE(contains(faultOf({"--table=runs", "--table=runs"}), "given twice"));
+    EXPECT_TRUE(contains(faultOf({"--table"}), "needs a value"));
+}
+
 } // namespace kelmo
