@@ -104,7 +104,8 @@ TEST(BatchOptions, ValueMayBeginWithADash) {
 
 TEST(BatchOptions, FirstArgumentMustBeAModule) {
     EXPECT_EQ(faultOf({}), "Say what to do: kelmo-batch kev or kelmo-batch vor");
-    EXPECT_EQ(faultOf({"KEV"}), "The first argument must be kev, vor, merge or export, not \"KEV\"");
+    EXPECT_EQ(faultOf({"KEV"}),
+              "The first argument must be kev, vor, merge or export, not \"KEV\"");
     EXPECT_EQ(faultOf({"--quiet", "kev"}),
               "The first argument must be kev, vor, merge or export, not \"--quiet\"");
 }
