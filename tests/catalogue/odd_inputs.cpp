@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <ostream>
 #include <random>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -225,7 +226,7 @@ tOddInputs textsAndEncodings() {
          "\x1F\x8B\x08\0\0\0\0\0\0\x03\x73\x0C\xF1\xF7\x55\x30\x54\xF0\x53\x70\xE4\x02\0\x9A\xE6"s,
          0, 0, 0, "", "", false, "Could not read PDB file %: The compressed data breaks off"},
         {"mmCIF", table + "ATOM 1 N N . GLY A 1 1 ? 0.000 0.000 0.000 1.00 10.00 ? 1 GLY A N 1\n",
-         6, 0, 0, "", "", false,
+         0, 0, 0, "", "", false,
          "Could not use PDB file %: Not mmCIF: a loop whose values do not fill its last row in "
          "line 6"},
         {"HTML",
@@ -336,13 +337,28 @@ std::string utf16(const std::string& text) {
 
 std::vector<sOddInput> oddInputs() {
     tOddInputs all;
-    for (tOddInputs (*group)() :
-         {lineEnds, recordsOfAFile, chainsAndNumbers, coordinates, textsAndEncodings, shapes}) {
+    for (tOddInputs (*group)() : {lineEnds, recordsOfAFile, chainsAndNumbers, coordinates,
+                                  textsAndEncodings, shapes, oddMmcifTexts, oddCompressedTexts}) {
         for (sOddInput& input : group()) {
             all.push_back(std::move(input));
         }
     }
     return all;
+}
+
+std::vector<std::string> chainIdsOf(const sOddInput& input) {
+    std::vector<std::string> ids;
+    if (input.chains.find('\t') == std::string::npos) {
+        for (const char id : input.chains) {
+            ids.emplace_back(1, id);
+        }
+        return ids;
+    }
+    std::istringstream in(input.chains);
+    for (std::string id; std::getline(in, id, '\t');) {
+        ids.push_back(id);
+    }
+    return ids;
 }
 
 void writeCloud(std::ostream& out, std::size_t residues, double atomVolume) {
