@@ -14,7 +14,8 @@ hang=${HANG_SECONDS:-10}
 cd "$root"
 
 targets=("$@")
-[ "$#" -gt 0 ] || targets=(pdb_reader parameter_tables contact_rules configuration window_files analysis)
+[ "$#" -gt 0 ] || targets=(pdb_reader mmcif_reader gzip parameter_tables contact_rules configuration window_files
+    analysis)
 
 build_preset fuzz write_fuzz_seeds "${targets[@]/#/fuzz_}"
 

@@ -1,7 +1,10 @@
 #include "tests/fuzz/seeds.h"
 
+#include "base/string_operation.h"
 #include "tests/catalogue/odd_inputs.h"
 #include "tests/fuzz/sample_cuts.h"
+#include "tests/input/gzip_text.h"
+#include "tests/input/mmcif_rows.h"
 #include "tests/support/test_files.h"
 
 #include <cstddef>
@@ -38,6 +41,81 @@ tSeeds structures() {
         if (odd.bytes.size() <= longestSeed) {
             seeds.push_back(odd.bytes);
         }
+    }
+    return seeds;
+}
+
+/// The coordinate lines of PDB text as mmCIF.
+std::string asMmcif(const std::string& pdb) {
+    std::string rows;
+    for (const std::string& line : linesOf(pdb)) {
+        if (line.starts_with("ATOM") || line.starts_with("HETATM")) {
+            const auto field = [&](std::size_t begin, std::size_t length) {
+                return trimString(line.substr(begin, length));
+            };
+            rows += sMmcifRow{.group = field(0, 6),
+                              .id = field(6, 5),
+                              .element = field(12, 2),
+                              .name = field(12, 4),
+                              .residue = field(17, 3),
+                              .part = field(21, 1),
+                              .x = field(30, 8),
+                              .y = field(38, 8),
+                              .z = field(46, 8),
+                              .number = field(22, 4),
+                              .chain = field(21, 1)}
+                        .line();
+        }
+    }
+    return mmcifText(rows);
+}
+
+/// Every table that the reader knows beside that of the atoms.
+constexpr const char* mmcifTables =
+    "_entity.id 1\n_entity.type polymer\n"
+    "loop_\n_pdbx_struct_mod_residue.auth_asym_id\n_pdbx_struct_mod_residue.auth_seq_id\n"
+    "_pdbx_struct_mod_residue.auth_comp_id\n_pdbx_struct_mod_residue.parent_comp_id\n"
+    "A 1 MSE MET\nA 2 5CM DC\n"
+    "_pdbx_struct_assembly.id 1\n_pdbx_struct_assembly_gen.assembly_id 1\n"
+    "_pdbx_struct_assembly_gen.oper_expression '(1,2)(P-Q)'\n"
+    "_pdbx_struct_assembly_gen.asym_id_list A,B\n"
+    "loop_\n_pdbx_struct_oper_list.id\n"
+    "_pdbx_struct_oper_list.matrix[1][1]\n_pdbx_struct_oper_list.matrix[1][2]\n"
+    "_pdbx_struct_oper_list.matrix[1][3]\n_pdbx_struct_oper_list.vector[1]\n"
+    "_pdbx_struct_oper_list.matrix[2][1]\n_pdbx_struct_oper_list.matrix[2][2]\n"
+    "_pdbx_struct_oper_list.matrix[2][3]\n_pdbx_struct_oper_list.vector[2]\n"
+    "_pdbx_struct_oper_list.matrix[3][1]\n_pdbx_struct_oper_list.matrix[3][2]\n"
+    "_pdbx_struct_oper_list.matrix[3][3]\n_pdbx_struct_oper_list.vector[3]\n"
+    "1 1 0 0 0 0 1 0 0 0 0 1 0\n2 -1 0 0 9.5 0 -1 0 0 0 0 1 -3\n";
+
+tSeeds mmcifTexts() {
+    tSeeds seeds;
+    for (const std::string& cut : sampleCuts(12, 60)) {
+        seeds.push_back(asMmcif(cut));
+    }
+    const std::string modified =
+        sMmcifRow{.group = "HETATM", .name = "SE", .residue = "MSE"}.line();
+    const std::string assembly = mmcifText(modified, mmcifTables);
+    seeds.push_back(assembly);
+    std::string other = assembly;
+    other.replace(other.find("(1,2)(P-Q)"), 10, "(1-2)(2,1)");
+    seeds.push_back(other);
+    for (const sOddInput& odd : oddMmcifTexts()) {
+        seeds.push_back(odd.bytes);
+    }
+    return seeds;
+}
+
+/// What each choice means is told by the target.
+tSeeds compressedTexts() {
+    tSeeds seeds;
+    for (const sOddInput& odd : oddCompressedTexts()) {
+        seeds.push_back('r' + odd.bytes);
+    }
+    for (const std::string& cut : sampleCuts(4, 60)) {
+        seeds.push_back('r' + gzipped(cut));
+        seeds.push_back("c\x20\x10" + cut);
+        seeds.push_back("d\x30\x01" + asMmcif(cut));
     }
     return seeds;
 }
@@ -159,7 +237,8 @@ std::vector<std::string> seedsOf(std::string_view target) {
     static const std::map<std::string_view, tSeeds (*)()> makers{
         {"pdb_reader", structures},      {"parameter_tables", parameterTables},
         {"contact_rules", contactRules}, {"configuration", configurations},
-        {"window_files", windowFiles},   {"analysis", analyses}};
+        {"window_files", windowFiles},   {"analysis", analyses},
+        {"mmcif_reader", mmcifTexts},    {"gzip", compressedTexts}};
     const auto maker = makers.find(target);
     return maker == makers.end() ? tSeeds() : maker->second();
 }
