@@ -55,6 +55,18 @@ QString structureSuffixText() {
     return suffixes.join(QStringLiteral(", "));
 }
 
+/// The files of a folder that are called like structures, by name; not those of folders in it.
+QStringList structuresIn(const QString& folder) {
+    QStringList paths;
+    const QDir directory(folder);
+    for (const QString& name : directory.entryList(QDir::Files, QDir::Name)) {
+        if (hasStructureSuffix(pathToBytes(name))) {
+            paths.append(directory.filePath(name));
+        }
+    }
+    return paths;
+}
+
 QString placeOf(const QString& path) {
     return QFileInfo(path).absolutePath();
 }
@@ -113,13 +125,20 @@ void cModulePage::addFiles() {
     }
 }
 
-/// Adds structures and what file lists hold; nothing that is in the list goes.
+/// Adds structures, those of folders and what file lists hold; nothing that is in the list goes.
 void cModulePage::addDroppedFiles(const QStringList& paths) {
     QStringList dropped;
     for (const QString& path : paths) {
         if (QFileInfo(path).suffix().toLower() == QLatin1String("fls") &&
             QFileInfo(path).isFile()) {
             dropped += pathsInList(path);
+        } else if (QFileInfo(path).isDir()) {
+            const QStringList found = structuresIn(path);
+            dropped += found;
+            if (found.isEmpty()) {
+                showMessage(Qt::yellow, "No structures (" + structureSuffixText() + ") in folder " +
+                                            displayedPath(path));
+            }
         } else if (hasStructureSuffix(pathToBytes(path))) {
             dropped.append(path);
         } else {

@@ -28,7 +28,7 @@ class cSettingFields {
     int addMissing(QFormLayout& layout, std::optional<eSettingGroup> group = std::nullopt);
 
     QWidget* widget(const std::string& key) const;
-    /// The same widget for a settings file, which keeps flags, numbers and texts.
+    /// The widget of a setting for a settings file, which keeps flags, numbers and texts.
     formField field(const std::string& key) const;
     /// Keys of the settings that were given a field by addMissing().
     const std::vector<std::string>& addedKeys() const { return added; }

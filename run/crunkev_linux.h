@@ -46,7 +46,8 @@ class cRunKEV : public cAnalysisRun {
     void setRASAFilename(std::string name);
     void setHydroFilename(std::string name);
 
-    /// The report writers read the settings above and the values of the structure, nothing else.
+    /// The report writers read the settings of this object and the values of the structure, nothing
+    /// else.
     /// `analysisType` is "bound" or "unbound".
     void writePeptideAttributeXml(cXmlWriter& writer, cPdbPeptide& peptide,
                                   std::string analysisType);

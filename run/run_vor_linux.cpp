@@ -157,40 +157,35 @@ std::string cRunVOR::getInteractionCriterionString(eInteractionCriterion criteri
     return criterionName(criterion);
 }
 
-void cRunVOR::writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
+void cRunVOR::writeReport(std::ostream& out, const cPdbPeptide& peptide,
+                          tReportWriter write) const {
     const cSettings current = currentSettings();
-    cStreamSink out(writer);
-    writeContactXml(out, interactionReportOf(peptide, current));
+    cStreamSink sink(out);
+    write(sink, interactionReportOf(peptide, current));
+}
+
+void cRunVOR::writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
+    writeReport(writer, peptide, kelmo::writeContactXml);
 }
 
 void cRunVOR::writeHotSpotsXml(cXmlWriter& writer, cPdbPeptide& peptide) {
-    const cSettings current = currentSettings();
-    cStreamSink out(writer);
-    writeBindingResidueXml(out, interactionReportOf(peptide, current));
+    writeReport(writer, peptide, kelmo::writeBindingResidueXml);
 }
 
 void cRunVOR::writeResidueBindingStatusXml(cXmlWriter& writer, cPdbPeptide& peptide) {
-    const cSettings current = currentSettings();
-    cStreamSink out(writer);
-    writeBindingStatusXml(out, interactionReportOf(peptide, current));
+    writeReport(writer, peptide, kelmo::writeBindingStatusXml);
 }
 
 void cRunVOR::writeContactsTable(std::ostream& out, cPdbPeptide& peptide) {
-    const cSettings current = currentSettings();
-    cStreamSink sink(out);
-    writeContactTable(sink, interactionReportOf(peptide, current));
+    writeReport(out, peptide, kelmo::writeContactTable);
 }
 
 void cRunVOR::writeHotSpotsTable(std::ostream& out, cPdbPeptide& peptide) {
-    const cSettings current = currentSettings();
-    cStreamSink sink(out);
-    writeBindingResidueTable(sink, interactionReportOf(peptide, current));
+    writeReport(out, peptide, kelmo::writeBindingResidueTable);
 }
 
 void cRunVOR::writeResidueBindingStatusTable(std::ostream& out, cPdbPeptide& peptide) {
-    const cSettings current = currentSettings();
-    cStreamSink sink(out);
-    writeBindingStatusTable(sink, interactionReportOf(peptide, current));
+    writeReport(out, peptide, kelmo::writeBindingStatusTable);
 }
 
 } // namespace kelmo

@@ -10,6 +10,9 @@
 
 namespace kelmo {
 
+class cTextSink;
+struct sInteractionReport;
+
 /// Its settings are plain members, filled while it is idle by hand or by setUp(); see cAnalysisRun
 /// for how it runs and stops.
 class cRunVOR : public cAnalysisRun {
@@ -40,7 +43,8 @@ class cRunVOR : public cAnalysisRun {
     static std::string getContactTypeString(eContactType type);
     static std::string getInteractionCriterionString(eInteractionCriterion criterion);
 
-    /// The report writers read the settings above and the structure, nothing else.
+    /// The report writers read the members and settings of this object and the structure, nothing
+    /// else.
     void writeContactsXml(cXmlWriter& writer, cPdbPeptide& peptide);
     void writeHotSpotsXml(cXmlWriter& writer, cPdbPeptide& peptide);
     void writeResidueBindingStatusXml(cXmlWriter& writer, cPdbPeptide& peptide);
@@ -55,8 +59,12 @@ class cRunVOR : public cAnalysisRun {
     const std::map<std::string, double>& radiiTable() const override { return radii; }
 
   private:
+    /// Writes one report of the interaction module.
+    using tReportWriter = void (*)(cTextSink& out, const sInteractionReport& report);
+
     /// Those of setUp() with what the members say.
     cSettings currentSettings() const;
+    void writeReport(std::ostream& out, const cPdbPeptide& peptide, tReportWriter write) const;
 
     cSettings settings;
 };

@@ -40,7 +40,7 @@ states_of_units() {
             }' - "$build/compile_commands.json" <(echo "$files")
 }
 
-rooms='base|model|input|geometry|contacts|xml|analysis|reports|run|app|batch|python'
+rooms='base|model|input|geometry|contacts|xml|analysis|reports|results|run|app|batch|python'
 mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E "^($rooms)/.*\.cpp$")
 checks=$(clang-tidy --version; cat .clang-tidy)
 declare -A state

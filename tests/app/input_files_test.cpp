@@ -56,6 +56,7 @@ class cInputFilesTest : public QObject {
     void droppedFilesAreAdded_data() { modules(); }
     void droppedFilesAreAdded();
     void droppedListIsAdded();
+    void droppedFolderGivesItsStructures();
     void otherDroppedFilesAreRefused();
     void droppedTextIsRefused();
     void repeatedFilesAreMarked();
@@ -357,6 +358,21 @@ void cInputFilesTest::droppedListIsAdded() {
     drop({QUrl::fromLocalFile(place->file("more.fls", "x.pdb\ny.pdb\n")),
           QUrl::fromLocalFile("/data/z.pdb")});
     QCOMPARE(savedList(), QByteArray("first.pdb\nx.pdb\ny.pdb\n/data/z.pdb\n"));
+}
+
+void cInputFilesTest::droppedFolderGivesItsStructures() {
+    const QString folder = place->directory("structures");
+    for (const char* name : {"b.cif.gz", "a.pdb", "notes.txt", "c.mmcif"}) {
+        place->file(QStringLiteral("structures/") + name, "x");
+    }
+    place->directory("structures/deeper.pdb");
+    const QString empty = place->directory("empty");
+    drop({QUrl::fromLocalFile(folder), QUrl::fromLocalFile(empty)});
+    QCOMPARE(itemTexts(list()),
+             QStringList({folder + "/a.pdb", folder + "/b.cif.gz", folder + "/c.mmcif"}));
+    QCOMPARE(colouredLines(log()),
+             QStringList(coloured(Qt::yellow,
+                                  "No structures (.pdb, .ent, .cif, .mmcif) in folder " + empty)));
 }
 
 void cInputFilesTest::otherDroppedFilesAreRefused() {
