@@ -8,16 +8,6 @@ namespace kelmo {
 
 namespace {
 
-/// Calls `work` with a copy of every chain. The copies share the residues, so what is computed of
-/// those stays; what a chain itself would keep does not.
-template <typename Work>
-void forEachChainAlone(const cPdbPeptide& structure, Work work) {
-    inParallel(structure.chains.size(), 1, [&](std::size_t i) {
-        cProteinChain chain = structure.chains[i];
-        work(chain);
-    });
-}
-
 void calculateArea(cPdbPeptide& structure, eState state, const sCalculationInput& input) {
     const double probeRadius = input.settings.number("r_solvent");
     const double zSlice = input.settings.number("z_slice");
@@ -34,8 +24,8 @@ void calculateRelativeArea(cPdbPeptide& structure, eState state, const sCalculat
     if (state == eState::bound) {
         structure.setRelativeAccessibleSurfaceArea(standards);
     } else {
-        forEachChainAlone(structure, [&](cProteinChain& chain) {
-            chain.setRelativeAccessibleSurfaceArea(standards);
+        inParallel(structure.chains.size(), 1, [&](std::size_t i) {
+            structure.chains[i].setRelativeAccessibleSurfaceArea(standards);
         });
     }
 }
@@ -44,7 +34,7 @@ void calculateDepth(cPdbPeptide& structure, eState state, const sCalculationInpu
     if (state == eState::bound) {
         structure.setDepthIndex();
     } else {
-        forEachChainAlone(structure, [](cProteinChain& chain) { chain.setDepthIndex(); });
+        structure.setDepthIndexUnbound();
     }
 }
 
@@ -54,9 +44,7 @@ void calculateProtrusion(cPdbPeptide& structure, eState state, const sCalculatio
     if (state == eState::bound) {
         structure.setProtrusionIndex(sphereRadius, atomVolume);
     } else {
-        forEachChainAlone(structure, [&](cProteinChain& chain) {
-            chain.setProtrusionIndex(sphereRadius, atomVolume);
-        });
+        structure.setProtrusionIndexUnbound(sphereRadius, atomVolume);
     }
 }
 

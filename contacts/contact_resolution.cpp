@@ -270,8 +270,8 @@ sContactList findContacts(cPdbPeptide& peptide, eInteractionCriterion criterion,
 void markBindingResiduesByAreaChange(cPdbPeptide& peptide, double deltaAsa, double probeRadius,
                                      double zSlice, eAsaForm form) {
     cPdbPeptide apart(peptide);
+    apart.setAccessibleSurfaceAreaUnbound(probeRadius, zSlice, form);
     for (std::size_t c = 0; c < peptide.chains.size(); ++c) {
-        apart.chains[c].setAccessibleSurfaceArea(probeRadius, zSlice, form);
         for (unsigned i = 0; i < peptide.chains[c].residueCount; ++i) {
             cChainResidue& residue = peptide.chains[c].residues[i];
             const double change = apart.chains[c].residues[i].totalAsa - residue.totalAsa;

@@ -4,7 +4,11 @@
 #include "model/addition.h"
 #include "model/pdb_peptide.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace kelmo {
 
@@ -43,6 +47,23 @@ void calculateAreas(eAsaForm form, cResidueAtom* atoms, unsigned atomCount, cons
                     const sPoint& minPoint, double probeRadius, double zSlice) {
     const auto calculate = form == eAsaForm::complete ? calculateAtomAsaComplete : calculateAtomASA;
     calculate(atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
+}
+
+/// Marks the atoms, which hold areas of the complex, whose area in the chain alone may be another:
+/// none of a chain that is the whole structure.
+void markWhereChainsMatter(const cPdbPeptide& structure, double probeRadius, bool* isMarked) {
+    if (structure.isOneChain()) {
+        return;
+    }
+    const auto atomCount = static_cast<unsigned>(structure.atoms.size());
+    std::vector<std::uint32_t> chainOfAtom(structure.atoms.size());
+    for (std::uint32_t c = 0; c < structure.chains.size(); ++c) {
+        const cProteinChain& chain = structure.chains[c];
+        std::fill_n(chainOfAtom.begin() + (chain.atoms - structure.atoms.data()), chain.atomCount,
+                    c);
+    }
+    markWhereOthersMatter(structure.atoms.data(), atomCount, structure.maxPoint, structure.minPoint,
+                          probeRadius, chainOfAtom.data(), isMarked);
 }
 
 template <typename Owner>
@@ -96,11 +117,14 @@ void cChainResidue::setHydrophobicity(const std::map<std::string, double>& scale
 
 void cProteinChain::setAccessibleSurfaceArea(double probeRadius, double zSlice, eAsaForm form) {
     calculateAreas(form, atoms, atomCount, maxPoint, minPoint, probeRadius, zSlice);
+    holdsDepthOfComplex = false;
+    sumUpUnboundAreas(probeRadius, zSlice, form);
+}
+
+void cProteinChain::sumUpUnboundAreas(double probeRadius, double zSlice, eAsaForm form) {
     inParallel(residueCount, residuesPerTask, [&](std::size_t i) { residues[i].setAsa(); });
     setASASummingResidueAsa();
-    unboundProbeRadius = probeRadius;
-    unboundZSlice = zSlice;
-    unboundForm = form;
+    noteAreas(eAreas::ofChainAlone, probeRadius, zSlice, form);
 }
 
 void cProteinChain::setASASummingResidueAsa() {
@@ -133,16 +157,32 @@ void cPdbPeptide::setAccessibleSurfaceArea(double probeRadius, double zSlice, eA
     }
     for (cProteinChain& chain : chains) {
         chain.setASASummingResidueAsa();
-        chain.forgetUnboundAreas();
+        chain.noteAreas(cProteinChain::eAreas::ofComplex, probeRadius, zSlice, form);
+        chain.holdsDepthOfComplex = false;
     }
 }
 
 void cPdbPeptide::setAccessibleSurfaceAreaUnbound(double probeRadius, double zSlice,
                                                   eAsaForm form) {
+    using enum cProteinChain::eAreas;
     clearAreas(*this);
+    // Most atoms of a complex have the same area in their chain alone.
+    const bool isComplex = std::ranges::any_of(chains, [&](const cProteinChain& chain) {
+        return chain.holds(ofComplex, probeRadius, zSlice, form);
+    });
+    const auto others = std::make_unique<bool[]>(atoms.size());
+    if (isComplex) {
+        markWhereChainsMatter(*this, probeRadius, others.get());
+    }
     inParallel(chains.size(), 1, [&](std::size_t i) {
-        if (!chains[i].holdsUnboundAreas(probeRadius, zSlice, form)) {
-            chains[i].setAccessibleSurfaceArea(probeRadius, zSlice, form);
+        cProteinChain& chain = chains[i];
+        if (chain.holds(ofComplex, probeRadius, zSlice, form)) {
+            calculateAsaOfMarked(chain.atoms, chain.atomCount, chain.maxPoint, chain.minPoint,
+                                 probeRadius, zSlice, form,
+                                 others.get() + (chain.atoms - atoms.data()));
+            chain.sumUpUnboundAreas(probeRadius, zSlice, form);
+        } else if (!chain.holds(ofChainAlone, probeRadius, zSlice, form)) {
+            chain.setAccessibleSurfaceArea(probeRadius, zSlice, form);
         }
     });
 }

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "base/exported.h"
+#include "model/asa_form.h"
 #include "model/residue_atom.h"
+
+#include <cstdint>
 
 namespace KELMO_API kelmo {
 
@@ -18,6 +21,20 @@ void calculateAtomASA(cResidueAtom* atoms, unsigned atomCount, const sPoint& max
 /// the number of threads, the instruction set, the order of the atoms and who else is far away.
 void calculateAtomAsaComplete(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
                               const sPoint& minPoint, double probeRadius, double zSlice);
+
+/// Sets `asa` (Å²), in either form as the two functions above do, of those atoms alone whose mark,
+/// by position, is true.
+void calculateAsaOfMarked(cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                          const sPoint& minPoint, double probeRadius, double zSlice, eAsaForm form,
+                          const bool* isMarked);
+
+/// Marks the atoms whose areas, as just computed for all of them together, may be others when those
+/// of other groups are taken away: one of another group touches it, or the area depends on more
+/// than on those that touch (see cResidueAtom::isAsaLocal). `groups` has a number for each atom.
+/// Costs a small part of the calculation of areas.
+void markWhereOthersMatter(const cResidueAtom* atoms, unsigned atomCount, const sPoint& maxPoint,
+                           const sPoint& minPoint, double probeRadius, const std::uint32_t* groups,
+                           bool* isMarked);
 
 /// Sets `depthIndex` (Å): 0 for an atom with surface, otherwise the distance to the nearest atom
 /// with surface (Pintar, Carugo & Pongor, Bioinformatics 19:313, 2003). Reads `asa`, so the areas

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kelmo {
 
@@ -123,11 +124,13 @@ void cChainResidue::setProtrusionIndexDeviation() {
 }
 
 void cProteinChain::setDepthIndex() {
+    holdsDepthOfComplex = false;
     calculateAtomDepthIndex(atoms, atomCount);
     inParallel(residueCount, residuesPerTask, [&](std::size_t i) { residues[i].setDepthIndex(); });
 }
 
 void cProteinChain::setProtrusionIndex(double sphereRadius, double atomVolume) {
+    heldSphereRadius = std::numeric_limits<double>::quiet_NaN();
     calculateAtomProtrusionIndex(atoms, atomCount, maxPoint, minPoint, sphereRadius, atomVolume);
     inParallel(residueCount, residuesPerTask,
                [&](std::size_t i) { residues[i].setProtrusionIndex(); });
@@ -140,6 +143,18 @@ void cPdbPeptide::setDepthIndex() {
             residues[i].setDepthIndex();
         }
     });
+    for (cProteinChain& chain : chains) {
+        chain.holdsDepthOfComplex = true;
+    }
+}
+
+void cPdbPeptide::setDepthIndexUnbound() {
+    if (isOneChain() && chains[0].holdsDepthOfComplex) {
+        inParallel(residues.size(), residuesPerTask,
+                   [&](std::size_t i) { residues[i].setDepthIndex(); });
+        return;
+    }
+    inParallel(chains.size(), 1, [&](std::size_t i) { chains[i].setDepthIndex(); });
 }
 
 void cPdbPeptide::setProtrusionIndex(double sphereRadius, double atomVolume) {
@@ -150,6 +165,21 @@ void cPdbPeptide::setProtrusionIndex(double sphereRadius, double atomVolume) {
             residues[i].setProtrusionIndex();
         }
     });
+    for (cProteinChain& chain : chains) {
+        chain.heldSphereRadius = sphereRadius;
+        chain.heldAtomVolume = atomVolume;
+    }
+}
+
+void cPdbPeptide::setProtrusionIndexUnbound(double sphereRadius, double atomVolume) {
+    if (isOneChain() && chains[0].heldSphereRadius == sphereRadius &&
+        chains[0].heldAtomVolume == atomVolume) {
+        inParallel(residues.size(), residuesPerTask,
+                   [&](std::size_t i) { residues[i].setProtrusionIndex(); });
+        return;
+    }
+    inParallel(chains.size(), 1,
+               [&](std::size_t i) { chains[i].setProtrusionIndex(sphereRadius, atomVolume); });
 }
 
 } // namespace kelmo

@@ -344,4 +344,10 @@ double cSurfaceKernel::areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& 
     return area;
 }
 
+bool cSurfaceKernel::isLocal(const cCentreGrid::sEntry& atom,
+                             const sSurfaceScratch& scratch) const {
+    return !scratch.allNeighboursAreKnown && !isProbeTiny() && probeRadius + atom.radius > 0.0 &&
+           touchingReachOf(atom) <= queryReach;
+}
+
 } // namespace kelmo

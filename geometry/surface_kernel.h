@@ -32,6 +32,11 @@ class cSurfaceKernel {
     /// Accessible area in Å² of an atom of the grid whose enlarged radius is not 0.
     double areaOf(const cCentreGrid::sEntry& atom, sSurfaceScratch& scratch) const;
 
+    /// Whether the area that areaOf() has just given, with this scratch, depends on the atoms that
+    /// touch this one and on no others: no plane was left to the plain form or had to ask who is
+    /// near, and none of those that touch can lie beyond the cells that are looked at.
+    bool isLocal(const cCentreGrid::sEntry& atom, const sSurfaceScratch& scratch) const;
+
   private:
     void markPlanesCoveredByFew(const cCentreGrid::sEntry& atom, int planes,
                                 sSurfaceScratch& scratch) const;

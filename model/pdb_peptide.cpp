@@ -40,4 +40,12 @@ void cPdbPeptide::rebuildLinks() {
     }
 }
 
+bool cPdbPeptide::isOneChain() const {
+    const auto areEqual = [](const sPoint& a, const sPoint& b) {
+        return a.x == b.x && a.y == b.y && a.z == b.z;
+    };
+    return chains.size() == 1 && chains[0].atomCount == atoms.size() &&
+           areEqual(chains[0].maxPoint, maxPoint) && areEqual(chains[0].minPoint, minPoint);
+}
+
 } // namespace kelmo

@@ -55,9 +55,15 @@ class cPdbPeptide {
     void setHydrophobicity(std::map<std::string, double> scale);
     /// Depth within the complex, of all atoms; residues of no known type get no statistics.
     void setDepthIndex();
+    /// Depth within every chain taken alone, for every residue whatever its type. What the atoms
+    /// hold of the complex is taken where the only chain is all of it.
+    void setDepthIndexUnbound();
     /// Protrusion within the complex, of all atoms; residues of no known type get no statistics.
     /// Radius in Å, volume of one atom in Å³.
     void setProtrusionIndex(double sphereRadius, double atomVolume);
+    /// Protrusion within every chain taken alone, for every residue whatever its type, as with
+    /// setDepthIndexUnbound(). Radius in Å, volume of one atom in Å³.
+    void setProtrusionIndexUnbound(double sphereRadius, double atomVolume);
 
     /// Finds the residue pairs of different chains that touch by a criterion, records each in both
     /// directions, marks both residues as binding and sorts the contact list. Distances in Å.
@@ -100,6 +106,9 @@ class cPdbPeptide {
     /// Points residues, chains and atoms at this object's own lists, by their counts. For whoever
     /// fills the lists.
     void rebuildLinks();
+
+    /// Whether there is one chain, of all atoms: alone it is what the complex is.
+    bool isOneChain() const;
 };
 
 } // namespace kelmo

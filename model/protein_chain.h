@@ -54,15 +54,33 @@ class cProteinChain {
 
   private:
     friend class cPdbPeptide;
-    bool holdsUnboundAreas(double probeRadius, double zSlice, eAsaForm form) const {
-        return unboundProbeRadius == probeRadius && unboundZSlice == zSlice && unboundForm == form;
-    }
-    void forgetUnboundAreas() { unboundProbeRadius = std::numeric_limits<double>::quiet_NaN(); }
 
-    // The parameters for which the atoms hold chain-alone areas; not a number while they do not.
-    double unboundProbeRadius = std::numeric_limits<double>::quiet_NaN();
-    double unboundZSlice = std::numeric_limits<double>::quiet_NaN();
-    eAsaForm unboundForm = eAsaForm::classic;
+    /// Whose areas the atoms hold.
+    enum class eAreas { unknown, ofComplex, ofChainAlone };
+
+    bool holds(eAreas which, double probeRadius, double zSlice, eAsaForm form) const {
+        return heldAreas == which && heldProbeRadius == probeRadius && heldZSlice == zSlice &&
+               heldForm == form;
+    }
+    void noteAreas(eAreas which, double probeRadius, double zSlice, eAsaForm form) {
+        heldAreas = which;
+        heldProbeRadius = probeRadius;
+        heldZSlice = zSlice;
+        heldForm = form;
+    }
+    /// Sums up the areas of the atoms, which are those of the chain alone.
+    void sumUpUnboundAreas(double probeRadius, double zSlice, eAsaForm form);
+
+    eAreas heldAreas = eAreas::unknown;
+    // What they were computed by.
+    double heldProbeRadius = 0.0;
+    double heldZSlice = 0.0;
+    eAsaForm heldForm = eAsaForm::classic;
+    bool holdsDepthOfComplex = false; ///< by the areas that the atoms hold
+    // What the protrusions of the complex that the atoms hold were computed by; not a number
+    // without any.
+    double heldSphereRadius = std::numeric_limits<double>::quiet_NaN();
+    double heldAtomVolume = std::numeric_limits<double>::quiet_NaN();
 };
 
 } // namespace kelmo

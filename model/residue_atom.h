@@ -43,18 +43,20 @@ class cResidueAtom {
     void setFreeSurface(const cResidueAtom* neighbours, unsigned neighbourCount, double zSlice,
                         double probeRadius);
 
-    std::string atomName;             ///< "NXT" for the nitrogen that opens a chain
-    std::string serial;               ///< serial number as text; not necessarily a number
-    double asa = 0.0;                 ///< accessible surface area, Å²
-    double protrusionIndex = 0.0;     ///< free over occupied volume of a sphere around the atom
-    double depthIndex = 0.0;          ///< distance to the nearest surface atom, Å
-    double x = 0.0;                   ///< of the centre, Å
-    double y = 0.0;                   ///< of the centre, Å
-    double z = 0.0;                   ///< of the centre, Å
-    double radius = 0.0;              ///< van der Waals radius without probe, Å
-    double zMax = 0.0;                ///< z + radius
-    double zMin = 0.0;                ///< z - radius
-    int sliceCount = 0;               ///< slices still to be visited by the surface calculation
+    std::string atomName;         ///< "NXT" for the nitrogen that opens a chain
+    std::string serial;           ///< serial number as text; not necessarily a number
+    double asa = 0.0;             ///< accessible surface area, Å²
+    double protrusionIndex = 0.0; ///< free over occupied volume of a sphere around the atom
+    double depthIndex = 0.0;      ///< distance to the nearest surface atom, Å
+    double x = 0.0;               ///< of the centre, Å
+    double y = 0.0;               ///< of the centre, Å
+    double z = 0.0;               ///< of the centre, Å
+    double radius = 0.0;          ///< van der Waals radius without probe, Å
+    double zMax = 0.0;            ///< z + radius
+    double zMin = 0.0;            ///< z - radius
+    int sliceCount = 0;           ///< slices still to be visited by the surface calculation
+    /// Whether `asa` depends on the atoms that touch this one and on no others.
+    bool isAsaLocal = false;
     cChainResidue* residue = nullptr; ///< owning residue; not owned
 };
 
