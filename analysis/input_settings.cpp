@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace kelmo {
 
@@ -13,7 +12,7 @@ namespace {
 constexpr std::string_view noAssembly = "none";
 
 /// The first choice is the default and the first value of its enumeration, and so on.
-sSetting choiceSetting(const char* key, std::vector<std::string> choices, const char* title,
+sSetting choiceSetting(const char* key, const std::vector<std::string>& choices, const char* title,
                        const char* help) {
     return {.key = key,
             .kind = eSettingKind::choice,
@@ -21,7 +20,7 @@ sSetting choiceSetting(const char* key, std::vector<std::string> choices, const 
             .byDefault = choices.front(),
             .title = title,
             .help = help,
-            .choices = std::move(choices),
+            .choices = choices,
             .isWrittenOnlyIfChanged = true,
             .isStatedIfChanged = true};
 }
