@@ -43,8 +43,8 @@ struct sCifError {
 /// What the actions of the grammar act on.
 struct sReading {
     cCifVisitor& visitor;
-    std::string itemTag;
-    std::string unquoted; ///< the text of the last value that stood in quotes
+    std::string itemTag = {};
+    std::string unquoted = {}; ///< the text of the last value that stood in quotes
     std::size_t loopTags = 0;
     std::size_t loopValues = 0;
     std::size_t line = 0;   ///< of the last value or tag
@@ -54,7 +54,8 @@ struct sReading {
         if (text == "." || text == "?") {
             return {};
         }
-        if (text.starts_with('\'') || text.starts_with('"') || text.starts_with(';')) {
+        const char first = text.front(); // no value is empty
+        if (first == '\'' || first == '"' || first == ';') {
             unquoted = gemmi::cif::as_string(std::string(text));
             return unquoted.empty() ? " " : std::string_view(unquoted);
         }
@@ -168,7 +169,7 @@ struct sAction<rules::loop> {
 } // namespace
 
 std::string readCif(std::istream& in, cCifVisitor& visitor) {
-    sReading reading{.visitor = visitor, .itemTag = {}, .unquoted = {}};
+    sReading reading{visitor};
     tInput input(std::string(), longestToken, in);
     try {
         pegtl::parse<rules::file, sAction, gemmi::cif::Errors>(input, reading);

@@ -306,7 +306,7 @@ sStructureRecords readPdbRecords(std::istream& in, const sReadOptions& options,
 
 class cPdbOddities::cState {
   public:
-    const sReadOptions asItStands;
+    const sReadOptions asItStands{};
     cPdbRecorder recorder{asItStands, eRecorded::oddities};
     cPdbLineTaker lines{recorder};
 };

@@ -5,7 +5,6 @@
 #include "input/pdb_text.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace kelmo {
@@ -37,8 +36,8 @@ void addStructureFormat(sStructureFormat format) {
 
 std::vector<std::string> structureSuffixes() {
     std::vector<std::string> suffixes;
-    for (const sStructureFormat& format : std::views::reverse(rows())) {
-        suffixes.insert(suffixes.end(), format.suffixes.begin(), format.suffixes.end());
+    for (auto format = rows().rbegin(); format != rows().rend(); ++format) {
+        suffixes.insert(suffixes.end(), format->suffixes.begin(), format->suffixes.end());
     }
     return suffixes;
 }
