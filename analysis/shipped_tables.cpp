@@ -68,6 +68,7 @@ std::vector<std::filesystem::path> shippedTables(std::string_view suffix) {
         }
     }
     std::vector<std::filesystem::path> paths;
+    paths.reserve(tables.size());
     for (const auto& [name, path] : tables) {
         paths.push_back(path);
     }
