@@ -37,8 +37,8 @@ struct sInterfaceResidue {
 
 /// One of the two chains.
 struct sInterfaceSide {
-    std::uint32_t chain = 0; ///< position in cPdbPeptide::chains
-    sBuriedArea buried = {};
+    std::uint32_t chain = 0;                      ///< position in cPdbPeptide::chains
+    sBuriedArea buried = {};                      ///< of this chain alone, minus that in the pair
     std::vector<sInterfaceResidue> residues = {}; ///< in the order of the file
 };
 
@@ -57,10 +57,10 @@ enum class eBond {
 
 /// A bond of two atoms of different chains.
 struct sInterfaceBond {
-    eBond kind = eBond::hydrogen;
-    std::uint32_t atom1 = 0; ///< of the first chain, position in cPdbPeptide::atoms
-    std::uint32_t atom2 = 0; ///< of the second chain
-    double distance = 0.0;   ///< of the centres, Å
+    eBond kind = eBond::hydrogen; ///< what holds them
+    std::uint32_t atom1 = 0;      ///< of the first chain, position in cPdbPeptide::atoms
+    std::uint32_t atom2 = 0;      ///< of the second chain
+    double distance = 0.0;        ///< of the centres, Å
 };
 
 /// What lies between two chains.
