@@ -3,6 +3,8 @@
 #include "base/shown_text.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kelmo {
 
@@ -31,6 +33,14 @@ std::string fileName(const std::string& path) {
     return path.starts_with('/') ? path : "./" + path;
 }
 
+/// Whether the name is a link that somebody else has put there: it could lead what is written to
+/// another file of this user. A user's own links are followed.
+bool isLinkOfAnother(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode) &&
+           status.st_uid != ::geteuid();
+}
+
 int flagsOf(cDatabase::eMode mode) {
     switch (mode) {
     case cDatabase::eMode::create:
@@ -50,6 +60,9 @@ void cDatabase::sClose::operator()(sqlite3* database) const {
 }
 
 cDatabase::cDatabase(const std::string& path, eMode mode) : name(path) {
+    if (mode != eMode::readOnly && isLinkOfAnother(path)) {
+        throw cResultError("results file " + shownText(path) + ": it is a link of another user");
+    }
     sqlite3* opened = nullptr;
     const int code = sqlite3_open_v2(fileName(path).c_str(), &opened,
                                      flagsOf(mode) | SQLITE_OPEN_NOMUTEX, nullptr);
