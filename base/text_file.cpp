@@ -1,6 +1,6 @@
 #include "base/text_file.h"
 
-#include "base/regular_file.h"
+#include "base/read_descriptor.h"
 #include "base/shown_text.h"
 #include "base/usage_error.h"
 
@@ -23,32 +23,8 @@ namespace {
 /// Far beyond any path; more is no text but a device or a file of zeros that has no end.
 constexpr std::size_t longestLine = 1U << 20U;
 
-/// A file descriptor that is closed with the object.
-class cDescriptor {
-  public:
-    explicit cDescriptor(const std::string& path) : number(openToRead(path)) {}
-    ~cDescriptor() {
-        if (number >= 0) {
-            ::close(number);
-        }
-    }
-    cDescriptor(const cDescriptor&) = delete;
-    cDescriptor& operator=(const cDescriptor&) = delete;
-
-    /// How many bytes were read, 0 at the end and -1 for an error.
-    ssize_t readInto(std::array<char, 65536>& buffer) const {
-        ssize_t count = 0;
-        do {
-            count = ::read(number, buffer.data(), buffer.size());
-        } while (count < 0 && errno == EINTR);
-        return count;
-    }
-
-    const int number;
-};
-
 /// Whether reading the descriptor comes to an end or waits for somebody who is there.
-bool isText(const cDescriptor& file, eTextSource allowed) {
+bool isText(const cReadDescriptor& file, eTextSource allowed) {
     struct stat status {};
     if (file.number < 0 || ::fstat(file.number, &status) != 0) {
         return false;
@@ -65,7 +41,7 @@ bool isText(const cDescriptor& file, eTextSource allowed) {
 
 /// From now on reading waits for what a pipe's writer or the user at a terminal has to say. A file
 /// that claims to be regular is not waited for.
-void waitForWriter(const cDescriptor& file) {
+void waitForWriter(const cReadDescriptor& file) {
     struct stat status {};
     if (::fstat(file.number, &status) == 0 && !S_ISREG(status.st_mode)) {
         ::fcntl(file.number, F_SETFL, 0);
@@ -73,7 +49,7 @@ void waitForWriter(const cDescriptor& file) {
 }
 
 /// Whether it is a pipe with a name. One without has its writer from the beginning.
-bool isNamedPipe(const cDescriptor& file) {
+bool isNamedPipe(const cReadDescriptor& file) {
     struct stat status {};
     struct statfs system {};
     return ::fstat(file.number, &status) == 0 && S_ISFIFO(status.st_mode) &&
@@ -129,7 +105,7 @@ std::string_view withoutCarriageReturn(std::string_view line) {
 void forEachLine(const std::string& path, const std::string& requester,
                  const std::function<void(std::string_view)>& take, eTextSource allowed) {
     const cUsageError notOpened(requester + ": Could not open file " + shownText(path));
-    const cDescriptor file(path);
+    const cReadDescriptor file(path);
     if (!isText(file, allowed)) {
         throw notOpened;
     }

@@ -1,9 +1,8 @@
 #include "results/file_identity.h"
 
-#include "base/regular_file.h"
+#include "base/read_descriptor.h"
 
 #include <array>
-#include <cerrno>
 #include <string_view>
 #include <vector>
 
@@ -14,29 +13,10 @@
 #include <openssl/sha.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace kelmo {
 
 namespace {
-
-/// A file descriptor that is closed in the end.
-class cDescriptor {
-  public:
-    explicit cDescriptor(const std::string& path) : number(openToRead(path)) {}
-    ~cDescriptor() {
-        if (number >= 0) {
-            ::close(number);
-        }
-    }
-    cDescriptor(const cDescriptor&) = delete;
-    cDescriptor& operator=(const cDescriptor&) = delete;
-
-    int get() const { return number; }
-
-  private:
-    int number;
-};
 
 class cSha256 {
   public:
@@ -64,20 +44,16 @@ std::int64_t nanoseconds(const timespec& time) {
 }
 
 /// The rest of the file; empty when it cannot be read to its end.
-std::string sha256OfRest(int descriptor) {
+std::string sha256OfRest(const cReadDescriptor& file) {
     cSha256 sum;
     constexpr std::size_t blockSize = 1U << 18U;
     thread_local std::vector<char> block(blockSize);
     for (;;) {
-        const ssize_t count = ::read(descriptor, block.data(), block.size());
-        if (count == 0) {
-            return sum.digits();
+        const ssize_t count = file.readInto(block);
+        if (count <= 0) {
+            return count == 0 ? sum.digits() : std::string();
         }
-        if (count > 0) {
-            sum.add(block.data(), static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            return {};
-        }
+        sum.add(block.data(), static_cast<std::size_t>(count));
     }
 }
 
@@ -88,12 +64,12 @@ std::optional<sFileIdentity> identityOf(const std::string& path) {
         return std::nullopt;
     }
     struct stat status {};
-    const cDescriptor file(path);
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    const cReadDescriptor file(path);
+    if (file.number < 0 || ::fstat(file.number, &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
     sFileIdentity identity{static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
-                           nanoseconds(status.st_ctim), sha256OfRest(file.get())};
+                           nanoseconds(status.st_ctim), sha256OfRest(file)};
     if (identity.sha256.empty()) {
         return std::nullopt;
     }

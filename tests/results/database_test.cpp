@@ -21,15 +21,17 @@ TEST(Database, FollowsItsUsersOwnLink) {
 }
 
 TEST(Database, DoesNotWriteThroughTheLinkOfAnotherUser) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only root can make a link of another user";
-    }
-    constexpr uid_t another = 65534;
     const cScratchDirectory directory;
     directory.write("private", "");
-    const std::string link = directory.file("link.sqlite");
-    std::filesystem::create_symlink("private", link);
-    ASSERT_EQ(::lchown(link.c_str(), another, static_cast<gid_t>(-1)), 0);
+    std::string link = directory.file("link.sqlite");
+    if (::geteuid() == 0) {
+        constexpr uid_t another = 65534;
+        std::filesystem::create_symlink("private", link);
+        ASSERT_EQ(::lchown(link.c_str(), another, static_cast<gid_t>(-1)), 0);
+    } else {
+        link = "/bin"; // the superuser's, on every Debian
+    }
+    ASSERT_TRUE(std::filesystem::is_symlink(link));
     for (const auto mode : {cDatabase::eMode::create, cDatabase::eMode::readWrite}) {
         try {
             cDatabase database(link, mode);
